@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+/// Version of the application, four dotted numbers, as `--v` prints it.
+extern const QString appVersion;
+
+/// Label of the build that the window title shows behind the version.
+extern const QString appBuildLabel;
+
+/// The application directory: the folder of the executable, where the database and its neighbours
+/// stand, unless setAppDirPath() named another one. No trailing separator.
+QString appDirPath();
+
+/// Makes another folder the application directory: companion programs that are told a directory
+/// and tests that work on a copy use it. An empty path goes back to the executable's folder.
+void setAppDirPath(const QString& path);
+
+/// Full path of a file below the application directory: its path, "/" and `relative`.
+QString appFilePath(const QString& relative);
+
+/// Asks a question in a modal box with "Да" and "Нет"; true only if "Да" was clicked.
+bool askYesNo(const QString& text, QWidget* parent);

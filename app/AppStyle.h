@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+class QCalendarWidget;
+class QWidget;
+
+/// Text of the base style sheet, ":/res/baseStyle.css"; empty until loadBaseStyle() has read it.
+extern QString baseStyleSheet;
+
+/// Reads the base style sheet into `baseStyleSheet`. On failure returns false and leaves it as it
+/// was, so that windows show their own styles only.
+bool loadBaseStyle();
+
+/// Joins the base style sheet and the window's own one, in this order, and sets the result on the
+/// window. Each window calls it once in its constructor, after its form is set up.
+void applyBaseStyle(QWidget* window);
+
+/// Dresses the pop-up calendar of a date edit: size, colours and the month buttons.
+void applyCalendarStyle(QCalendarWidget* calendar);

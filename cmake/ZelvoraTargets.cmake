@@ -1,0 +1,56 @@
+# Settings that all targets of the tree share, and the functions that declare tests and benchmarks.
+
+# Compiler settings of one target.
+function(zelvora_set_defaults target)
+    target_compile_definitions(${target} PRIVATE QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+        QT_DEPRECATED_WARNINGS)
+    if(MSVC)
+        target_compile_options(${target} PRIVATE /W4 /utf-8)
+    else()
+        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow)
+        if(ZELVORA_WERROR)
+            target_compile_options(${target} PRIVATE -Werror)
+        endif()
+    endif()
+    if(ZELVORA_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=${ZELVORA_SANITIZE}
+            -fno-omit-frame-pointer -fno-sanitize-recover=all)
+        target_link_options(${target} PUBLIC -fsanitize=${ZELVORA_SANITIZE})
+    endif()
+endfunction()
+
+# A program of the product: zelvora_add_program(name source...), installed beside the others.
+function(zelvora_add_program name)
+    add_executable(${name} ${ARGN})
+    target_link_libraries(${name} PRIVATE zelvora_lib)
+    zelvora_set_defaults(${name})
+    install(TARGETS ${name} RUNTIME DESTINATION .)
+endfunction()
+
+# A Qt Test program: zelvora_add_test(tst_Name [SOURCES more...] [LIBS more...] [TIMEOUT s]
+# [ENVIRONMENT VAR=value...]). The main source is tst_Name.cpp in the current folder. Tests run
+# headless, each with a private data location, so that they can run side by side.
+function(zelvora_add_test name)
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBS;ENVIRONMENT" ${ARGN})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    add_executable(${name} ${name}.cpp ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE zelvora_test_support zelvora_lib Qt5::Test ${ARG_LIBS})
+    zelvora_set_defaults(${name})
+    add_test(NAME ${name} COMMAND ${name})
+    set(data_home "${CMAKE_CURRENT_BINARY_DIR}/${name}.data")
+    file(MAKE_DIRECTORY "${data_home}")
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${ARG_TIMEOUT}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;XDG_DATA_HOME=${data_home};LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp;${ARG_ENVIRONMENT}")
+endfunction()
+
+# A Google Benchmark program: zelvora_add_benchmark(bench_name [LIBS more...]). The source is
+# bench_name.cpp in the current folder.
+function(zelvora_add_benchmark name)
+    cmake_parse_arguments(ARG "" "" "LIBS" ${ARGN})
+    add_executable(${name} ${name}.cpp)
+    target_link_libraries(${name} PRIVATE zelvora_lib benchmark::benchmark ${ARG_LIBS})
+    zelvora_set_defaults(${name})
+endfunction()

@@ -1,0 +1,36 @@
+#include "store/DataBase.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QSqlError>
+
+#include "app/AppHelpers.h"
+
+DataBase dataBase;
+
+DataBase::DataBase(QObject* parent)
+    : QObject(parent)
+{
+}
+
+bool DataBase::open()
+{
+    const QString path = appFilePath("docs.db");
+    if (!QFile::exists(path)) {
+        qDebug() << "Database not found!";
+        return false;
+    }
+    m_db = QSqlDatabase::addDatabase("QSQLITE");
+    m_db.setHostName("Zelvora");
+    m_db.setDatabaseName(path);
+    if (!m_db.open()) {
+        qDebug() << m_db.lastError();
+        return false;
+    }
+    return true;
+}
+
+void DataBase::close()
+{
+    m_db.close();
+}

@@ -1,0 +1,115 @@
+#include "store/Schema.h"
+
+#include <QFile>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QStringList>
+
+namespace {
+
+// Identifiers are never used again: rows of other tables, and the JSON in them, point at them by
+// number without any constraint, and a new form must not inherit the documents of a deleted one.
+const char* const keyType = "INTEGER PRIMARY KEY AUTOINCREMENT";
+const char* const text = "TEXT";
+const char* const integer = "INTEGER";
+
+void setError(QString* error, const QString& reason)
+{
+    if (error) {
+        *error = reason;
+    }
+}
+
+} // namespace
+
+QString TableDefinition::createStatement() const
+{
+    QStringList definitions;
+    for (const ColumnDefinition& column : columns) {
+        definitions << column.name + " " + column.type;
+    }
+    return "CREATE TABLE IF NOT EXISTS " + name + " (" + definitions.join(", ") + ");";
+}
+
+const QVector<TableDefinition>& schemaTables()
+{
+    static const QVector<TableDefinition> tables = {
+        {"docs",
+         {{"ID", keyType},
+          {"BLANK_SER", text},
+          {"BLANK_NO", text},
+          {"FNAME", text},
+          {"LNAME", text},
+          {"MNAME", text},
+          {"BIRTH_DATE", text},
+          {"DOC_TYPE", integer},
+          {"DOC_GROUP", text},
+          {"ISSUE_DATE", text},
+          {"EDIT_DATE", text},
+          {"DUPLICATE", integer},
+          {"TEMPLATE", integer},
+          {"TEMPLATE_NAME", text},
+          {"CONTENT", text}}},
+        {"forms",
+         {{"ID", keyType}, {"FORM_NAME", text}, {"FORM_FULLNAME", text}, {"FIELDS", text}}},
+        {"lists", {{"ID", keyType}, {"LIST_NAME", text}, {"LIST_ITEMS", text}}},
+        {"blanks",
+         {{"ID", keyType},
+          {"NAME", text},
+          {"FORM_ID", integer},
+          {"PAPER_FORMAT", integer},
+          {"PAPER_ORIENTATION", integer},
+          {"PAGES", integer},
+          {"FONT", text},
+          {"FONT_SIZE", integer},
+          {"BACKGROUND_IMG", text},
+          {"SIZE_WIDTH", integer},
+          {"SIZE_HEIGHT", integer},
+          {"OFFSET_X", integer},
+          {"OFFSET_Y", integer},
+          {"CONTENT", text}}},
+        {"export",
+         {{"ID", keyType},
+          {"NAME", text},
+          {"FIELDS", text},
+          {"TYPE", integer},
+          {"TEMPLATE", text},
+          {"FROM_ROW", integer},
+          {"TO_ROW", integer},
+          {"DATE_FORMAT", text}}},
+        {"zvsys", {{"DB_VERSION", text}}}};
+    return tables;
+}
+
+bool createSchema(const QSqlDatabase& database, QString* error)
+{
+    QSqlQuery query(database);
+    for (const TableDefinition& table : schemaTables()) {
+        if (!query.exec(table.createStatement())) {
+            setError(error, query.lastError().text());
+            return false;
+        }
+    }
+    return true;
+}
+
+bool createDatabaseFile(const QString& path, QString* error)
+{
+    if (QFile::exists(path)) {
+        setError(error, "file exists: " + path);
+        return false;
+    }
+    const QString connection = "create-schema";
+    bool created = false;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", connection);
+        database.setDatabaseName(path);
+        if (database.open()) {
+            created = createSchema(database, error);
+        } else {
+            setError(error, database.lastError().text());
+        }
+    }
+    QSqlDatabase::removeDatabase(connection);
+    return created;
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QSqlDatabase>
+#include <QString>
+#include <QVector>
+
+/// One column of a table: its name and its declared type.
+struct ColumnDefinition
+{
+    QString name;
+    QString type;
+};
+
+/// One table of the document database. The order of the columns is the physical one, which
+/// readers by position rely on.
+struct TableDefinition
+{
+    QString name;
+    QVector<ColumnDefinition> columns;
+
+    /// The statement that makes the table if it does not exist yet.
+    QString createStatement() const;
+};
+
+/// The six tables of the document database.
+const QVector<TableDefinition>& schemaTables();
+
+/// Makes the missing tables in an open database. On failure returns false and puts the driver's
+/// text into `error` (may be null).
+bool createSchema(const QSqlDatabase& database, QString* error = nullptr);
+
+/// Makes a new database file with the tables and no rows. Refuses to touch an existing file. On
+/// failure returns false and puts the reason into `error` (may be null). Works on a connection of
+/// its own and leaves the default one alone.
+bool createDatabaseFile(const QString& path, QString* error = nullptr);
