@@ -1,0 +1,24 @@
+# Finds QXlsx, the library that reads and writes the .xlsx workbooks: target QXlsx::QXlsx.
+# Include after Qt5 is found.
+#
+# The distribution's package is used where there is one. Otherwise it is the copy that
+# scripts/install-dependencies has built into $ZELVORA_DEPS_DIR/qxlsx or, without that variable,
+# into .deps/qxlsx of the source tree.
+
+if(DEFINED ENV{ZELVORA_DEPS_DIR})
+    file(TO_CMAKE_PATH "$ENV{ZELVORA_DEPS_DIR}" zelvora_deps_dir)
+    list(APPEND CMAKE_PREFIX_PATH "${zelvora_deps_dir}/qxlsx")
+endif()
+get_filename_component(zelvora_source_dir "${CMAKE_CURRENT_LIST_DIR}" DIRECTORY)
+list(APPEND CMAKE_PREFIX_PATH "${zelvora_source_dir}/.deps/qxlsx")
+
+find_package(QXlsx CONFIG QUIET)
+if(NOT QXlsx_FOUND)
+    message(FATAL_ERROR "QXlsx was not found. Run scripts/install-dependencies, or add the prefix "
+                        "of an installed QXlsx to CMAKE_PREFIX_PATH.")
+endif()
+message(STATUS "Found QXlsx: ${QXlsx_DIR} (version ${QXlsx_VERSION})")
+
+# QXlsx exports the private headers of Qt Gui that only its own sources need. They are not
+# installed everywhere, and this project must not come to depend on them.
+set_target_properties(QXlsx::QXlsx PROPERTIES INTERFACE_LINK_LIBRARIES "Qt5::Core;Qt5::Gui")
