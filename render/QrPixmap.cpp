@@ -1,0 +1,38 @@
+#include "render/QrPixmap.h"
+
+#include "render/QrEncoder.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QPixmap>
+#include <QString>
+
+namespace {
+
+constexpr int levelM = 1;
+constexpr int lowestVersion = 12;
+constexpr int anyMask = -1;
+constexpr int quietZone = 4;
+
+constexpr uint black = 0;
+constexpr uint white = 1;
+
+} // namespace
+
+void makeQrPixmap(const QString& text, QPixmap& pixmap)
+{
+    QrEncoder encoder;
+    encoder.moduleCount = 0; // stays so for a refused text, which draws the quiet zone alone
+    encoder.encodeData(levelM, lowestVersion, true, anyMask, text.toUtf8().constData(), 0);
+
+    const int side = encoder.moduleCount + 2 * quietZone;
+    QImage image(side, side, QImage::Format_Mono);
+    image.fill(white);
+    for (int x = 0; x < encoder.moduleCount; ++x) {
+        for (int y = 0; y < encoder.moduleCount; ++y) {
+            if (encoder.modules[x][y] != 0)
+                image.setPixel(x + quietZone, y + quietZone, black);
+        }
+    }
+    pixmap = QPixmap::fromImage(image);
+}
