@@ -20,6 +20,10 @@ bool DataBase::open()
         qDebug() << "Database not found!";
         return false;
     }
+    // A registration that an earlier open() left behind goes first: replacing one that is still
+    // held works too, but the driver manager then warns of queries that cease to work.
+    m_db = QSqlDatabase();
+    QSqlDatabase::removeDatabase(QSqlDatabase::defaultConnection);
     m_db = QSqlDatabase::addDatabase("QSQLITE");
     m_db.setHostName("Zelvora");
     m_db.setDatabaseName(path);

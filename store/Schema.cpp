@@ -1,9 +1,11 @@
 #include "store/Schema.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStringList>
+#include <QUuid>
 
 namespace {
 
@@ -18,6 +20,35 @@ void setError(QString* error, const QString& reason)
     if (error) {
         *error = reason;
     }
+}
+
+bool fillDatabase(QSqlDatabase& database, const DatabaseFiller& fill, QString* error)
+{
+    if (!database.open() || !database.transaction()) {
+        setError(error, database.lastError().text());
+        return false;
+    }
+    if (!createSchema(database, error) || (fill && !fill(database, error))) {
+        return false;
+    }
+    if (!database.commit()) {
+        setError(error, database.lastError().text());
+        return false;
+    }
+    return true;
+}
+
+bool writeDatabase(const QString& path, const DatabaseFiller& fill, QString* error)
+{
+    const QString connection = "create-database";
+    bool written = false;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", connection);
+        database.setDatabaseName(path);
+        written = fillDatabase(database, fill, error);
+    }
+    QSqlDatabase::removeDatabase(connection);
+    return written;
 }
 
 } // namespace
@@ -93,23 +124,23 @@ bool createSchema(const QSqlDatabase& database, QString* error)
     return true;
 }
 
-bool createDatabaseFile(const QString& path, QString* error)
+bool createDatabaseFile(const QString& path, QString* error, const DatabaseFiller& fill)
 {
-    if (QFile::exists(path)) {
+    if (QFileInfo::exists(path)) {
         setError(error, "file exists: " + path);
         return false;
     }
-    const QString connection = "create-schema";
-    bool created = false;
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", connection);
-        database.setDatabaseName(path);
-        if (database.open()) {
-            created = createSchema(database, error);
-        } else {
-            setError(error, database.lastError().text());
-        }
+    // The file gets its name when it is complete, so that a run that is cut off leaves nothing that
+    // looks like a database.
+    const QString unfinished = path + "." + QUuid::createUuid().toString(QUuid::Id128) + ".new";
+    if (!writeDatabase(unfinished, fill, error)) {
+        QFile::remove(unfinished);
+        return false;
     }
-    QSqlDatabase::removeDatabase(connection);
-    return created;
+    if (!QFile::rename(unfinished, path)) {
+        QFile::remove(unfinished);
+        setError(error, "cannot be written: " + path);
+        return false;
+    }
+    return true;
 }

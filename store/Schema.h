@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
+
 /// One column of a table: its name and its declared type.
 struct ColumnDefinition
 {
@@ -29,7 +31,13 @@ const QVector<TableDefinition>& schemaTables();
 /// text into `error` (may be null).
 bool createSchema(const QSqlDatabase& database, QString* error = nullptr);
 
-/// Makes a new database file with the tables and no rows. Refuses to touch an existing file. On
-/// failure returns false and puts the reason into `error` (may be null). Works on a connection of
-/// its own and leaves the default one alone.
-bool createDatabaseFile(const QString& path, QString* error = nullptr);
+/// Puts the first rows into a new database that has its tables. On failure returns false and puts
+/// the reason into `error` (may be null).
+using DatabaseFiller = std::function<bool(QSqlDatabase& database, QString* error)>;
+
+/// Makes a new database file with the tables and the rows that `fill` puts in (none without it).
+/// Refuses to touch an existing file, and leaves none behind that is not complete. On failure
+/// returns false and puts the reason into `error` (may be null). Works on a connection of its own
+/// and leaves the default one alone.
+bool createDatabaseFile(const QString& path, QString* error = nullptr,
+                        const DatabaseFiller& fill = DatabaseFiller());
