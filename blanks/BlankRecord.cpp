@@ -1,9 +1,15 @@
 #include "blanks/BlankRecord.h"
 
+#include <algorithm>
+#include <limits>
+
 int mmToPixels(int millimetres)
 {
     constexpr double unitsPerMillimetre = 3.7795;
-    return static_cast<int>(millimetres * unitsPerMillimetre);
+    // A row may hold any integer; a product beyond the range has no defined conversion.
+    constexpr double lowest = std::numeric_limits<int>::min();
+    constexpr double highest = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp(millimetres * unitsPerMillimetre, lowest, highest));
 }
 
 QString paperFormatName(int code)
