@@ -93,6 +93,22 @@ bool hasColor(const QImage& image, const QRect& part, const QColor& color)
     return false;
 }
 
+/// Columns from the first to the last that hold anything but white.
+int inkWidth(const QImage& image, const QRect& part)
+{
+    int first = part.right() + 1;
+    int last = part.left() - 1;
+    for (int x = part.left(); x <= part.right(); ++x) {
+        for (int y = part.top(); y <= part.bottom(); ++y) {
+            if (image.pixelColor(x, y) != white) {
+                first = qMin(first, x);
+                last = x;
+            }
+        }
+    }
+    return qMax(0, last - first + 1);
+}
+
 /// True if the picture, painted over white, stands at this place of the image. Only the pixels
 /// that the picture covers are compared.
 bool showsPicture(const QImage& image, const QPoint& place, const QString& path)
@@ -289,18 +305,14 @@ void tst_Resources::styleSheetPicturesExist()
 
 void tst_Resources::windowBackground()
 {
-    auto* splitter = new QSplitter(dialog.data());
-    splitter->setGeometry(50, 50, 100, 100);
-    show();
-    const QImage image = imageOf(dialog.data());
-    QCOMPARE(image.pixelColor(10, 10), white);
-    QCOMPARE(image.pixelColor(100, 100), white);
-
-    QMainWindow window;
-    window.setStyleSheet(baseStyleSheet);
-    window.resize(200, 100);
-    window.show();
-    QCOMPARE(imageOf(&window).pixelColor(100, 50), white);
+    QMainWindow mainWindow;
+    QSplitter splitter;
+    for (QWidget* window : QList<QWidget*>{dialog.data(), &mainWindow, &splitter}) {
+        window->setStyleSheet(baseStyleSheet);
+        window->resize(200, 100);
+        window->show();
+        QCOMPARE(imageOf(window).pixelColor(100, 50), white);
+    }
 }
 
 void tst_Resources::labels()
@@ -489,6 +501,13 @@ void tst_Resources::tabs()
     QVERIFY(hasColor(shown, first.adjusted(6, 6, -18, -6), white));
     QCOMPARE(shown.pixelColor(second.topLeft() + QPoint(6, 6)), white);
     QVERIFY(hasColor(shown, second.adjusted(6, 6, -18, -6), accent));
+
+    // The caption's ink is as wide as Roboto of 14 pixels makes it.
+    QFont font("Roboto");
+    font.setPixelSize(14);
+    const int expectedInk = QFontMetrics(font).tightBoundingRect(bar->tabText(1)).width();
+    const int ink = inkWidth(shown, second.adjusted(6, 6, -18, -6));
+    QVERIFY2(qAbs(ink - expectedInk) <= 1, qPrintable(QString("%1 %2").arg(ink).arg(expectedInk)));
 
     // The right margin of 12 and the round corners show the window.
     const int middle = first.center().y();
