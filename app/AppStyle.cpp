@@ -26,6 +26,13 @@ void applyBaseStyle(QWidget* window)
     window->setStyleSheet(baseStyleSheet + "\r\n" + window->styleSheet());
 }
 
+void setStyledFixedHeight(QWidget* widget, int height)
+{
+    // Polishing sets the style sheet's own minimum, and would otherwise come last.
+    widget->ensurePolished();
+    widget->setFixedHeight(height);
+}
+
 void applyCalendarStyle(QCalendarWidget* calendar)
 {
     QTextCharFormat header;

@@ -16,5 +16,9 @@ bool loadBaseStyle();
 /// window. Each window calls it once in its constructor, after its form is set up.
 void applyBaseStyle(QWidget* window);
 
+/// Gives a widget of a styled window this height in pixels, whatever minimum the style sheets say.
+/// To be called after applyBaseStyle().
+void setStyledFixedHeight(QWidget* widget, int height);
+
 /// Dresses the pop-up calendar of a date edit: size, colours and the month buttons.
 void applyCalendarStyle(QCalendarWidget* calendar);
