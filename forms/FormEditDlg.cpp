@@ -1,0 +1,36 @@
+#include "forms/FormEditDlg.h"
+
+#include "app/AppStyle.h"
+#include "ui_FormEditDlg.h"
+
+FormEditDlg::FormEditDlg(QWidget* parent)
+    : QDialog(parent)
+    , ui(new Ui::FormEditDlg)
+{
+    ui->setupUi(this);
+    applyBaseStyle(this);
+    connect(this, &QDialog::accepted, this, &FormEditDlg::onDone);
+}
+
+FormEditDlg::~FormEditDlg()
+{
+    delete ui;
+}
+
+void FormEditDlg::setFormName(const QString& name)
+{
+    m_formName = name;
+    ui->typeEdit->setText(name);
+}
+
+void FormEditDlg::setFullName(const QString& name)
+{
+    m_fullName = name;
+    ui->nameEdit->setText(name);
+}
+
+void FormEditDlg::onDone()
+{
+    m_formName = ui->typeEdit->text();
+    m_fullName = ui->nameEdit->text();
+}

@@ -1,0 +1,476 @@
+#include "forms/FormsDlg.h"
+
+#include <QDebug>
+#include <QHeaderView>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QTableWidget>
+
+#include "app/AppHelpers.h"
+#include "app/AppStyle.h"
+#include "forms/FieldEditDlg.h"
+#include "forms/FormDefinitions.h"
+#include "forms/FormEditDlg.h"
+#include "ui_FormsDlg.h"
+
+namespace {
+
+QTableWidgetItem* makeItem(const QString& text, const QVariant& identity = QVariant())
+{
+    auto* item = new QTableWidgetItem(text);
+    if (identity.isValid()) {
+        item->setData(Qt::UserRole, identity);
+    }
+    return item;
+}
+
+/// The first item of the current row; null if there is none.
+QTableWidgetItem* currentRowItem(const QTableWidget* table)
+{
+    const int row = table->currentRow();
+    return row < 0 ? nullptr : table->item(row, 0);
+}
+
+/// Makes a row current, as far as it exists. Does nothing otherwise, so that the selection that
+/// the table itself keeps after a removal stands.
+void selectRow(QTableWidget* table, int row)
+{
+    if (row >= 0 && row < table->rowCount()) {
+        table->setCurrentCell(row, 0);
+    }
+}
+
+/// Passes the outcome of a statement on; logs a failure.
+bool checkDone(bool done, const QSqlQuery& query, const char* failure)
+{
+    if (!done) {
+        qDebug() << failure;
+        qDebug() << query.lastError().text();
+    }
+    return done;
+}
+
+bool deleteRecord(const QString& statement, const QVariant& id, const char* failure)
+{
+    QSqlQuery query;
+    query.prepare(statement);
+    query.bindValue(":Id", id);
+    return checkDone(query.exec(), query, failure);
+}
+
+/// True if the column was read; else logs why not.
+bool checkRead(const JsonColumn& column, const char* selectFailed, const char* notAnObject)
+{
+    switch (column.status) {
+    case JsonColumn::Status::Ok:
+        return true;
+    case JsonColumn::Status::QueryFailed:
+        qDebug() << selectFailed;
+        qDebug() << column.error;
+        return false;
+    case JsonColumn::Status::NotAnObject:
+        qDebug() << notAnObject;
+        return false;
+    }
+    return false;
+}
+
+/// One array inside a JSON column, and how the column is read and written.
+struct ArrayColumn
+{
+    const char* key;
+    JsonColumn (*read)(const QVariant& id);
+    bool (*write)(const QVariant& id, const QJsonObject& object, QString* error);
+};
+
+/// Reads the array of a row, lets `change` work on it and writes the row's whole text back. The
+/// array as written is left in `array`; false if nothing was written.
+bool rewriteArray(const ArrayColumn& column, const QVariant& id, const JsonLogLines& log,
+                  const std::function<bool(QJsonArray&)>& change, QJsonArray& array)
+{
+    JsonColumn row = column.read(id);
+    if (!checkRead(row, log.selectFailed, log.notAnObject)) {
+        return false;
+    }
+    array = row.object[column.key].toArray();
+    if (!change(array)) {
+        return false;
+    }
+    row.object[column.key] = array;
+    QString error;
+    if (column.write(id, row.object, &error)) {
+        return true;
+    }
+    qDebug() << log.writeFailed;
+    qDebug() << error;
+    return false;
+}
+
+/// Removes the element at the position; false if there is none.
+bool removeElement(QJsonArray& array, int position)
+{
+    if (position < 0 || position >= array.size()) {
+        return false;
+    }
+    array.removeAt(position);
+    return true;
+}
+
+/// Replaces the element at the position; false if there is none.
+bool replaceElement(QJsonArray& array, int position, const QJsonValue& value)
+{
+    if (position < 0 || position >= array.size()) {
+        return false;
+    }
+    array.replace(position, value);
+    return true;
+}
+
+} // namespace
+
+FormsDlg::FormsDlg(QWidget* parent)
+    : QDialog(parent)
+    , ui(new Ui::FormsDlg)
+{
+    ui->setupUi(this);
+    applyBaseStyle(this);
+    ui->formsWidget->setColumnWidth(0, 128);
+    ui->fieldsWidget->setColumnWidth(0, 64);
+    ui->fieldsWidget->setColumnWidth(1, 64);
+
+    connect(ui->addFrmBtn, &QPushButton::clicked, this, &FormsDlg::addForm);
+    connect(ui->delFrmBtn, &QPushButton::clicked, this, &FormsDlg::deleteForm);
+    connect(ui->formsWidget, &QTableWidget::doubleClicked, this, &FormsDlg::editForm);
+    connect(ui->formsWidget, &QTableWidget::itemSelectionChanged, this, &FormsDlg::selChange);
+    connect(ui->fldAddBtn, &QPushButton::clicked, this, &FormsDlg::addField);
+    connect(ui->fldDelBtn, &QPushButton::clicked, this, &FormsDlg::deleteField);
+    connect(ui->fieldsWidget, &QTableWidget::doubleClicked, this, &FormsDlg::editField);
+    connect(ui->addListBtn, &QPushButton::clicked, this, &FormsDlg::addList);
+    connect(ui->delListBtn, &QPushButton::clicked, this, &FormsDlg::deleteList);
+    connect(ui->listsWidget, &QTableWidget::itemSelectionChanged, this, &FormsDlg::listSelChange);
+    connect(ui->listsWidget, &QTableWidget::itemChanged, this, &FormsDlg::editList);
+    connect(ui->listItemAddBtn, &QPushButton::clicked, this, &FormsDlg::addItem);
+    connect(ui->listItemDelBtn, &QPushButton::clicked, this, &FormsDlg::deleteItem);
+    connect(ui->itemsWidget, &QTableWidget::itemChanged, this, &FormsDlg::editItem);
+    connect(ui->buttonAccept, &QPushButton::clicked, this, &FormsDlg::accept);
+    connect(ui->buttonReject, &QPushButton::clicked, this, &FormsDlg::reject);
+
+    fillForms();
+    fillLists();
+}
+
+FormsDlg::~FormsDlg()
+{
+    delete ui;
+}
+
+void FormsDlg::addForm()
+{
+    FormEditDlg dialog(this);
+    if (dialog.exec() != QDialog::Accepted) {
+        return;
+    }
+    QSqlQuery query;
+    query.prepare(
+        "INSERT INTO forms (FORM_NAME, FORM_FULLNAME, FIELDS) VALUES (:Type, :Name, :Fields)");
+    query.bindValue(":Type", dialog.formName());
+    query.bindValue(":Name", dialog.fullName());
+    query.bindValue(":Fields", emptyFormFields);
+    if (!checkDone(query.exec(), query, "error insert into forms ")) {
+        return;
+    }
+    const int row = ui->formsWidget->rowCount();
+    ui->formsWidget->insertRow(row);
+    ui->formsWidget->setItem(row, 0, makeItem(dialog.formName(), query.lastInsertId()));
+    ui->formsWidget->setItem(row, 1, makeItem(dialog.fullName()));
+}
+
+void FormsDlg::deleteForm()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->formsWidget);
+    if (!item || !askYesNo("Удалить форму?", this)) {
+        return;
+    }
+    if (!deleteRecord("DELETE FROM forms WHERE ID = :Id", item->data(Qt::UserRole),
+                      "error delete from forms "))
+    {
+        return;
+    }
+    const int row = item->row();
+    ui->formsWidget->removeRow(row);
+    selectRow(ui->formsWidget, row);
+}
+
+void FormsDlg::editForm()
+{
+    QTableWidgetItem* type = currentRowItem(ui->formsWidget);
+    if (!type) {
+        return;
+    }
+    QTableWidgetItem* name = ui->formsWidget->item(type->row(), 1);
+    FormEditDlg dialog(this);
+    dialog.setFormName(type->text());
+    dialog.setFullName(name->text());
+    if (dialog.exec() != QDialog::Accepted) {
+        return;
+    }
+    QSqlQuery query;
+    query.prepare("UPDATE forms SET FORM_NAME = :Type , FORM_FULLNAME = :Name WHERE ID = :Id");
+    query.bindValue(":Type", dialog.formName());
+    query.bindValue(":Name", dialog.fullName());
+    query.bindValue(":Id", m_currentFormId);
+    if (!checkDone(query.exec(), query, "error update into forms ")) {
+        return;
+    }
+    type->setText(dialog.formName());
+    name->setText(dialog.fullName());
+}
+
+void FormsDlg::selChange()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->formsWidget);
+    if (!item) {
+        return;
+    }
+    m_currentFormId = item->data(Qt::UserRole);
+    const JsonColumn form = readFormFields(m_currentFormId);
+    if (form.status == JsonColumn::Status::QueryFailed) {
+        qDebug() << "Unable to execute select query";
+        qDebug() << form.error;
+        return;
+    }
+    drawFields(form.object["fields"].toArray());
+}
+
+void FormsDlg::addField()
+{
+    FieldEditDlg dialog(this);
+    if (dialog.exec() != QDialog::Accepted) {
+        return;
+    }
+    const bool added = changeFields(
+        {"Unable to execute select fields query", "Not an object!", "error update forms fields"},
+        [&](QJsonArray& fields) {
+            fields.append(dialog.field());
+            return true;
+        });
+    if (added) {
+        selectRow(ui->fieldsWidget, ui->fieldsWidget->rowCount() - 1);
+    }
+}
+
+void FormsDlg::editField()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->fieldsWidget);
+    if (!item) {
+        return;
+    }
+    const int position = item->data(Qt::UserRole).toInt();
+    const bool changed = changeFields(
+        {"Unable to execute select fields query", "Not an object!", "error update forms fields"},
+        [&](QJsonArray& fields) {
+            FieldEditDlg dialog(this);
+            dialog.setField(fields[position].toObject());
+            return dialog.exec() == QDialog::Accepted &&
+                   replaceElement(fields, position, dialog.field());
+        });
+    if (changed) {
+        selectRow(ui->fieldsWidget, position);
+    }
+}
+
+void FormsDlg::deleteField()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->fieldsWidget);
+    if (!item) {
+        return;
+    }
+    const int position = item->data(Qt::UserRole).toInt();
+    const bool removed = changeFields(
+        {"Unable to execute select fields query", "not an object!", "error update forms fields"},
+        [&](QJsonArray& fields) { return removeElement(fields, position); });
+    if (removed) {
+        selectRow(ui->fieldsWidget, position);
+    }
+}
+
+void FormsDlg::addList()
+{
+    const QString name = "Новый список";
+    QSqlQuery query;
+    query.prepare("INSERT INTO lists (LIST_NAME, LIST_ITEMS) VALUES (:Name, :Items)");
+    query.bindValue(":Name", name);
+    query.bindValue(":Items", emptyListItems);
+    if (!checkDone(query.exec(), query, "error insert into lists")) {
+        return;
+    }
+    const int row = ui->listsWidget->rowCount();
+    ui->listsWidget->insertRow(row);
+    ui->listsWidget->setItem(row, 0, makeItem(name, query.lastInsertId()));
+}
+
+void FormsDlg::deleteList()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->listsWidget);
+    if (!item || !askYesNo("Удалить список?", this)) {
+        return;
+    }
+    if (!deleteRecord("DELETE FROM lists WHERE ID = :Id", item->data(Qt::UserRole),
+                      "error delete from lists "))
+    {
+        return;
+    }
+    const int row = item->row();
+    ui->listsWidget->removeRow(row);
+    selectRow(ui->listsWidget, row);
+}
+
+void FormsDlg::editList(QTableWidgetItem* item)
+{
+    // Items that the program itself puts in never stand in the current row.
+    if (item->row() != ui->listsWidget->currentRow()) {
+        return;
+    }
+    QSqlQuery query;
+    query.prepare("UPDATE lists SET LIST_NAME = :Name WHERE ID = :Id");
+    query.bindValue(":Name", item->text());
+    query.bindValue(":Id", item->data(Qt::UserRole));
+    checkDone(query.exec(), query, "error update into forms ");
+}
+
+void FormsDlg::listSelChange()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->listsWidget);
+    if (!item) {
+        return;
+    }
+    m_currentListId = item->data(Qt::UserRole);
+    const JsonColumn list = readListItems(m_currentListId);
+    if (list.status == JsonColumn::Status::QueryFailed) {
+        qDebug() << "Unable to execute select query";
+        qDebug() << list.error;
+        return;
+    }
+    drawItems(list.object["items"].toArray());
+}
+
+void FormsDlg::addItem()
+{
+    const bool added = changeItems(
+        {"Unable to execute select items query", "Not an object!", "error update lists fields"},
+        [](QJsonArray& items) {
+            items.append("Новый элемент");
+            return true;
+        });
+    if (added) {
+        selectRow(ui->itemsWidget, ui->itemsWidget->rowCount() - 1);
+    }
+}
+
+void FormsDlg::editItem(QTableWidgetItem* item)
+{
+    // While the program itself fills the table, no row is current.
+    if (item->row() != ui->itemsWidget->currentRow()) {
+        return;
+    }
+    const int position = item->data(Qt::UserRole).toInt();
+    const QString text = item->text();
+    const bool changed = changeItems(
+        {"Unable to execute select lists query", "Not an object!", "error update forms lists"},
+        [&](QJsonArray& items) { return replaceElement(items, position, text); });
+    if (changed) {
+        selectRow(ui->itemsWidget, position);
+    }
+}
+
+void FormsDlg::deleteItem()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->itemsWidget);
+    if (!item) {
+        return;
+    }
+    const int position = item->data(Qt::UserRole).toInt();
+    const bool removed = changeItems(
+        {"Unable to execute select fields query", "not an object!", "error update list items"},
+        [&](QJsonArray& items) { return removeElement(items, position); });
+    if (removed) {
+        selectRow(ui->itemsWidget, position);
+    }
+}
+
+void FormsDlg::fillForms()
+{
+    QSqlQuery query;
+    query.setForwardOnly(true);
+    if (!checkDone(query.exec("SELECT * FROM forms;"), query, "Unable to execute select query")) {
+        return;
+    }
+    while (query.next()) {
+        const int row = ui->formsWidget->rowCount();
+        ui->formsWidget->insertRow(row);
+        ui->formsWidget->setItem(row, 0, makeItem(query.value(1).toString(), query.value(0)));
+        ui->formsWidget->setItem(row, 1, makeItem(query.value(2).toString()));
+    }
+}
+
+void FormsDlg::fillLists()
+{
+    QSqlQuery query;
+    query.setForwardOnly(true);
+    if (!checkDone(query.exec("SELECT * FROM lists;"), query, "Unable to execute select query")) {
+        return;
+    }
+    while (query.next()) {
+        const int row = ui->listsWidget->rowCount();
+        ui->listsWidget->insertRow(row);
+        ui->listsWidget->setItem(row, 0,
+                                 makeItem(query.value("LIST_NAME").toString(), query.value("ID")));
+    }
+}
+
+bool FormsDlg::changeFields(const JsonLogLines& log, const ArrayChange& change)
+{
+    QJsonArray fields;
+    if (!rewriteArray({"fields", readFormFields, writeFormFields}, m_currentFormId, log, change,
+                      fields))
+    {
+        return false;
+    }
+    drawFields(fields);
+    return true;
+}
+
+bool FormsDlg::changeItems(const JsonLogLines& log, const ArrayChange& change)
+{
+    QJsonArray items;
+    if (!rewriteArray({"items", readListItems, writeListItems}, m_currentListId, log, change,
+                      items)) {
+        return false;
+    }
+    drawItems(items);
+    return true;
+}
+
+void FormsDlg::drawFields(const QJsonArray& fields)
+{
+    QTableWidget* table = ui->fieldsWidget;
+    table->setRowCount(0);
+    table->setRowCount(fields.size());
+    for (int row = 0; row < fields.size(); ++row) {
+        const QJsonObject field = fields[row].toObject();
+        const int type = field["type"].toInt();
+        table->setItem(row, 0, makeItem(field["tag"].toString(), row));
+        table->setItem(row, 1, makeItem(field["name"].toString()));
+        table->setItem(row, 2, makeItem(fieldTypeNames.value(type), type));
+    }
+}
+
+void FormsDlg::drawItems(const QJsonArray& items)
+{
+    QTableWidget* table = ui->itemsWidget;
+    table->setRowCount(0);
+    table->setRowCount(items.size());
+    for (int row = 0; row < items.size(); ++row) {
+        table->setItem(row, 0, makeItem(items[row].toString(), row));
+    }
+}

@@ -1,0 +1,62 @@
+#include "forms/TableColumFormDialog.h"
+
+#include <QMessageBox>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include "app/AppStyle.h"
+#include "ui_TableColumFormDialog.h"
+
+TableColumFormDialog::TableColumFormDialog(const QJsonObject& column, QWidget* parent)
+    : QDialog(parent)
+    , ui(new Ui::TableColumFormDialog)
+    , m_column(column)
+{
+    ui->setupUi(this);
+    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    applyBaseStyle(this);
+    fillLists();
+    ui->spinBoxWidthInEditor->setValue(m_column["edtColumnW"].toString("-1").toInt());
+    selectList(m_column["listID"].toString());
+}
+
+TableColumFormDialog::~TableColumFormDialog()
+{
+    delete ui;
+}
+
+void TableColumFormDialog::accept()
+{
+    m_column["edtColumnW"] = QString::number(ui->spinBoxWidthInEditor->value());
+    const QVariant listId = ui->comboBoxList->currentData();
+    if (listId.isNull()) {
+        m_column.remove("listID");
+    } else {
+        m_column["listID"] = listId.toString();
+    }
+    QDialog::accept();
+}
+
+void TableColumFormDialog::fillLists()
+{
+    ui->comboBoxList->addItem("Нет");
+    QSqlQuery query;
+    query.setForwardOnly(true);
+    if (!query.exec("SELECT ID, LIST_NAME FROM lists")) {
+        QMessageBox::about(this, "Ошибка", "Ошибка SQL (lists): " + query.lastError().text());
+        return;
+    }
+    while (query.next()) {
+        ui->comboBoxList->addItem(query.value("LIST_NAME").toString(), query.value("ID"));
+    }
+}
+
+void TableColumFormDialog::selectList(const QString& listId)
+{
+    for (int i = 0; i < ui->comboBoxList->count(); ++i) {
+        if (ui->comboBoxList->itemData(i).toString() == listId) {
+            ui->comboBoxList->setCurrentIndex(i);
+            return;
+        }
+    }
+}
