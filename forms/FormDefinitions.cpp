@@ -34,12 +34,14 @@ JsonColumn readColumn(const QString& statement)
     return column;
 }
 
-bool writeColumn(QSqlQuery& query, const QString& placeholder, const QJsonObject& object,
+bool writeColumn(const QString& statement, const QString& placeholder, const QJsonObject& object,
                  const QVariant& id, QString* error)
 {
+    QSqlQuery query;
+    const bool prepared = query.prepare(statement);
     query.bindValue(placeholder, QJsonDocument(object).toJson());
     query.bindValue(":Id", id.toString());
-    if (query.exec()) {
+    if (prepared && query.exec()) {
         return true;
     }
     if (error) {
@@ -66,9 +68,8 @@ JsonColumn readFormFields(const QVariant& formId)
 
 bool writeFormFields(const QVariant& formId, const QJsonObject& fields, QString* error)
 {
-    QSqlQuery query;
-    query.prepare("UPDATE forms SET FIELDS = :Fields WHERE ID = :Id");
-    return writeColumn(query, ":Fields", fields, formId, error);
+    return writeColumn("UPDATE forms SET FIELDS = :Fields WHERE ID = :Id", ":Fields", fields,
+                       formId, error);
 }
 
 JsonColumn readListItems(const QVariant& listId)
@@ -78,7 +79,6 @@ JsonColumn readListItems(const QVariant& listId)
 
 bool writeListItems(const QVariant& listId, const QJsonObject& items, QString* error)
 {
-    QSqlQuery query;
-    query.prepare("UPDATE lists SET LIST_ITEMS = :Items WHERE ID = :Id");
-    return writeColumn(query, ":Items", items, listId, error);
+    return writeColumn("UPDATE lists SET LIST_ITEMS = :Items WHERE ID = :Id", ":Items", items,
+                       listId, error);
 }

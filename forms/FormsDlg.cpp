@@ -40,22 +40,22 @@ void selectRow(QTableWidget* table, int row)
     }
 }
 
-/// Passes the outcome of a statement on; logs a failure.
-bool checkDone(bool done, const QSqlQuery& query, const char* failure)
+using BoundValues = QVector<QPair<QString, QVariant>>;
+
+/// Runs a statement with its bound values; logs a failure.
+bool execute(QSqlQuery& query, const QString& statement, const BoundValues& values,
+             const char* failure)
 {
+    bool done = query.prepare(statement);
+    for (const auto& value : values) {
+        query.bindValue(value.first, value.second);
+    }
+    done = done && query.exec();
     if (!done) {
         qDebug() << failure;
         qDebug() << query.lastError().text();
     }
     return done;
-}
-
-bool deleteRecord(const QString& statement, const QVariant& id, const char* failure)
-{
-    QSqlQuery query;
-    query.prepare(statement);
-    query.bindValue(":Id", id);
-    return checkDone(query.exec(), query, failure);
 }
 
 /// True if the column was read; else logs why not.
@@ -92,7 +92,7 @@ bool rewriteArray(const ArrayColumn& column, const QVariant& id, const JsonLogLi
     if (!checkRead(row, log.selectFailed, log.notAnObject)) {
         return false;
     }
-    array = row.object[column.key].toArray();
+    array = row.object.value(column.key).toArray();
     if (!change(array)) {
         return false;
     }
@@ -171,12 +171,14 @@ void FormsDlg::addForm()
         return;
     }
     QSqlQuery query;
-    query.prepare(
-        "INSERT INTO forms (FORM_NAME, FORM_FULLNAME, FIELDS) VALUES (:Type, :Name, :Fields)");
-    query.bindValue(":Type", dialog.formName());
-    query.bindValue(":Name", dialog.fullName());
-    query.bindValue(":Fields", emptyFormFields);
-    if (!checkDone(query.exec(), query, "error insert into forms ")) {
+    if (!execute(
+            query,
+            "INSERT INTO forms (FORM_NAME, FORM_FULLNAME, FIELDS) VALUES (:Type, :Name, :Fields)",
+            {{":Type", dialog.formName()},
+             {":Name", dialog.fullName()},
+             {":Fields", emptyFormFields}},
+            "error insert into forms "))
+    {
         return;
     }
     const int row = ui->formsWidget->rowCount();
@@ -215,11 +217,11 @@ void FormsDlg::editForm()
         return;
     }
     QSqlQuery query;
-    query.prepare("UPDATE forms SET FORM_NAME = :Type , FORM_FULLNAME = :Name WHERE ID = :Id");
-    query.bindValue(":Type", dialog.formName());
-    query.bindValue(":Name", dialog.fullName());
-    query.bindValue(":Id", m_currentFormId);
-    if (!checkDone(query.exec(), query, "error update into forms ")) {
+    if (!execute(
+            query, "UPDATE forms SET FORM_NAME = :Type , FORM_FULLNAME = :Name WHERE ID = :Id",
+            {{":Type", dialog.formName()}, {":Name", dialog.fullName()}, {":Id", m_currentFormId}},
+            "error update into forms "))
+    {
         return;
     }
     type->setText(dialog.formName());
@@ -298,10 +300,9 @@ void FormsDlg::addList()
 {
     const QString name = "Новый список";
     QSqlQuery query;
-    query.prepare("INSERT INTO lists (LIST_NAME, LIST_ITEMS) VALUES (:Name, :Items)");
-    query.bindValue(":Name", name);
-    query.bindValue(":Items", emptyListItems);
-    if (!checkDone(query.exec(), query, "error insert into lists")) {
+    if (!execute(query, "INSERT INTO lists (LIST_NAME, LIST_ITEMS) VALUES (:Name, :Items)",
+                 {{":Name", name}, {":Items", emptyListItems}}, "error insert into lists"))
+    {
         return;
     }
     const int row = ui->listsWidget->rowCount();
@@ -332,10 +333,9 @@ void FormsDlg::editList(QTableWidgetItem* item)
         return;
     }
     QSqlQuery query;
-    query.prepare("UPDATE lists SET LIST_NAME = :Name WHERE ID = :Id");
-    query.bindValue(":Name", item->text());
-    query.bindValue(":Id", item->data(Qt::UserRole));
-    checkDone(query.exec(), query, "error update into forms ");
+    execute(query, "UPDATE lists SET LIST_NAME = :Name WHERE ID = :Id",
+            {{":Name", item->text()}, {":Id", item->data(Qt::UserRole)}},
+            "error update into forms ");
 }
 
 void FormsDlg::listSelChange()
@@ -402,7 +402,7 @@ void FormsDlg::fillForms()
 {
     QSqlQuery query;
     query.setForwardOnly(true);
-    if (!checkDone(query.exec("SELECT * FROM forms;"), query, "Unable to execute select query")) {
+    if (!execute(query, "SELECT * FROM forms;", {}, "Unable to execute select query")) {
         return;
     }
     while (query.next()) {
@@ -417,7 +417,7 @@ void FormsDlg::fillLists()
 {
     QSqlQuery query;
     query.setForwardOnly(true);
-    if (!checkDone(query.exec("SELECT * FROM lists;"), query, "Unable to execute select query")) {
+    if (!execute(query, "SELECT * FROM lists;", {}, "Unable to execute select query")) {
         return;
     }
     while (query.next()) {

@@ -16,8 +16,8 @@ TableColumFormDialog::TableColumFormDialog(const QJsonObject& column, QWidget* p
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
     fillLists();
-    ui->spinBoxWidthInEditor->setValue(m_column["edtColumnW"].toString("-1").toInt());
-    selectList(m_column["listID"].toString());
+    ui->spinBoxWidthInEditor->setValue(m_column.value("edtColumnW").toString("-1").toInt());
+    selectList(m_column.value("listID").toString());
 }
 
 TableColumFormDialog::~TableColumFormDialog()
