@@ -193,8 +193,9 @@ void FormsDlg::deleteForm()
     if (!item || !askYesNo("Удалить форму?", this)) {
         return;
     }
-    if (!deleteRecord("DELETE FROM forms WHERE ID = :Id", item->data(Qt::UserRole),
-                      "error delete from forms "))
+    QSqlQuery query;
+    if (!execute(query, "DELETE FROM forms WHERE ID = :Id", {{":Id", item->data(Qt::UserRole)}},
+                 "error delete from forms "))
     {
         return;
     }
@@ -316,8 +317,9 @@ void FormsDlg::deleteList()
     if (!item || !askYesNo("Удалить список?", this)) {
         return;
     }
-    if (!deleteRecord("DELETE FROM lists WHERE ID = :Id", item->data(Qt::UserRole),
-                      "error delete from lists "))
+    QSqlQuery query;
+    if (!execute(query, "DELETE FROM lists WHERE ID = :Id", {{":Id", item->data(Qt::UserRole)}},
+                 "error delete from lists "))
     {
         return;
     }
