@@ -1,0 +1,308 @@
+#include "documents/DocumentContent.h"
+
+#include <QComboBox>
+#include <QDate>
+#include <QDateEdit>
+#include <QDebug>
+#include <QHeaderView>
+#include <QJsonArray>
+#include <QSpinBox>
+#include <QSqlQuery>
+#include <QTableWidget>
+
+#include <limits>
+
+#include "app/AppStyle.h"
+#include "documents/TableMemoDialog.h"
+#include "documents/TextMemoDialog.h"
+#include "documents/WheelGuard.h"
+#include "documents/ZelvoraTableButton.h"
+#include "documents/ZelvoraTextButton.h"
+#include "forms/FormDefinitions.h"
+
+namespace {
+
+constexpr int captionColumn = 0;
+constexpr int valueColumn = 1;
+constexpr int captionWidth = 224; // pixels
+constexpr int rowHeight = 34;     // pixels; an editor of the base style is 30 high
+
+const char* const borderless = "border: none";
+const char* const editCaption = "Изменить";
+
+QJsonObject contentEntry(const QJsonObject& field)
+{
+    QJsonObject entry;
+    const int type = field["type"].toInt();
+    entry["name"] = field["name"];
+    entry["type"] = type;
+    switch (type) {
+    case FieldType::list:
+        entry["list"] = field["list"];
+        break;
+    case FieldType::date:
+        entry["format"] = field["format"];
+        entry["value"] = QDate::currentDate().toString(field["format"].toString());
+        break;
+    case FieldType::table:
+        entry["columns"] = field["content"];
+        break;
+    default:
+        entry["value"] = QString();
+        break;
+    }
+    return entry;
+}
+
+// False if the statement fails; a list that is gone gives no items.
+bool readItems(int listId, QStringList* items)
+{
+    QSqlQuery query;
+    if (!query.exec("SELECT LIST_ITEMS FROM lists WHERE ID = " + QString::number(listId) + " ;")) {
+        qDebug() << "Unable to select from lists query";
+        qDebug() << query.lastQuery();
+        return false;
+    }
+    query.first();
+    *items = listItemStrings(query.value(0));
+    return true;
+}
+
+void addListEditor(QTableWidget* table, int row, const QJsonObject& entry)
+{
+    const int listId = entry["list"].toInt();
+    QStringList items;
+    if (!readItems(listId, &items)) {
+        return;
+    }
+    auto* combo = new QComboBox(table);
+    combo->setStyleSheet(borderless);
+    combo->insertItems(0, items);
+    // While the combo is not editable, only a text among the items becomes current.
+    combo->setCurrentIndex(-1);
+    combo->setCurrentText(entry["value"].toString());
+    combo->setEditable(true);
+    WheelGuard::install(combo);
+
+    auto* item = new QTableWidgetItem;
+    item->setData(Qt::UserRole, listId);
+    table->setItem(row, valueColumn, item);
+    table->setCellWidget(row, valueColumn, combo);
+}
+
+void addCounterEditor(QTableWidget* table, int row, const QJsonObject& entry)
+{
+    auto* spin = new QSpinBox(table);
+    spin->setStyleSheet(borderless);
+    spin->setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
+    spin->setValue(entry["value"].toInt());
+    WheelGuard::install(spin);
+    table->setCellWidget(row, valueColumn, spin);
+}
+
+void addDateEditor(QTableWidget* table, int row, const QJsonObject& entry)
+{
+    const QString format = entry["format"].toString();
+    auto* edit = new QDateEdit(table);
+    edit->setStyleSheet(borderless);
+    edit->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    edit->setCalendarPopup(true);
+    applyCalendarStyle(edit->calendarWidget());
+    edit->setDisplayFormat(format);
+    edit->setDate(QDate::fromString(entry["value"].toString(), format));
+    WheelGuard::install(edit);
+    table->setCellWidget(row, valueColumn, edit);
+}
+
+void addTableButton(QTableWidget* table, int row, const QJsonObject& entry,
+                    const ValueButtonSlots& buttonSlots)
+{
+    auto* button = new ZelvoraTableButton(table);
+    button->setText(editCaption);
+    button->columns = entry["columns"].toArray();
+    button->value = entry["value"].toArray();
+    buttonSlots.connectTable(button);
+    table->setCellWidget(row, valueColumn, button);
+}
+
+void addTextButton(QTableWidget* table, int row, const QJsonObject& entry,
+                   const ValueButtonSlots& buttonSlots)
+{
+    auto* button = new ZelvoraTextButton(table);
+    button->setText(editCaption);
+    button->setValue(entry["value"].toString());
+    buttonSlots.connectText(button);
+    table->setCellWidget(row, valueColumn, button);
+}
+
+void addEditor(QTableWidget* table, int row, const QJsonObject& entry,
+               const ValueButtonSlots& buttonSlots)
+{
+    switch (entry["type"].toInt()) {
+    case FieldType::list:
+        addListEditor(table, row, entry);
+        break;
+    case FieldType::counter:
+        addCounterEditor(table, row, entry);
+        break;
+    case FieldType::date:
+        addDateEditor(table, row, entry);
+        break;
+    case FieldType::table:
+        addTableButton(table, row, entry, buttonSlots);
+        break;
+    case FieldType::text:
+        addTextButton(table, row, entry, buttonSlots);
+        break;
+    default:
+        table->setItem(row, valueColumn, new QTableWidgetItem(entry["value"].toString()));
+        break;
+    }
+}
+
+void addCaption(QTableWidget* table, int row, const QString& tag, const QJsonObject& entry)
+{
+    auto* item = new QTableWidgetItem(entry["name"].toString());
+    item->setData(Qt::UserRole, tag);
+    item->setFlags(item->flags() & ~Qt::ItemIsEditable);
+    table->setItem(row, captionColumn, item);
+}
+
+void readDate(QJsonObject* entry, const QDateEdit* edit)
+{
+    (*entry)["format"] = edit->displayFormat();
+    (*entry)["value"] = edit->date().toString(edit->displayFormat());
+}
+
+// Takes the value of one row into its entry.
+void readEditor(QJsonObject* entry, const QTableWidgetItem* item, QWidget* editor)
+{
+    switch ((*entry)["type"].toInt()) {
+    case FieldType::list:
+        if (editor) { // else its list could not be read, and the stored value holds
+            (*entry)["list"] = item->data(Qt::UserRole).toInt();
+            (*entry)["value"] = static_cast<QComboBox*>(editor)->currentText();
+        }
+        break;
+    case FieldType::counter:
+        (*entry)["value"] = static_cast<QSpinBox*>(editor)->value();
+        break;
+    case FieldType::date:
+        readDate(entry, static_cast<QDateEdit*>(editor));
+        break;
+    case FieldType::table:
+        (*entry)["value"] = static_cast<ZelvoraTableButton*>(editor)->value;
+        break;
+    case FieldType::text:
+        (*entry)["value"] = static_cast<ZelvoraTextButton*>(editor)->value();
+        break;
+    default:
+        (*entry)["value"] = item->text();
+        break;
+    }
+}
+
+} // namespace
+
+QStringList listItemStrings(const QVariant& listItems)
+{
+    QStringList strings;
+    const QJsonArray items = parseJsonColumn(listItems)["items"].toArray();
+    for (const QJsonValue& item : items) {
+        strings << item.toString();
+    }
+    return strings;
+}
+
+void fillDocTypes(QComboBox* combo)
+{
+    for (auto type = docTypeNames.cbegin(); type != docTypeNames.cend(); ++type) {
+        combo->addItem(type.value(), type.key());
+    }
+}
+
+bool buildContent(const QVariant& formId, QJsonObject* content)
+{
+    QSqlQuery query;
+    if (!query.exec("SELECT FIELDS, FORM_NAME FROM forms WHERE ID = " + formId.toString() + " ;")) {
+        qDebug() << "Unable to select from forms query";
+        qDebug() << query.lastQuery();
+        return false;
+    }
+    query.first();
+    bool isObject = false;
+    const QJsonObject form = parseJsonColumn(query.value(0), &isObject);
+    if (!isObject) {
+        qDebug() << "Not an object!";
+        return false;
+    }
+    QJsonObject fresh;
+    const QJsonArray fields = form["fields"].toArray();
+    for (const QJsonValue& value : fields) {
+        const QJsonObject field = value.toObject();
+        fresh[field["tag"].toString()] = contentEntry(field);
+    }
+    *content = fresh;
+    return true;
+}
+
+void setUpContentTable(QTableWidget* table)
+{
+    table->setColumnWidth(captionColumn, captionWidth);
+    table->verticalHeader()->setDefaultSectionSize(rowHeight);
+}
+
+void loadContentTable(QTableWidget* table, const QJsonObject& content,
+                      const ValueButtonSlots& buttonSlots)
+{
+    table->setRowCount(0);
+    for (auto it = content.begin(); it != content.end(); ++it) {
+        const QJsonObject entry = it.value().toObject();
+        const int row = table->rowCount();
+        table->insertRow(row);
+        addCaption(table, row, it.key(), entry);
+        addEditor(table, row, entry, buttonSlots);
+    }
+}
+
+void saveContentTable(QJsonObject* content, const QTableWidget* table)
+{
+    for (int row = 0; row < table->rowCount(); ++row) {
+        const QString tag = table->item(row, captionColumn)->data(Qt::UserRole).toString();
+        const auto found = content->find(tag);
+        if (found == content->end()) {
+            continue;
+        }
+        QJsonObject entry = found.value().toObject();
+        readEditor(&entry, table->item(row, valueColumn), table->cellWidget(row, valueColumn));
+        found.value() = entry;
+    }
+}
+
+void runTextEditor(QObject* button, QWidget* parent, bool readOnly)
+{
+    if (!button) {
+        return;
+    }
+    TextMemoDialog dialog(parent);
+    dialog.setText(button->property("text").toString());
+    dialog.setReadOnly(readOnly);
+    if (dialog.exec() == QDialog::Accepted) {
+        button->setProperty("text", dialog.text());
+    }
+}
+
+void runTableEditor(ZelvoraTableButton* button, QWidget* parent, bool readOnly)
+{
+    if (!button) {
+        return;
+    }
+    const QJsonArray columns = button->columns;
+    const QJsonArray rows = button->value;
+    TableMemoDialog dialog(parent);
+    dialog.setData(columns, rows);
+    dialog.setReadOnly(readOnly);
+    if (dialog.exec() == QDialog::Accepted && !readOnly) {
+        button->value = dialog.tableValue();
+    }
+}

@@ -1,0 +1,6 @@
+#include "documents/ZelvoraTableButton.h"
+
+ZelvoraTableButton::ZelvoraTableButton(QWidget* parent)
+    : QPushButton(parent)
+{
+}
