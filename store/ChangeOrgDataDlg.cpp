@@ -1,0 +1,61 @@
+#include "store/ChangeOrgDataDlg.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "app/AppStyle.h"
+#include "store/OrgData.h"
+#include "ui_ChangeOrgDataDlg.h"
+
+ChangeOrgDataDlg::ChangeOrgDataDlg(QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::ChangeOrgDataDlg>())
+{
+    m_ui->setupUi(this);
+    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    applyBaseStyle(this);
+    loadOrgData();
+    showOrgData();
+    // After the form's own connection of the button to accept().
+    connect(m_ui->saveButton, &QPushButton::clicked, this, &ChangeOrgDataDlg::onSave);
+}
+
+ChangeOrgDataDlg::~ChangeOrgDataDlg() = default;
+
+void ChangeOrgDataDlg::saveOrgData()
+{
+    const QJsonObject object = {{"nameFormat1", orgNameFormat1},
+                                {"nameFormat2", orgNameFormat2},
+                                {"region", orgRegion},
+                                {"locality", orgLocality},
+                                {"director", orgDirector}};
+    QDir().mkpath(QFileInfo(orgDataPath).absolutePath());
+    QFile file(orgDataPath);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return;
+    }
+    file.write(QJsonDocument(object).toJson());
+    file.close();
+}
+
+void ChangeOrgDataDlg::showOrgData()
+{
+    m_ui->textEditOrgName1->setPlainText(orgNameFormat1);
+    m_ui->textEditOrgName2->setPlainText(orgNameFormat2);
+    m_ui->lineEditOrgRegion->setText(orgRegion);
+    m_ui->lineEditOrgLocality->setText(orgLocality);
+    m_ui->lineEditOrgDirector->setText(orgDirector);
+}
+
+void ChangeOrgDataDlg::onSave()
+{
+    orgNameFormat1 = m_ui->textEditOrgName1->toPlainText().simplified();
+    orgNameFormat2 = m_ui->textEditOrgName2->toPlainText().simplified();
+    orgRegion = m_ui->lineEditOrgRegion->text();
+    orgLocality = m_ui->lineEditOrgLocality->text();
+    orgDirector = m_ui->lineEditOrgDirector->text();
+    saveOrgData();
+}
