@@ -1,0 +1,96 @@
+#include "app/Startup.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QPixmap>
+#include <QSplashScreen>
+#include <QTextStream>
+#include <QTimer>
+
+#include <algorithm>
+#include <memory>
+
+#include "app/AppHelpers.h"
+#include "app/AppStyle.h"
+#include "documents/MainWindow.h"
+#include "store/DataBase.h"
+#include "store/DataBaseUpdater.h"
+#include "store/OrgData.h"
+
+namespace {
+
+constexpr int splashMs = 2000;       // how long the splash stands at least
+constexpr int negligibleWaitMs = 50; // a shorter rest is not waited for
+
+} // namespace
+
+bool versionRequested(int argc, const char* const* argv)
+{
+    return std::any_of(argv, argv + argc, [](const char* argument) {
+        return QString::fromLocal8Bit(argument).toLower() == "--v";
+    });
+}
+
+void printVersion()
+{
+    QTextStream out(stdout);
+    out << appVersion << "\n";
+}
+
+int remainingSplashMs(bool timerValid, qint64 elapsedMs)
+{
+    const qint64 remaining = timerValid ? splashMs - elapsedMs : splashMs;
+    return remaining <= negligibleWaitMs ? 0 : static_cast<int>(remaining);
+}
+
+void holdSplash(const QElapsedTimer& shown)
+{
+    const int remaining = remainingSplashMs(shown.isValid(), shown.isValid() ? shown.elapsed() : 0);
+    if (remaining == 0) {
+        return;
+    }
+    QEventLoop loop;
+    QTimer::singleShot(remaining, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void applyPendingUpdate(QFile& package)
+{
+    if (package.exists()) {
+        runDatabaseUpdate(package);
+    }
+}
+
+int runApplication(int& argc, char** argv)
+{
+    QApplication application(argc, argv);
+    // Any other argument, "--after-update" among them, changes nothing.
+    if (versionRequested(argc, argv)) {
+        printVersion();
+        return 0;
+    }
+    QDir::setCurrent(appDirPath());
+    loadBaseStyle();
+
+    QSplashScreen splash{QPixmap()};
+    splash.setPixmap(QPixmap(":/splash.png"));
+    splash.show();
+    auto shown = std::make_unique<QElapsedTimer>();
+    shown->start();
+
+    dataBase.open();
+    QFile package(appFilePath("dbUpdate.bin"));
+    applyPendingUpdate(package);
+
+    holdSplash(*shown);
+    splash.hide();
+    shown.reset();
+
+    loadOrgData();
+    MainWindow window;
+    window.show();
+    return QApplication::exec();
+}

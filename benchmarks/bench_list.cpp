@@ -1,0 +1,148 @@
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTableWidget>
+#include <QTemporaryDir>
+
+#include <array>
+#include <vector>
+
+#include "app/AppHelpers.h"
+#include "documents/MainWindow.h"
+#include "forms/FormDefinitions.h"
+#include "store/DataBase.h"
+#include "store/Schema.h"
+
+/// The document list against its floor: stepping the same statement and putting the same cells into
+/// a bare table without sorting. The list stands in the header's order afterwards.
+
+namespace {
+
+constexpr double nsPerSecond = 1e9;
+constexpr int types = 12;
+
+void insertDocuments(int count)
+{
+    const QStringList surnames = {"Иванова", "Петров",  "Сидоренко", "Кузнецова", "Смирнов",
+                                  "Фролова", "Яковлев", "Антонова",  "Ефимов",    "Мельник"};
+    const QString content = R"({"#QUALIFICATION":{"list":7,"name":"Квалификация","type":1,)"
+                            R"("value":"оператор"},"#SPECIALTY":{"name":"Специальность",)"
+                            R"("type":0,"value":"Информационные системы и программирование"}})";
+    QSqlDatabase::database().transaction();
+    QSqlQuery insert;
+    insert.prepare("INSERT INTO docs (FNAME, LNAME, MNAME, DOC_TYPE, DOC_GROUP, ISSUE_DATE, "
+                   "TEMPLATE, CONTENT) VALUES (?, ?, ?, ?, ?, ?, 0, ?)");
+    for (int i = 0; i < count; ++i) {
+        // A fixed scatter, so that the rows come in no order of any column.
+        const int scattered = static_cast<int>(i * 7919LL % count);
+        insert.addBindValue("Анна");
+        insert.addBindValue(surnames.at(scattered % surnames.size()) + QString::number(scattered));
+        insert.addBindValue("Сергеевна");
+        insert.addBindValue(1 + scattered % types);
+        insert.addBindValue(QString("11-%1").arg(scattered % 5));
+        insert.addBindValue(QDate(2000, 1, 1).addDays(scattered % 9000).toString("yyyy-MM-dd"));
+        insert.addBindValue(content);
+        insert.exec();
+    }
+    QSqlDatabase::database().commit();
+}
+
+/// An application directory whose database holds `count` documents, open while it lives.
+class Directory
+{
+public:
+    explicit Directory(int count)
+    {
+        setAppDirPath(m_dir.path());
+        createDatabaseFile(m_dir.filePath("docs.db"));
+        dataBase.open();
+        QSqlQuery form;
+        for (int id = 1; id <= types; ++id) {
+            form.exec(QString("INSERT INTO forms (FORM_NAME) VALUES ('Диплом %1')").arg(id));
+        }
+        insertDocuments(count);
+    }
+    ~Directory()
+    {
+        dataBase.close();
+        QSqlDatabase::removeDatabase(QSqlDatabase::defaultConnection);
+    }
+    Directory(const Directory&) = delete;
+    Directory& operator=(const Directory&) = delete;
+
+private:
+    QTemporaryDir m_dir;
+};
+
+void fillBareTable(QTableWidget& table)
+{
+    QSqlQuery query;
+    query.setForwardOnly(true);
+    query.exec("SELECT * FROM docs WHERE docs.TEMPLATE = 0;");
+    std::vector<std::array<QTableWidgetItem*, 4>> rows;
+    while (query.next()) {
+        auto* person =
+            new QTableWidgetItem(query.value(4).toString() + " " + query.value(3).toString() + " " +
+                                 query.value(5).toString());
+        person->setData(Qt::UserRole, query.value(0));
+        rows.push_back({person, new QTableWidgetItem(query.value(8).toString()),
+                        new QTableWidgetItem(docTypeNames[query.value(7).toInt()]),
+                        new QTableWidgetItem(query.value(9).toString())});
+    }
+    table.setRowCount(0);
+    table.setRowCount(static_cast<int>(rows.size()));
+    for (int row = 0; row < table.rowCount(); ++row) {
+        for (int column = 0; column < 4; ++column) {
+            table.setItem(row, column, rows[row][column]);
+        }
+    }
+}
+
+void documentList(benchmark::State& state)
+{
+    const Directory directory(static_cast<int>(state.range(0)));
+    MainWindow window;
+    QTableWidget bare(0, 4);
+
+    double listNs = 0;
+    double floorNs = 0;
+    QElapsedTimer timer;
+    for (auto _ : state) {
+        timer.start();
+        fillBareTable(bare);
+        floorNs += static_cast<double>(timer.nsecsElapsed());
+
+        timer.start();
+        window.updateDocsTable(QString());
+        const double ns = static_cast<double>(timer.nsecsElapsed());
+        listNs += ns;
+        state.SetIterationTime(ns / nsPerSecond);
+    }
+    const double iterations = static_cast<double>(state.iterations());
+    state.counters["floor_ms"] = floorNs / iterations / 1e6;
+    state.counters["list_ms"] = listNs / iterations / 1e6;
+    state.counters["ratio"] = listNs / floorNs;
+}
+
+BENCHMARK(documentList)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime();
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,322 @@
+#include "documents/MainWindow.h"
+#include "ui_MainWindow.h"
+
+#include <QCalendarWidget>
+#include <QDate>
+#include <QDebug>
+#include <QHeaderView>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QToolBar>
+#include <QVector>
+
+#include "app/AppHelpers.h"
+#include "app/AppStyle.h"
+#include "forms/FormDefinitions.h"
+
+namespace {
+
+const char* const tableStyle = "background: #F7F8F9;\n"
+                               "font-family: Roboto;\n"
+                               "font-style: normal;\n"
+                               "font-weight: normal;\n"
+                               "font-size: 12px;";
+
+const char* const toolBarStyle = "QToolButton {"
+                                 "                  background: #FFFFFF;"
+                                 "                  color: #333333;"
+                                 "                  font-family: Roboto;"
+                                 "                  font-style: normal;"
+                                 "                  font-weight: normal;"
+                                 "                  font-size: 12px;"
+                                 "                  line-height: 12px;"
+                                 "              }";
+
+/// Keeps sorting off while a slot works on rows by index; the list is sorted once at its end,
+/// whatever way out the slot takes.
+class SortingPause
+{
+public:
+    explicit SortingPause(QTableWidget* table)
+        : m_table(table)
+    {
+        m_table->setSortingEnabled(false);
+    }
+    ~SortingPause() { m_table->setSortingEnabled(true); }
+    SortingPause(const SortingPause&) = delete;
+    SortingPause& operator=(const SortingPause&) = delete;
+
+private:
+    QTableWidget* m_table;
+};
+
+/// What the list shows of a document.
+struct ListEntry
+{
+    QVariant id;
+    QString personName;
+    QString group;
+    QString typeName;
+    QString issueDate;
+};
+
+void logSqlFailure(const char* what, const QSqlQuery& query)
+{
+    qDebug() << what;
+    qDebug() << query.lastError().text();
+    qDebug() << query.lastQuery();
+}
+
+QString personName(const QString& lname, const QString& fname, const QString& mname)
+{
+    return lname + " " + fname + " " + mname;
+}
+
+QVector<ListEntry> readEntries(QSqlQuery& documents)
+{
+    const QSqlRecord columns = documents.record();
+    const int group = columns.indexOf("DOC_GROUP");
+    const int type = columns.indexOf("DOC_TYPE");
+    const int issueDate = columns.indexOf("ISSUE_DATE");
+
+    QVector<ListEntry> entries;
+    while (documents.next()) {
+        entries.append({documents.value(0),
+                        personName(documents.value(4).toString(), documents.value(3).toString(),
+                                   documents.value(5).toString()),
+                        documents.value(group).toString(),
+                        docTypeNames[documents.value(type).toInt()],
+                        documents.value(issueDate).toString()});
+    }
+    return entries;
+}
+
+void setRow(QTableWidget* table, int row, const ListEntry& entry)
+{
+    auto* person = new QTableWidgetItem(entry.personName);
+    person->setData(Qt::UserRole, entry.id);
+    table->setItem(row, 0, person);
+    table->setItem(row, 1, new QTableWidgetItem(entry.group));
+    table->setItem(row, 2, new QTableWidgetItem(entry.typeName));
+    table->setItem(row, 3, new QTableWidgetItem(entry.issueDate));
+}
+
+void dressTable(QTableWidget* table)
+{
+    table->setStyleSheet(tableStyle);
+    QPalette palette = table->palette();
+    palette.setColor(QPalette::Text, QColor("#404040"));
+    palette.setColor(QPalette::Base, QColor("#F7F8F9"));
+    palette.setColor(QPalette::Window, QColor("#F7F8F9"));
+    palette.setColor(QPalette::AlternateBase, QColor("#FFFFFF"));
+    palette.setColor(QPalette::Highlight, QColor(124, 153, 255, 170));
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(31, 117, 204, 170));
+    // White on the pale selection colour could hardly be read.
+    palette.setColor(QPalette::HighlightedText, QColor("#404040"));
+    table->setPalette(palette);
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent)
+    , ui(std::make_unique<Ui::MainWindow>())
+{
+    ui->setupUi(this);
+    applyBaseStyle(this);
+    setWindowTitle(windowTitle() + " v" + appVersion + " [" + appBuildLabel + "]");
+    createToolBars();
+    setupTables();
+    ui->splitter->setSizes({300, 224});
+    connectSignals();
+    setupDates();
+    loadDocTypes();
+    ui->filterTypeCmb->setCurrentIndex(-1);
+    updateDocsTable(QString());
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::updateDocsTable(const QString& query)
+{
+    ui->docsWidget->setRowCount(0);
+    QSqlQuery documents;
+    documents.setForwardOnly(true);
+    if (!documents.exec("PRAGMA case_sensitive_like = false;") ||
+        !documents.exec(query.isEmpty() ? "SELECT * FROM docs WHERE docs.TEMPLATE = 0;" : query))
+    {
+        logSqlFailure("Unable to select from docs query", documents);
+        return;
+    }
+    fillDocsTable(documents);
+    ui->docsWidget->setCurrentCell(0, 0);
+}
+
+void MainWindow::loadDocTypes()
+{
+    QSqlQuery forms;
+    forms.setForwardOnly(true);
+    if (!forms.exec("SELECT ID, FORM_NAME FROM forms;")) {
+        qDebug() << "Unable to select from forms query";
+        return;
+    }
+    docTypeNames.clear();
+    ui->filterTypeCmb->clear();
+    while (forms.next()) {
+        const int id = forms.value(0).toInt();
+        const QString name = forms.value(1).toString();
+        docTypeNames[id] = name;
+        ui->filterTypeCmb->addItem(name, id);
+    }
+}
+
+QVariant MainWindow::currentDocId() const
+{
+    return m_currentDocId;
+}
+
+QString MainWindow::filterQuery() const
+{
+    return m_filterQuery;
+}
+
+void MainWindow::showForms() {}
+
+void MainWindow::showBlanks() {}
+
+void MainWindow::showExport() {}
+
+void MainWindow::loadData() {}
+
+void MainWindow::saveData() {}
+
+void MainWindow::onNewDoc() {}
+
+void MainWindow::onEditDoc() {}
+
+void MainWindow::onDeleteDoc() {}
+
+void MainWindow::onPrintDoc() {}
+
+void MainWindow::onCopyDoc() {}
+
+void MainWindow::selChange() {}
+
+void MainWindow::applyFilters()
+{
+    const SortingPause pause(ui->docsWidget);
+    QString query = "SELECT * FROM docs WHERE docs.TEMPLATE = 0 ";
+    if (!ui->filterNameEdit->text().isEmpty()) {
+        query += " AND docs.LNAME LIKE '%" + ui->filterNameEdit->text() + "%'";
+    }
+    if (!ui->filterGroupEdit->text().isEmpty()) {
+        query += " AND docs.DOC_GROUP LIKE '%" + ui->filterGroupEdit->text() + "%'";
+    }
+    if (ui->filterTypeCmb->currentIndex() >= 0) {
+        query += " AND docs.DOC_TYPE = " + ui->filterTypeCmb->currentData().toString();
+    }
+    if (ui->dateCheck->isChecked()) {
+        query += " AND docs.ISSUE_DATE >= '" + ui->fromDate->date().toString("yyyy-MM-dd") +
+                 "' AND docs.ISSUE_DATE <= '" + ui->toDate->date().toString("yyyy-MM-dd") + "'";
+    }
+    query += ";";
+    m_filterQuery = query;
+    updateDocsTable(query);
+}
+
+void MainWindow::resetFilters()
+{
+    const SortingPause pause(ui->docsWidget);
+    ui->filterNameEdit->clear();
+    ui->filterGroupEdit->clear();
+    ui->filterTypeCmb->setCurrentIndex(-1);
+    ui->dateCheck->setChecked(false);
+    updateDocsTable(QString());
+}
+
+void MainWindow::onTextView() {}
+
+void MainWindow::onTalbeView() {}
+
+void MainWindow::on_menuAction_LocalChangeOrgData_triggered() {}
+
+void MainWindow::createToolBars()
+{
+    startToolBar("toolBar", Qt::BottomToolBarArea);
+    addToolBarAction(":res/plus.png", "СОЗДАТЬ ДОКУМЕНТ", &MainWindow::onNewDoc);
+    addToolBarAction(":res/forms2.png", "СОЗДАТЬ КОПИЮ\nДОКУМЕНТА", &MainWindow::onCopyDoc);
+    addToolBarAction(":res/edit1.png", "РЕДАКТИРОВАТЬ\nДОКУМЕНТ", &MainWindow::onEditDoc);
+    addToolBarAction(":res/printer.png", "ПЕЧАТЬ", &MainWindow::onPrintDoc);
+    addToolBarAction(":res/trash.png", "УДАЛИТЬ ДОКУМЕНТ", &MainWindow::onDeleteDoc);
+
+    startToolBar("toolBarTop", Qt::TopToolBarArea);
+    addToolBarAction(":/res/forms1.png", "ФОРМЫ", &MainWindow::showForms);
+    addToolBarAction(":/res/blanks.png", "БЛАНКИ", &MainWindow::showBlanks);
+    addToolBarAction(":/res/export.png", "ЭКСПОРТ\nИМПОРТ", &MainWindow::showExport);
+    m_toolBar->addSeparator();
+    addToolBarAction(":/res/load.png", "СОХРАНИТЬ\nВ АРХИВ", &MainWindow::saveData);
+    addToolBarAction(":/res/save.png", "ЗАГРУЗИТЬ\nИЗ АРХИВА", &MainWindow::loadData);
+}
+
+void MainWindow::startToolBar(const QString& objectName, Qt::ToolBarArea area)
+{
+    m_toolBar = new QToolBar(this);
+    m_toolBar->setObjectName(objectName);
+    m_toolBar->setMovable(false);
+    m_toolBar->setOrientation(Qt::Horizontal);
+    m_toolBar->setAllowedAreas(Qt::BottomToolBarArea);
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    m_toolBar->setIconSize(QSize(40, 40));
+    m_toolBar->setStyleSheet(toolBarStyle);
+    addToolBar(area, m_toolBar);
+}
+
+void MainWindow::addToolBarAction(const QString& icon, const QString& text, Slot slot)
+{
+    m_toolBar->addAction(QIcon(icon), text, this, slot);
+}
+
+void MainWindow::setupTables()
+{
+    dressTable(ui->docsWidget);
+    ui->docsWidget->setColumnWidth(0, 400);
+    ui->docsWidget->setColumnWidth(2, 128);
+    dressTable(ui->contentWidget);
+    ui->contentWidget->setColumnWidth(0, 224);
+}
+
+void MainWindow::connectSignals()
+{
+    connect(ui->actionForms, &QAction::triggered, this, &MainWindow::showForms);
+    connect(ui->actionBlanks, &QAction::triggered, this, &MainWindow::showBlanks);
+    connect(ui->docsWidget, &QTableWidget::itemDoubleClicked, this, &MainWindow::onEditDoc);
+    connect(ui->docsWidget, &QTableWidget::itemSelectionChanged, this, &MainWindow::selChange);
+    connect(ui->filterApplyBtn, &QToolButton::clicked, this, &MainWindow::applyFilters);
+    connect(ui->filterResetBtn, &QToolButton::clicked, this, &MainWindow::resetFilters);
+}
+
+void MainWindow::setupDates()
+{
+    const QDate today = QDate::currentDate();
+    ui->fromDate->setDate(QDate(today.year(), 1, 1));
+    ui->toDate->setDate(today);
+    applyCalendarStyle(ui->fromDate->calendarWidget());
+    applyCalendarStyle(ui->toDate->calendarWidget());
+}
+
+void MainWindow::fillDocsTable(QSqlQuery& documents)
+{
+    const QVector<ListEntry> entries = readEntries(documents);
+    QTableWidget* const table = ui->docsWidget;
+    // A cell set into the sort column of a sorted table moves its row at once: the next cells of
+    // the document would land in another row, and each move costs a walk over the column. So the
+    // rows are put in with sorting suspended, and a list that is sorted is sorted once, whole.
+    const bool sorted = table->isSortingEnabled();
+    table->setSortingEnabled(false);
+    table->setRowCount(entries.size());
+    for (int row = 0; row < entries.size(); ++row) {
+        setRow(table, row, entries.at(row));
+    }
+    table->setSortingEnabled(sorted);
+}
