@@ -1,0 +1,81 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+/// Prints the usual table and then, for each case, our time, that of every peer and how many times
+/// ours goes into it.
+///
+/// Benchmarks are to be named "case/subject", ours first in each case. With repetitions their
+/// median counts, else the only run.
+class RatioReporter : public benchmark::ConsoleReporter
+{
+public:
+    enum class Clock
+    {
+        Cpu, ///< of this process; steady on a busy machine
+        Real ///< for subjects that work in another process
+    };
+
+    explicit RatioReporter(Clock measured)
+        : clock(measured)
+    {
+    }
+
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        for (const Run& run : runs) {
+            const bool isMedian = run.aggregate_name == "median";
+            const bool isOnlyRun = run.run_type == Run::RT_Iteration && run.repetitions <= 1;
+            if (isMedian || isOnlyRun)
+                keep(run);
+        }
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+    void Finalize() override
+    {
+        ConsoleReporter::Finalize();
+        std::printf("\n%-20s %12s  %-14s %12s %8s\n", "case", "ours, us", "peer", "peer, us",
+                    "ratio");
+        for (const Peer& peer : peers) {
+            std::printf("%-20s %12.1f  %-14s %12.1f %8.1f\n", peer.caseName.c_str(), peer.ourTime,
+                        peer.name.c_str(), peer.time, peer.time / peer.ourTime);
+        }
+    }
+
+private:
+    struct Peer
+    {
+        std::string caseName;
+        std::string name;
+        double ourTime; ///< microseconds
+        double time;    ///< microseconds
+    };
+
+    void keep(const Run& run)
+    {
+        const std::string& name = run.run_name.function_name;
+        const std::size_t slash = name.rfind('/');
+        const double time =
+            (clock == Clock::Cpu ? run.GetAdjustedCPUTime() : run.GetAdjustedRealTime()) /
+            benchmark::GetTimeUnitMultiplier(run.time_unit) * 1e6;
+        if (slash == std::string::npos || time <= 0) // a failed run has no time
+            return;
+
+        if (name.substr(0, slash) == currentCase) {
+            peers.push_back({currentCase, name.substr(slash + 1), ourTime, time});
+            return;
+        }
+        currentCase = name.substr(0, slash);
+        ourTime = time;
+    }
+
+    const Clock clock;
+    std::string currentCase;
+    double ourTime = 0; ///< of the current case
+    std::vector<Peer> peers;
+};
