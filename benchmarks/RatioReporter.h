@@ -9,8 +9,8 @@
 /// Prints the usual table and then, for each case, our time, that of every peer and how many times
 /// ours goes into it.
 ///
-/// Benchmarks are to be named "case/subject", ours first in each case. With repetitions their
-/// median counts, else the only run.
+/// Benchmarks are to be named "case/subject"; the subject "ours" comes first in each case. With
+/// repetitions their median counts, else the only run.
 class RatioReporter : public benchmark::ConsoleReporter
 {
 public:
@@ -66,12 +66,14 @@ private:
         if (slash == std::string::npos || time <= 0) // a failed run has no time
             return;
 
-        if (name.substr(0, slash) == currentCase) {
-            peers.push_back({currentCase, name.substr(slash + 1), ourTime, time});
-            return;
+        const std::string caseName = name.substr(0, slash);
+        const std::string subject = name.substr(slash + 1);
+        if (subject == "ours") {
+            currentCase = caseName;
+            ourTime = time;
+        } else if (caseName == currentCase) {
+            peers.push_back({caseName, subject, ourTime, time});
         }
-        currentCase = name.substr(0, slash);
-        ourTime = time;
     }
 
     const Clock clock;
