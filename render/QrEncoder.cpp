@@ -282,7 +282,8 @@ void QrEncoder::appendBits(int value, int count)
     }
 
     // The bits reach into three bytes at most, which are clear behind the stream's end.
-    std::uint32_t window = static_cast<std::uint32_t>(value) << (24 - count - dataBitCount % 8);
+    const std::uint32_t bits = static_cast<std::uint32_t>(value) & ((1U << count) - 1);
+    std::uint32_t window = bits << (24 - count - dataBitCount % 8);
     for (int at = dataBitCount / 8; window != 0; ++at) {
         dataCodewords[at] |= static_cast<std::uint8_t>(window >> 16);
         window = window << 8 & 0xFFFFFF;
