@@ -1,0 +1,123 @@
+#include "tools/DatabaseTool.h"
+
+#include <QFileInfo>
+#include <QTextStream>
+
+#include "store/Schema.h"
+#include "tools/DatabaseCheck.h"
+#include "tools/SampleDirectory.h"
+#include "tools/StandardContent.h"
+#include "tools/UserLanguage.h"
+
+namespace {
+
+constexpr int success = 0;
+constexpr int findingsExist = 1;
+constexpr int failure = 2;
+
+QString helpText()
+{
+    return inUserLanguage(
+        "Использование: zelvora-db КОМАНДА ПУТЬ\n"
+        "\n"
+        "  create ФАЙЛ     создать базу данных без документов, со стандартными формами и списками\n"
+        "  sample КАТАЛОГ  создать в каталоге учебный пример: базу данных, бланки с фонами,\n"
+        "                  двести документов, шаблоны документов и обмена с таблицами\n"
+        "  check ФАЙЛ      проверить базу данных, ничего в ней не меняя: структуру, записи JSON\n"
+        "                  и ссылки; у файла docs.db — также фоны и таблицы рядом с ним\n"
+        "  --help          показать эту справку\n"
+        "\n"
+        "Существующие файлы никогда не перезаписываются. Код завершения: 0 — всё в порядке,\n"
+        "1 — проверка нашла ошибки, 2 — задание не выполнено.\n",
+        "Usage: zelvora-db COMMAND PATH\n"
+        "\n"
+        "  create FILE  make a database without documents, with the standard forms and lists\n"
+        "  sample DIR   make a sample to try in the directory: a database, blanks with\n"
+        "               backgrounds, two hundred documents, document and exchange templates\n"
+        "               with workbooks\n"
+        "  check FILE   check a database without changing it: its tables, its JSON and its\n"
+        "               references; for a file called docs.db also the backgrounds and\n"
+        "               workbooks that it names\n"
+        "  --help       show this help\n"
+        "\n"
+        "Existing files are never overwritten. Exit status: 0 if all is well, 1 if the check\n"
+        "found something, 2 if the job could not be done.\n");
+}
+
+int fail(QTextStream& err, const QString& reason)
+{
+    err << "zelvora-db: " << reason << '\n';
+    return failure;
+}
+
+int create(const QString& path, QTextStream& out, QTextStream& err)
+{
+    if (QFileInfo::exists(path)) {
+        return fail(err,
+                    inUserLanguage("файл уже существует: ", "the file exists already: ") + path);
+    }
+    QString error;
+    if (!createDatabaseFile(path, &error, insertStandardContent)) {
+        return fail(err,
+                    inUserLanguage("база данных не создана: ", "no database was made: ") + error);
+    }
+    out << inUserLanguage("Создана база данных ", "Made the database ") << path << '\n';
+    return success;
+}
+
+int sample(const QString& path, QTextStream& out, QTextStream& err)
+{
+    QString error;
+    if (!createSampleDirectory(path, &error)) {
+        return fail(err, error);
+    }
+    out << inUserLanguage("Учебный пример создан в каталоге ", "Made the sample in ") << path
+        << '\n';
+    return success;
+}
+
+int check(const QString& path, QTextStream& out, QTextStream& err)
+{
+    DatabaseCheck check(path);
+    if (!check.run()) {
+        return fail(err, check.error());
+    }
+    for (const QString& finding : check.findings()) {
+        out << finding << '\n';
+    }
+    if (!check.findings().isEmpty()) {
+        out << inUserLanguage("Найдено ошибок: ", "Findings: ") << check.findings().size() << '\n';
+        return findingsExist;
+    }
+    out << inUserLanguage("Ошибок не найдено: ", "Nothing found: ") << path << '\n';
+    return success;
+}
+
+} // namespace
+
+int runDatabaseTool(const QStringList& arguments, QTextStream& out, QTextStream& err)
+{
+    if (arguments.contains("--help") || arguments.contains("-h")) {
+        out << helpText();
+        return success;
+    }
+    if (arguments.size() != 2) {
+        err << helpText();
+        return failure;
+    }
+    const QString command = arguments[0];
+    const QString path = arguments[1];
+    if (command == "create") {
+        return create(path, out, err);
+    }
+    if (command == "sample") {
+        return sample(path, out, err);
+    }
+    if (command == "check") {
+        return check(path, out, err);
+    }
+    err << "zelvora-db: " << inUserLanguage("неизвестная команда: ", "unknown command: ") << command
+        << '\n'
+        << helpText();
+    return failure;
+}

@@ -1,0 +1,44 @@
+#include <QGuiApplication>
+#include <QTextCodec>
+#include <QTextStream>
+
+#include <cstdio>
+#include <memory>
+
+#include "tools/DatabaseTool.h"
+
+namespace {
+
+// A terminal whose encoding has no Cyrillic letters ("C" locale) still gets readable UTF-8.
+void prepare(QTextStream& stream)
+{
+    if (!QTextCodec::codecForLocale()->canEncode(QChar(0x0416))) {
+        stream.setCodec("UTF-8");
+    }
+}
+
+// Painting the sample's backgrounds needs the fonts of a GUI application, but never a window.
+std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv)
+{
+    if (argc < 2 || qstrcmp(argv[1], "sample") != 0) {
+        return std::make_unique<QCoreApplication>(argc, argv);
+    }
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen"); // no display is asked for
+    }
+#endif
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const std::unique_ptr<QCoreApplication> app = makeApplication(argc, argv);
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    prepare(out);
+    prepare(err);
+    return runDatabaseTool(app->arguments().mid(1), out, err);
+}
