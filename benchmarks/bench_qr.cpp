@@ -56,6 +56,7 @@ std::vector<Case> makeCases()
 
 void runOurs(benchmark::State& state, const Case& input)
 {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): a plain work area
     QrEncoder encoder;
     for (auto _ : state) {
         const bool done =

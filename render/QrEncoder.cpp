@@ -28,18 +28,18 @@ int groupOfVersion(int version)
 }
 
 /// Value of each byte in alphanumeric mode, -1 for a byte that has none.
-constexpr std::array<std::int8_t, 256> makeAlphanumericValues()
+constexpr std::array<std::int16_t, 256> makeAlphanumericValues()
 {
     constexpr char characters[] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ $%*+-./:";
-    std::array<std::int8_t, 256> values{};
-    for (std::int8_t& value : values)
+    std::array<std::int16_t, 256> values{};
+    for (std::int16_t& value : values)
         value = -1;
     for (int i = 0; characters[i] != '\0'; ++i)
-        values[static_cast<std::uint8_t>(characters[i])] = static_cast<std::int8_t>(i);
+        values[static_cast<std::uint8_t>(characters[i])] = static_cast<std::int16_t>(i);
     return values;
 }
 
-constexpr std::array<std::int8_t, 256> alphanumericValues = makeAlphanumericValues();
+constexpr std::array<std::int16_t, 256> alphanumericValues = makeAlphanumericValues();
 
 bool isKanjiPair(std::uint8_t first, std::uint8_t second)
 {
@@ -117,10 +117,41 @@ constexpr std::array<FourModules, 256> makeStripModules(bool upwards)
 constexpr std::array<FourModules, 256> upwardModules = makeStripModules(true);
 constexpr std::array<FourModules, 256> downwardModules = makeStripModules(false);
 
-/// Whether none of four modules belongs to a function pattern.
-bool areFree(const std::uint8_t* modules)
+bool isFree(std::uint8_t module)
 {
-    return ((modules[0] | modules[1] | modules[2] | modules[3]) & QrEncoder::Function) == 0;
+    return (module & QrEncoder::Function) == 0;
+}
+
+/// Whether none of four modules belongs to a function pattern.
+bool areFree(const std::uint8_t* four)
+{
+    return isFree(four[0] | four[1] | four[2] | four[3]);
+}
+
+/// Fills the free modules of two columns of `rowCount` rows, while there are bits.
+void placeStrip(CodewordBits& bits, std::uint8_t* right, std::uint8_t* left, int rowCount,
+                bool upwards)
+{
+    const auto& fourModules = upwards ? upwardModules : downwardModules;
+    for (int row = 0; row < rowCount;) {
+        // Mostly four rows are free, and take eight bits at once.
+        const int top = upwards ? rowCount - 4 - row : row;
+        if (row + 4 <= rowCount && bits.count() >= 8 && areFree(right + top) && areFree(left + top))
+        {
+            const std::uint8_t byte = bits.takeByte();
+            std::copy_n(fourModules[byte].begin(), 4, right + top);
+            std::copy_n(fourModules[byte << 1 & 0xFF].begin(), 4, left + top);
+            row += 4;
+            continue;
+        }
+
+        const int y = upwards ? rowCount - 1 - row : row;
+        for (std::uint8_t* const column : {right, left}) {
+            if (isFree(column[y]) && bits.count() > 0)
+                column[y] = bits.takeBit() ? QrEncoder::DataBit : 0;
+        }
+        ++row;
+    }
 }
 
 } // namespace
@@ -450,29 +481,7 @@ void QrEncoder::placeCodewords()
     for (int x = moduleCount - 1; x > 0; x -= 2, upwards = !upwards) {
         if (x == 6)
             x = 5; // the vertical timing pattern belongs to no strip
-        auto& right = modules[x];
-        auto& left = modules[x - 1];
-
-        for (int row = 0; row < moduleCount;) {
-            // Mostly a strip is free and four rows of it take eight bits at once.
-            const int top = upwards ? moduleCount - 4 - row : row;
-            if (row + 4 <= moduleCount && bits.count() >= 8 && areFree(&right[top]) &&
-                areFree(&left[top])) {
-                const auto& table = upwards ? upwardModules : downwardModules;
-                const std::uint8_t byte = bits.takeByte();
-                std::copy_n(table[byte].begin(), 4, &right[top]);
-                std::copy_n(table[byte << 1 & 0xFF].begin(), 4, &left[top]);
-                row += 4;
-                continue;
-            }
-
-            const int y = upwards ? moduleCount - 1 - row : row;
-            for (auto* column : {&right, &left}) {
-                if (((*column)[y] & Function) == 0 && bits.count() > 0)
-                    (*column)[y] = bits.takeBit() ? DataBit : 0;
-            }
-            ++row;
-        }
+        placeStrip(bits, modules[x].data(), modules[x - 1].data(), moduleCount, upwards);
     }
 }
 
@@ -495,7 +504,7 @@ int QrEncoder::chooseMask() const
 void QrEncoder::applyMask(int mask)
 {
     // What the mask inverts in the columns of one period; a column is then one pass over bytes.
-    std::array<std::array<std::uint8_t, maxModuleCount>, QrPatterns::maskPeriod> inversions;
+    std::array<std::array<std::uint8_t, maxModuleCount>, QrPatterns::maskPeriod> inversions{};
     for (int x = 0; x < QrPatterns::maskPeriod; ++x) {
         auto& column = inversions[x];
         for (int y = 0; y < QrPatterns::maskPeriod; ++y)

@@ -127,41 +127,41 @@ int QrMaskTrial::penalty(int mask)
 
 void QrMaskTrial::readColumns(const QrEncoder::Matrix& modules)
 {
-    std::array<std::uint8_t, maxWords * wordBits> column{};
+    std::array<std::uint8_t, std::size_t{maxWords} * wordBits> column{};
     for (int x = 0; x < side; ++x) {
         std::copy_n(modules[x].begin(), side, column.begin());
-        const int first = (margin + x) * words;
+        const std::ptrdiff_t first = start(x);
         for (int y = 0; y < side; y += 8) {
             const std::uint64_t flags = loadBytes(&column[y]);
             const std::uint64_t dark = gatherLowBits(flags >> 4 | flags >> 1);
             const std::uint64_t function = gatherLowBits(flags >> 5);
-            const int word = first + y / wordBits;
+            const std::ptrdiff_t word = first + y / wordBits;
             const int shift = y % wordBits;
             columns.unmasked[word] |= dark << shift;
             columns.data[word] |= (function ^ 0xFF) << shift;
         }
         // The last eight modules reach past the edge.
-        columns.data[first + words - 1] &= ~std::uint64_t{0} >> (words * wordBits - side);
+        columns.data[first + words - 1] &= ~std::uint64_t{0} >> paddingBits();
     }
 }
 
 void QrMaskTrial::transpose(const Lines& from, Lines& to) const
 {
-    std::array<std::uint64_t, wordBits> block;
+    std::array<std::uint64_t, wordBits> block{};
     for (int across = 0; across < words; ++across) {
         for (int down = 0; down < words; ++down) {
             const int firstLine = down * wordBits;
             const int lineCount = std::min(wordBits, side - firstLine);
             block.fill(0);
             for (int i = 0; i < lineCount; ++i)
-                block[i] = from[(margin + firstLine + i) * words + across];
+                block[i] = from[start(firstLine + i) + across];
 
             transposeBlock(block);
 
             const int firstTurned = across * wordBits;
             const int turnedCount = std::min(wordBits, side - firstTurned);
             for (int i = 0; i < turnedCount; ++i)
-                to[(margin + firstTurned + i) * words + down] = block[i];
+                to[start(firstTurned + i) + down] = block[i];
         }
     }
 }
@@ -170,14 +170,14 @@ void QrMaskTrial::transpose(const Lines& from, Lines& to) const
 /// no finder, and the searches need not leave them out.
 void QrMaskTrial::alternatePadding(Lines& lines) const
 {
-    const std::uint64_t padding = ~(~std::uint64_t{0} >> (words * wordBits - side));
+    const std::uint64_t padding = ~(~std::uint64_t{0} >> paddingBits());
     for (int line = 1; line < side; line += 2)
-        lines[(margin + line) * words + words - 1] |= padding;
+        lines[start(line + 1) - 1] |= padding;
 }
 
 void QrMaskTrial::applyMask(Board& board, const MaskLines& maskLines) const
 {
-    int at = margin * words;
+    std::ptrdiff_t at = start(0);
     for (int line = 0; line < side; ++line) {
         const auto& maskLine = maskLines[line % QrPatterns::maskPeriod];
         for (int word = 0; word < words; ++word, ++at)
@@ -187,13 +187,13 @@ void QrMaskTrial::applyMask(Board& board, const MaskLines& maskLines) const
 
 void QrMaskTrial::setDark(Lines& lines, int line, int bit) const
 {
-    lines[(margin + line) * words + bit / wordBits] |= std::uint64_t{1} << bit % wordBits;
+    lines[start(line) + bit / wordBits] |= std::uint64_t{1} << (bit & (wordBits - 1));
 }
 
 /// The two terms that are taken along the modules of equal bit number, from line to line.
 int QrMaskTrial::runAndFinderPenalty(const Lines& lines) const
 {
-    const std::uint64_t* const first = &lines[margin * words];
+    const std::uint64_t* const first = &lines[start(0)];
     BitCount runModules;
     BitCount runStarts;
     BitCount finders;
@@ -207,11 +207,11 @@ int QrMaskTrial::runAndFinderPenalty(const Lines& lines) const
     };
 
     // On line 0 a light run looks like one that comes from the margin.
-    for (int i = 0; i < words; ++i)
+    for (std::ptrdiff_t i = 0; i < words; ++i)
         runStarts.add(likeFive(first + i) & ~first[i]);
 
-    const int end = (side - 4) * words;
-    for (int i = 0; i < end; ++i) {
+    const std::ptrdiff_t end = (side - 4) * words;
+    for (std::ptrdiff_t i = 0; i < end; ++i) {
         const std::uint64_t* const at = first + i;
         const auto dark = [this, at](int distance) { return at[distance * words]; };
 
@@ -231,10 +231,10 @@ int QrMaskTrial::runAndFinderPenalty(const Lines& lines) const
 /// 3 for every two by two modules of one colour. Padding bits alternate and so form none.
 int QrMaskTrial::squarePenalty(const Lines& lines) const
 {
-    const std::uint64_t* const first = &lines[margin * words];
+    const std::uint64_t* const first = &lines[start(0)];
     BitCount squares;
-    const int end = (side - 1) * words;
-    for (int i = 0; i < end; ++i) {
+    const std::ptrdiff_t end = (side - 1) * words;
+    for (std::ptrdiff_t i = 0; i < end; ++i) {
         const std::uint64_t here = first[i];
         const std::uint64_t right = here >> 1 | first[i + 1] << 63;
         const std::uint64_t below = first[i + words];
@@ -247,10 +247,10 @@ int QrMaskTrial::squarePenalty(const Lines& lines) const
 int QrMaskTrial::balancePenalty(const Lines& lines) const
 {
     BitCount darkBits;
-    for (int i = margin * words; i < (margin + side) * words; ++i)
+    for (std::ptrdiff_t i = start(0); i < start(side); ++i)
         darkBits.add(lines[i]);
 
-    const int darkPadding = (words * wordBits - side) * (side / 2);
+    const int darkPadding = paddingBits() * (side / 2);
     const int light = side * side - (darkBits.total() - darkPadding);
     const int percentLight = light * 100 / (side * side);
     return std::abs(50 - percentLight) / 5 * 10;

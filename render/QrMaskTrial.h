@@ -4,6 +4,7 @@
 #include "render/QrPatterns.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 /// Weighs the masks of one symbol.
@@ -32,7 +33,8 @@ private:
     static constexpr int margin = 6;
 
     /// Lines of `words` words each, with the margins; bit n of a line is its module n.
-    using Lines = std::array<std::uint64_t, (QrEncoder::maxModuleCount + 2 * margin) * maxWords>;
+    using Lines =
+        std::array<std::uint64_t, std::size_t{QrEncoder::maxModuleCount + 2 * margin} * maxWords>;
 
     struct Board
     {
@@ -40,6 +42,12 @@ private:
         Lines data;     ///< modules that a mask may invert
         Lines masked;   ///< dark with the mask under trial
     };
+
+    /// Index of the first word of `line`; the lines of the margins have numbers past the edges.
+    std::ptrdiff_t start(int line) const { return (margin + line) * words; }
+
+    /// Bits of a line behind its last module, all of them in its last word.
+    int paddingBits() const { return static_cast<int>(words) * wordBits - side; }
 
     void readColumns(const QrEncoder::Matrix& modules);
     void transpose(const Lines& from, Lines& to) const;
@@ -54,7 +62,7 @@ private:
 
     const int side; ///< modules per side
     const int level;
-    const int words; ///< words per line
+    const std::ptrdiff_t words; ///< words per line
     Board columns{};
     Board rows{};
 };

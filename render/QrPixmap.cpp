@@ -21,6 +21,7 @@ constexpr uint white = 1;
 
 void makeQrPixmap(const QString& text, QPixmap& pixmap)
 {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): a plain work area
     QrEncoder encoder;
     encoder.moduleCount = 0; // stays so for a refused text, which draws the quiet zone alone
     encoder.encodeData(levelM, lowestVersion, true, anyMask, text.toUtf8().constData(), 0);

@@ -74,33 +74,31 @@ QByteArray codewords(const std::uint8_t* first, int count)
 
 // --- Segmentation, the slow way: a list of blocks, one step after the other. ---
 
+bool isKanjiPair(int first, int second)
+{
+    if (second < 0x40)
+        return false;
+    if (first == 0x9F)
+        return second <= 0xFC;
+    if (first == 0xEB)
+        return second <= 0xBF;
+    return (first >= 0x81 && first <= 0x9F) || (first >= 0xE0 && first <= 0xEB);
+}
+
+int modeOf(int byte)
+{
+    const int value = byte == 0 ? -1 : alphanumerics.indexOf(char(byte));
+    return value < 0 ? 2 : value < 10 ? 0 : 1;
+}
+
 Blocks classified(const QByteArray& text)
 {
     Blocks blocks;
     for (int i = 0; i < text.size();) {
-        const int first = uchar(text[i]);
-        int mode = 2;
-        int length = 1;
-        bool pair = false;
-        if (i != text.size() - 1) {
-            const int second = uchar(text[i + 1]);
-            pair = ((first >= 0x81 && first <= 0x9F) || (first >= 0xE0 && first <= 0xEB)) &&
-                   second >= 0x40;
-            if (first == 0x9F && second > 0xFC)
-                pair = false;
-            if (first == 0xEB && second > 0xBF)
-                pair = false;
-        }
-        if (pair) {
-            mode = 3;
-            length = 2;
-        } else if (first >= '0' && first <= '9') {
-            mode = 0;
-        } else if ((first >= 'A' && first <= 'Z') ||
-                   (first != 0 && QByteArray(" $%*+-./:").contains(char(first))))
-        {
-            mode = 1;
-        }
+        const bool isLast = i == text.size() - 1;
+        const bool pair = !isLast && isKanjiPair(uchar(text[i]), uchar(text[i + 1]));
+        const int mode = pair ? 3 : modeOf(uchar(text[i]));
+        const int length = pair ? 2 : 1;
         if (!blocks.isEmpty() && blocks.last().mode == mode)
             blocks.last().length += length;
         else
@@ -124,88 +122,94 @@ int bitCost(int mode, int length, int group)
     return cost;
 }
 
+bool has(const Blocks& b, int i, int mode)
+{
+    return i >= 0 && i < b.size() && b[i].mode == mode;
+}
+
+void mergeAlphanumeric(Blocks& b, int i)
+{
+    if (has(b, i + 2, 1)) {
+        b[i + 1].length += b[i + 2].length;
+        b.removeAt(i + 2);
+    }
+    b[i].mode = 1;
+    b[i].length += b[i + 1].length;
+    b.removeAt(i + 1);
+    if (has(b, i - 1, 1)) {
+        b[i - 1].length += b[i].length;
+        b.removeAt(i);
+    }
+}
+
+/// Joins at `i` if that is shorter; returns whether it has.
+bool joinNumericAt(Blocks& b, int i, int group)
+{
+    const int a = bitCost(1, b[i].length + b[i + 1].length, group);
+    const int s0 = bitCost(b[i].mode, b[i].length, group);
+    const int s1 = bitCost(b[i + 1].mode, b[i + 1].length, group);
+    if (s0 + s1 <= a)
+        return false;
+
+    int front = 0;
+    if (has(b, i - 1, 2)) {
+        front = bitCost(2, b[i - 1].length + b[i].length, group) + s1;
+        if (front > bitCost(2, b[i - 1].length, group) + a)
+            front = 0;
+    }
+    int behind = 0;
+    if (has(b, i + 2, 2)) {
+        behind = bitCost(2, b[i + 1].length + b[i + 2].length, group) + s0;
+        if (behind > bitCost(2, b[i + 2].length, group) + a)
+            behind = 0;
+    }
+
+    if (front == 0 && behind == 0) {
+        mergeAlphanumeric(b, i);
+    } else if (behind == 0 || (front != 0 && front < behind)) {
+        b[i - 1].length += b[i].length;
+        b.removeAt(i);
+    } else {
+        b[i + 1].mode = 2;
+        b[i + 1].length += b[i + 2].length;
+        b.removeAt(i + 2);
+    }
+    return true;
+}
+
 void joinNumericSlowly(Blocks& b, int group)
 {
-    const auto has = [&b](int i, int mode) { return i >= 0 && i < b.size() && b[i].mode == mode; };
     int i = 0;
     while (i < b.size() - 1) {
         const bool neighbours =
-            (b[i].mode == 0 && b[i + 1].mode == 1) || (b[i].mode == 1 && b[i + 1].mode == 0);
-        if (!neighbours) {
+            (has(b, i, 0) && has(b, i + 1, 1)) || (has(b, i, 1) && has(b, i + 1, 0));
+        if (!neighbours || !joinNumericAt(b, i, group))
             ++i;
-            continue;
-        }
-        const int a = bitCost(1, b[i].length + b[i + 1].length, group);
-        const int s0 = bitCost(b[i].mode, b[i].length, group);
-        const int s1 = bitCost(b[i + 1].mode, b[i + 1].length, group);
-        if (s0 + s1 <= a) {
-            ++i;
-            continue;
-        }
-        int front = 0;
-        if (has(i - 1, 2)) {
-            front = bitCost(2, b[i - 1].length + b[i].length, group) + s1;
-            if (front > bitCost(2, b[i - 1].length, group) + a)
-                front = 0;
-        }
-        int behind = 0;
-        if (has(i + 2, 2)) {
-            behind = bitCost(2, b[i + 1].length + b[i + 2].length, group) + s0;
-            if (behind > bitCost(2, b[i + 2].length, group) + a)
-                behind = 0;
-        }
-        if (front != 0 && behind != 0) {
-            if (front < behind)
-                behind = 0;
-            else
-                front = 0;
-        }
-        if (front != 0) {
-            b[i - 1].length += b[i].length;
-            b.removeAt(i);
-        } else if (behind != 0) {
-            b[i + 1].mode = 2;
-            b[i + 1].length += b[i + 2].length;
-            b.removeAt(i + 2);
-        } else {
-            if (has(i + 2, 1)) {
-                b[i + 1].length += b[i + 2].length;
-                b.removeAt(i + 2);
-            }
-            b[i].mode = 1;
-            b[i].length += b[i + 1].length;
-            b.removeAt(i + 1);
-            if (has(i - 1, 1)) {
-                b[i - 1].length += b[i].length;
-                b.removeAt(i);
-            }
-        }
     }
 }
 
 void joinShortSlowly(Blocks& b, int group)
 {
-    const auto has = [&b](int i, int mode) { return i >= 0 && i < b.size() && b[i].mode == mode; };
     const int header = 4 + countBits[2][group];
     int i = 0;
     while (i < b.size() - 1) {
         const int s =
             bitCost(b[i].mode, b[i].length, group) + bitCost(b[i + 1].mode, b[i + 1].length, group);
         int d = bitCost(2, b[i].length + b[i + 1].length, group);
-        if (has(i - 1, 2))
+        if (has(b, i - 1, 2))
             d -= header;
-        if (has(i + 2, 2))
+        if (has(b, i + 2, 2))
             d -= header;
         if (s <= d) {
             ++i;
             continue;
         }
-        if (has(i - 1, 2)) {
+        if (has(b, i - 1, 2)) {
             b[i - 1].length += b[i].length;
             b.removeAt(i);
             --i;
         }
-        if (has(i + 2, 2)) {
+        if (has(b, i + 2, 2)) {
             b[i + 1].length += b[i + 2].length;
             b.removeAt(i + 2);
         }
@@ -418,7 +422,7 @@ private:
 
 void tst_QrEncoder::init()
 {
-    encoder.reset(new QrEncoder);
+    encoder = std::make_unique<QrEncoder>();
     // What an earlier user of the memory may have left.
     std::fill_n(reinterpret_cast<unsigned char*>(encoder.get()), sizeof(QrEncoder), 0xA5);
 }
@@ -836,7 +840,7 @@ void tst_QrEncoder::numberOfBlocksIsLimited()
 void tst_QrEncoder::givenMask()
 {
     QVERIFY(encode(*encoder, "mask", M, 12, true, 0));
-    const std::unique_ptr<QrEncoder> first(new QrEncoder(*encoder));
+    const auto first = std::make_unique<QrEncoder>(*encoder);
     for (int mask = 0; mask < 8; ++mask) {
         QVERIFY(encode(*encoder, "mask", M, 12, true, mask));
         QCOMPARE(encoder->maskingNumber, mask);
@@ -868,7 +872,7 @@ void tst_QrEncoder::choosesTheLowestPenalty()
             QVERIFY(encode(*encoder, text, L, version, true, mask));
             penalties.append(SlowPenalty(encoder->modules, encoder->moduleCount).total());
         }
-        const auto lowest = std::min_element(penalties.begin(), penalties.end());
+        auto* const lowest = std::min_element(penalties.begin(), penalties.end());
         const int expected = int(lowest - penalties.begin());
 
         QVERIFY(encode(*encoder, text, L, version, true, anyMask));
@@ -905,7 +909,7 @@ void tst_QrEncoder::refusals()
     QFETCH(int, mask);
 
     QVERIFY(encode(*encoder, "an earlier symbol", L, 5));
-    const std::unique_ptr<QrEncoder> before(new QrEncoder(*encoder));
+    const auto before = std::make_unique<QrEncoder>(*encoder);
 
     const bool accepted = encoder->encodeData(level, version, false, mask, text.constData(), 0);
     QVERIFY(!accepted);

@@ -36,6 +36,7 @@ private slots:
 
 private:
     void fill(QRandomGenerator& random, int side, int darkPercent);
+    void layPattern(QRandomGenerator& random, int side, int mask);
     void comparePenalties(int side);
 
     std::unique_ptr<Matrix> modules;
@@ -43,7 +44,7 @@ private:
 
 void tst_QrMaskTrial::init()
 {
-    modules.reset(new Matrix);
+    modules = std::make_unique<Matrix>();
     for (auto& column : *modules)
         column.fill(0);
 }
@@ -68,7 +69,7 @@ void tst_QrMaskTrial::comparePenalties(int side)
         (*modules)[place.x()][place.y()] = QrEncoder::Function;
 
     QrMaskTrial trial(*modules, side, levelM);
-    const std::unique_ptr<Matrix> masked(new Matrix);
+    const auto masked = std::make_unique<Matrix>();
     for (int mask = 0; mask < 8; ++mask) {
         for (int x = 0; x < side; ++x) {
             for (int y = 0; y < side; ++y) {
@@ -103,34 +104,38 @@ void tst_QrMaskTrial::anyShareOfDarkModules()
     }
 }
 
+/// Lays a run or a finder pattern with light surroundings, which may reach past the edges, so that
+/// `mask` uncovers it.
+void tst_QrMaskTrial::layPattern(QRandomGenerator& random, int side, int mask)
+{
+    const QByteArray pattern =
+        random.bounded(2) == 0 ? QByteArray("1011101") : QByteArray(4 + random.bounded(8), '1');
+    const QByteArray laid = "0000" + pattern + "0000";
+    const bool byRow = random.bounded(2) == 0;
+    const int line = random.bounded(side);
+    const int start = random.bounded(-8, side - pattern.size() + 1);
+
+    for (int i = 0; i < laid.size(); ++i) {
+        const int position = start + i;
+        const bool surrounding = i < 4 || i >= laid.size() - 4;
+        const bool leftAsItWas = surrounding && random.bounded(4) == 0;
+        if (position < 0 || position >= side || leftAsItWas)
+            continue;
+        const bool inverted =
+            byRow ? maskInverts(mask, line, position) : maskInverts(mask, position, line);
+        setLine(*modules, byRow, line, position, (laid[i] == '1') != inverted);
+    }
+}
+
 void tst_QrMaskTrial::runsAndFindersAtAnyPlace()
 {
-    const QByteArray finder = "1011101";
     QRandomGenerator random(5);
     for (int round = 0; round < 200; ++round) {
         const int side = (1 + round % 14) * 4 + 17;
-        fill(random, side, 50);
-
-        // What one of the masks is to uncover, laid under that mask; at the edges, too.
         const int mask = random.bounded(8);
-        for (int i = 0; i < side; ++i) {
-            const bool byRow = random.bounded(2) == 0;
-            const int line = random.bounded(side);
-            const bool isFinder = random.bounded(2) == 0;
-            const int length = isFinder ? finder.size() : 4 + random.bounded(8);
-            const int start = random.bounded(-4, side - length + 5);
-            for (int j = -4; j < length + 4; ++j) {
-                const int position = start + j;
-                if (position < 0 || position >= side)
-                    continue;
-                const bool inside = j >= 0 && j < length;
-                const bool wanted = inside && (!isFinder || finder[j] == '1');
-                const bool inverted =
-                    byRow ? maskInverts(mask, line, position) : maskInverts(mask, position, line);
-                if (inside || random.bounded(4) != 0)
-                    setLine(*modules, byRow, line, position, wanted != inverted);
-            }
-        }
+        fill(random, side, 50);
+        for (int i = 0; i < side; ++i)
+            layPattern(random, side, mask);
         comparePenalties(side);
         if (QTest::currentTestFailed())
             return;

@@ -45,6 +45,7 @@ void tst_QrPixmap::shortTextGivesVersion12()
 void tst_QrPixmap::hasTheSymbolInsideAQuietZone()
 {
     const QByteArray text = "123";
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): a plain work area
     QrEncoder encoder;
     QVERIFY(encoder.encodeData(1, 12, true, -1, text.constData(), 0));
 
