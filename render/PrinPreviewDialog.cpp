@@ -352,7 +352,7 @@ void PrinPreviewDialog::createBlankFieldItem(const QJsonObject& item)
     }
     // The document decides between table and text, not the kind of the item.
     const QFont font = fontOf(item, blankFont);
-    const QJsonObject docField = docContent[value].toObject();
+    const QJsonObject docField = docContent.value(value).toObject();
     const bool isTable = docField["type"].toInt() == FieldType::table;
     QGraphicsProxyWidget* frame =
         isTable ? createBlankFieldTableItem(docField, item, font)
