@@ -23,6 +23,9 @@ bool loadBaseStyle()
 
 void applyBaseStyle(QWidget* window)
 {
+    // A widget that has not been polished yet takes a new sheet without a word to its children,
+    // and headers and scroll bars, polished while the form was built, would keep older rules.
+    window->ensurePolished();
     window->setStyleSheet(baseStyleSheet + "\r\n" + window->styleSheet());
 }
 

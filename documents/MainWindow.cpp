@@ -17,12 +17,6 @@
 
 namespace {
 
-const char* const tableStyle = "background: #F7F8F9;\n"
-                               "font-family: Roboto;\n"
-                               "font-style: normal;\n"
-                               "font-weight: normal;\n"
-                               "font-size: 12px;";
-
 const char* const toolBarStyle = "QToolButton {"
                                  "                  background: #FFFFFF;"
                                  "                  color: #333333;"
@@ -102,10 +96,9 @@ void setRow(QTableWidget* table, int row, const ListEntry& entry)
     table->setItem(row, 3, new QTableWidgetItem(entry.issueDate));
 }
 
-void dressTable(QTableWidget* table)
+void setTableColours(QTableWidget* table)
 {
-    table->setStyleSheet(tableStyle);
-    QPalette palette = table->palette();
+    QPalette palette;
     palette.setColor(QPalette::Text, QColor("#404040"));
     palette.setColor(QPalette::Base, QColor("#F7F8F9"));
     palette.setColor(QPalette::Window, QColor("#F7F8F9"));
@@ -125,6 +118,8 @@ MainWindow::MainWindow(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    setStyledFixedHeight(ui->filterApplyBtn, 32);
+    setStyledFixedHeight(ui->filterResetBtn, 32);
     setWindowTitle(windowTitle() + " v" + appVersion + " [" + appBuildLabel + "]");
     createToolBars();
     setupTables();
@@ -201,7 +196,32 @@ void MainWindow::onPrintDoc() {}
 
 void MainWindow::onCopyDoc() {}
 
-void MainWindow::selChange() {}
+void MainWindow::selChange()
+{
+    const int row = ui->docsWidget->currentRow();
+    ui->contentWidget->setRowCount(0);
+    if (row < 0 || !ui->docsWidget->item(row, 0)) {
+        return;
+    }
+    m_currentDocId = ui->docsWidget->item(row, 0)->data(Qt::UserRole);
+    QSqlQuery document;
+    if (!document.exec(
+            "SELECT BLANK_SER, BLANK_NO, BIRTH_DATE, EDIT_DATE, DUPLICATE, CONTENT FROM docs WHERE "
+            "ID = " +
+            m_currentDocId.toString() + ";"))
+    {
+        qDebug() << "Unable to execute select query";
+        qDebug() << document.lastError().text();
+        return;
+    }
+    if (!document.next()) {
+        return;
+    }
+    appendContentText("Серия", document.value("BLANK_SER").toString());
+    appendContentText("Номер", document.value("BLANK_NO").toString());
+    appendContentText("Дата изменения", document.value("EDIT_DATE").toString());
+    appendContentText("Дата рождения", document.value("BIRTH_DATE").toString());
+}
 
 void MainWindow::applyFilters()
 {
@@ -279,10 +299,12 @@ void MainWindow::addToolBarAction(const QString& icon, const QString& text, Slot
 
 void MainWindow::setupTables()
 {
-    dressTable(ui->docsWidget);
+    setTableColours(ui->docsWidget);
     ui->docsWidget->setColumnWidth(0, 400);
     ui->docsWidget->setColumnWidth(2, 128);
-    dressTable(ui->contentWidget);
+    // The last column takes what the others leave, but never less than a width of its own.
+    ui->docsWidget->setColumnWidth(3, ui->docsWidget->horizontalHeader()->minimumSectionSize());
+    setTableColours(ui->contentWidget);
     ui->contentWidget->setColumnWidth(0, 224);
 }
 
@@ -303,6 +325,20 @@ void MainWindow::setupDates()
     ui->toDate->setDate(today);
     applyCalendarStyle(ui->fromDate->calendarWidget());
     applyCalendarStyle(ui->toDate->calendarWidget());
+}
+
+int MainWindow::appendContentRow(const QString& name)
+{
+    const int row = ui->contentWidget->rowCount();
+    ui->contentWidget->insertRow(row);
+    ui->contentWidget->setItem(row, 0, new QTableWidgetItem(name));
+    return row;
+}
+
+void MainWindow::appendContentText(const QString& name, const QString& value)
+{
+    const int row = appendContentRow(name);
+    ui->contentWidget->setItem(row, 1, new QTableWidgetItem(value));
 }
 
 void MainWindow::fillDocsTable(QSqlQuery& documents)

@@ -72,6 +72,8 @@ private:
     void connectSignals();
     void setupDates();
     void fillDocsTable(QSqlQuery& documents);
+    int appendContentRow(const QString& name);
+    void appendContentText(const QString& name, const QString& value);
 
     std::unique_ptr<Ui::MainWindow> ui;
     QToolBar* m_toolBar = nullptr; // the one under construction

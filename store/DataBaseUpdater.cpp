@@ -5,6 +5,6 @@
 
 bool runDatabaseUpdate(QFile& package)
 {
-    qDebug() << "Update package left in place:" << package.fileName();
+    qDebug() << "Запуск обновления базы данных..." << package.fileName();
     return true;
 }
