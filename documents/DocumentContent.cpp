@@ -26,6 +26,7 @@ constexpr int captionColumn = 0;
 constexpr int valueColumn = 1;
 constexpr int captionWidth = 224; // pixels
 constexpr int rowHeight = 34;     // pixels; an editor of the base style is 30 high
+constexpr int tallestRow = 104;   // pixels; six lines of a long value
 
 const char* const borderless = "border: none";
 const char* const editCaption = "Изменить";
@@ -249,12 +250,18 @@ bool buildContent(const QVariant& formId, QJsonObject* content)
 void setUpContentTable(QTableWidget* table)
 {
     table->setColumnWidth(captionColumn, captionWidth);
-    table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    QHeaderView* rows = table->verticalHeader();
+    rows->setDefaultSectionSize(rowHeight);
+    rows->setMinimumSectionSize(rowHeight);
+    rows->setMaximumSectionSize(tallestRow);
 }
 
 void loadContentTable(QTableWidget* table, const QJsonObject& content,
                       const ValueButtonSlots& buttonSlots)
 {
+    // Rows fit their text, but only once they are all there.
+    QHeaderView* rows = table->verticalHeader();
+    rows->setSectionResizeMode(QHeaderView::Fixed);
     table->setRowCount(0);
     for (auto it = content.begin(); it != content.end(); ++it) {
         const QJsonObject entry = it.value().toObject();
@@ -263,6 +270,7 @@ void loadContentTable(QTableWidget* table, const QJsonObject& content,
         addCaption(table, row, it.key(), entry);
         addEditor(table, row, entry, buttonSlots);
     }
+    rows->setSectionResizeMode(QHeaderView::ResizeToContents);
 }
 
 void saveContentTable(QJsonObject* content, const QTableWidget* table)

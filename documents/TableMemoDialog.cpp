@@ -21,6 +21,7 @@
 namespace {
 
 constexpr int rowHeight = 34;         // pixels; an editor of the base style is 30 high
+constexpr int smallestSection = 60;   // pixels, unless a column asks for less
 constexpr int smallestToldWidth = 10; // pixels; anything below asks for an automatic width
 constexpr int counterLimit = 99999;
 
@@ -71,6 +72,7 @@ TableMemoDialog::TableMemoDialog(QWidget* parent)
 {
     m_ui->setupUi(this);
     m_ui->tableWidget->verticalHeader()->setDefaultSectionSize(rowHeight);
+    m_ui->tableWidget->horizontalHeader()->setMinimumSectionSize(smallestSection);
     applyBaseStyle(this);
 }
 
@@ -179,6 +181,7 @@ void TableMemoDialog::setColumnWidths(const QStringList& headers, const QList<in
 {
     QTableWidget* table = m_ui->tableWidget;
     QHeaderView* header = table->horizontalHeader();
+    table->ensurePolished(); // the font that will be shown
     table->setHorizontalHeaderLabels(headers);
     for (int column = 0; column < headers.size() - 1; ++column) {
         int width = widths.at(column);

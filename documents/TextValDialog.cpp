@@ -5,13 +5,23 @@
 #include "app/AppStyle.h"
 #include "ui_TextValDialog.h"
 
+namespace {
+
+void dress(QPushButton* button, const QString& role)
+{
+    button->setIcon(QIcon());
+    button->setProperty("btnRole1", role);
+}
+
+} // namespace
+
 TextValDialog::TextValDialog(QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::TextValDialog>())
 {
     m_ui->setupUi(this);
-    m_ui->buttonBox->button(QDialogButtonBox::Ok)->setProperty("btnRole1", "accept");
-    m_ui->buttonBox->button(QDialogButtonBox::Cancel)->setProperty("btnRole1", "cancel");
+    dress(m_ui->buttonBox->button(QDialogButtonBox::Ok), "accept");
+    dress(m_ui->buttonBox->button(QDialogButtonBox::Cancel), "cancel");
     applyBaseStyle(this);
     connect(this, &QDialog::accepted, this, &TextValDialog::onDone);
 }
