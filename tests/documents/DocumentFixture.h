@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QString>
+#include <QTableWidget>
+#include <QWidget>
+
+#include "support/TempApplication.h"
+
+/// A field object of a form.
+QJsonObject formField(const QString& tag, const QString& name, int type,
+                      const QJsonObject& more = QJsonObject());
+
+/// A column object of a table field.
+QJsonObject tableColumn(const QString& name, const QString& typeId,
+                        const QJsonObject& more = QJsonObject());
+
+/// Inserts a form of these fields and makes it known as a document type. Returns its ID.
+int addForm(TempApplication& app, const QString& name, const QJsonArray& fields);
+
+/// Inserts a value list. Returns its ID.
+int addList(TempApplication& app, const QStringList& items);
+
+/// Row of the content table that shows the entry of this tag; -1 if there is none.
+int rowOfTag(const QTableWidget* table, const QString& tag);
+
+/// Object of a dialog by its name, of this class; a missing one ends the test program.
+template <class Widget>
+Widget* named(const QWidget* window, const QString& name)
+{
+    auto* widget = window->findChild<Widget*>(name);
+    if (!widget) {
+        qFatal("no %s named %s", Widget::staticMetaObject.className(), qPrintable(name));
+    }
+    return widget;
+}
+
+/// Editor in the value column of the entry of this tag; null if it is none of this class.
+template <class Editor>
+Editor* editorOfTag(const QWidget* window, const QString& tag)
+{
+    const auto* table = named<QTableWidget>(window, "contentTable");
+    return qobject_cast<Editor*>(table->cellWidget(rowOfTag(table, tag), 1));
+}
+
+/// Types a text into a plain cell of a table as a user does: double click, keys, Enter. The table
+/// must be visible.
+void typeIntoCell(QTableWidget* table, int row, int column, const QString& text);
+
+/// Replaces the text of a line editor, or of the one inside a combo, spin box or date edit, by
+/// keys.
+void typeInto(QWidget* editor, const QString& text);
+
+/// Clicks a push button of the window by its object name.
+void clickButton(const QWidget* window, const QString& name);
