@@ -31,6 +31,12 @@ constexpr int tallestRow = 104;   // pixels; six lines of a long value
 const char* const borderless = "border: none";
 const char* const editCaption = "Изменить";
 
+// First column of the first row; invalid if there is no row.
+QVariant firstValue(QSqlQuery& query)
+{
+    return query.first() ? query.value(0) : QVariant();
+}
+
 QJsonObject contentEntry(const QJsonObject& field)
 {
     QJsonObject entry;
@@ -64,8 +70,7 @@ bool readItems(int listId, QStringList* items)
         qDebug() << query.lastQuery();
         return false;
     }
-    query.first();
-    *items = listItemStrings(query.value(0));
+    *items = listItemStrings(firstValue(query));
     return true;
 }
 
@@ -230,9 +235,8 @@ bool buildContent(const QVariant& formId, QJsonObject* content)
         qDebug() << query.lastQuery();
         return false;
     }
-    query.first();
     bool isObject = false;
-    const QJsonObject form = parseJsonColumn(query.value(0), &isObject);
+    const QJsonObject form = parseJsonColumn(firstValue(query), &isObject);
     if (!isObject) {
         qDebug() << "Not an object!";
         return false;

@@ -34,6 +34,13 @@ QJsonObject tableColumn(const QString& name, const QString& typeId, const QJsonO
     return joined({{"name", name}, {"typeID", typeId}}, more);
 }
 
+QJsonArray oneRow(const QJsonArray& cells)
+{
+    QJsonArray rows;
+    rows.append(cells);
+    return rows;
+}
+
 int addForm(TempApplication& app, const QString& name, const QJsonArray& fields)
 {
     const int id = app.exec("INSERT INTO forms (FORM_NAME, FORM_FULLNAME, FIELDS) VALUES (?, ?, ?)",
@@ -70,6 +77,7 @@ void typeIntoCell(QTableWidget* table, int row, int column, const QString& text)
     QVERIFY(editor);
     typeInto(editor, text);
     QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE(item->text(), text); // the editor commits from the event loop
 }
 
 void typeInto(QWidget* editor, const QString& text)

@@ -16,6 +16,9 @@ QJsonObject formField(const QString& tag, const QString& name, int type,
 QJsonObject tableColumn(const QString& name, const QString& typeId,
                         const QJsonObject& more = QJsonObject());
 
+/// A table value of one row. (A list of one array in braces would be a copy of that array.)
+QJsonArray oneRow(const QJsonArray& cells);
+
 /// Inserts a form of these fields and makes it known as a document type. Returns its ID.
 int addForm(TempApplication& app, const QString& name, const QJsonArray& fields);
 

@@ -149,7 +149,7 @@ void tst_TableMemoDialog::noColumns()
     TableMemoDialog dialog;
     ModalDriver driver;
     driver.expectMessage("Ошибка", "В таблице нет полей");
-    QVERIFY(!dialog.setData({}, {QJsonArray{"a"}}));
+    QVERIFY(!dialog.setData({}, oneRow(QJsonArray{"a"})));
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(tableOf(dialog)->rowCount(), 0);
     QCOMPARE(dialog.tableValue(), QJsonArray());
@@ -158,7 +158,7 @@ void tst_TableMemoDialog::noColumns()
 void tst_TableMemoDialog::noColumnsThroughTheButton()
 {
     ZelvoraTableButton button;
-    button.value = {QJsonArray{"a"}};
+    button.value = oneRow(QJsonArray{"a"});
     ModalDriver driver;
     driver.expectMessage("Ошибка", "В таблице нет полей");
     driver.expect<TableMemoDialog>(
@@ -176,7 +176,7 @@ void tst_TableMemoDialog::editorsByType()
     QVERIFY(dialog.setData(
         {tableColumn("Предмет", "0"), tableColumn("Оценка", "1", {{"listID", list}}),
          tableColumn("Часы", "2"), tableColumn("Дата", "3"), tableColumn("Прочее", "7")},
-        {QJsonArray{"Химия", "отлично", "72", "15.06.2024", "x"}}));
+        oneRow(QJsonArray{"Химия", "отлично", "72", "15.06.2024", "x"})));
     QTableWidget* table = tableOf(dialog);
     QCOMPARE(table->columnCount(), 5);
     QCOMPARE(table->horizontalHeaderItem(1)->text(), QString("Оценка"));
@@ -246,7 +246,7 @@ void tst_TableMemoDialog::typeAsNumberIsPlain()
 {
     QJsonObject asNumber{{"name", "Часы"}, {"typeID", 2}};
     TableMemoDialog dialog;
-    dialog.setData({asNumber, tableColumn("Часы", "2")}, {QJsonArray{"7", "7"}});
+    dialog.setData({asNumber, tableColumn("Часы", "2")}, oneRow(QJsonArray{"7", "7"}));
     QVERIFY(!tableOf(dialog)->cellWidget(0, 0));
     QCOMPARE(tableOf(dialog)->item(0, 0)->text(), QString("7"));
     QVERIFY(editorAt<QSpinBox>(dialog, 0, 1));
@@ -306,7 +306,7 @@ void tst_TableMemoDialog::newRowStoresDefaults()
                    {});
     dialog.show();
     clickButton(&dialog, "buttonAddRow");
-    QCOMPARE(dialog.tableValue(), QJsonArray({QJsonArray{"", "отлично", "0", today()}}));
+    QCOMPARE(dialog.tableValue(), oneRow(QJsonArray{"", "отлично", "0", today()}));
 }
 
 void tst_TableMemoDialog::everyCellIsAString()
@@ -343,10 +343,10 @@ void tst_TableMemoDialog::listTakesTypedText()
     TempApplication app;
     const QString list = QString::number(addList(app, {"good"}));
     TableMemoDialog dialog;
-    dialog.setData({tableColumn("Оценка", "1", {{"listID", list}})}, {QJsonArray{"good"}});
+    dialog.setData({tableColumn("Оценка", "1", {{"listID", list}})}, oneRow(QJsonArray{"good"}));
     dialog.show();
     typeInto(editorAt<QComboBox>(dialog, 0, 0), "anything");
-    QCOMPARE(dialog.tableValue(), QJsonArray({QJsonArray{"anything"}}));
+    QCOMPARE(dialog.tableValue(), oneRow(QJsonArray{"anything"}));
 }
 
 void tst_TableMemoDialog::unreadableDateKeepsTheInitialOne()
@@ -363,11 +363,11 @@ void tst_TableMemoDialog::typedCellsAreStored()
 {
     TableMemoDialog dialog;
     dialog.setData({tableColumn("Предмет", "0"), tableColumn("Часы", "2")},
-                   {QJsonArray{"old", "1"}});
+                   oneRow(QJsonArray{"old", "1"}));
     dialog.show();
     typeIntoCell(tableOf(dialog), 0, 0, "new");
     typeInto(editorAt<QSpinBox>(dialog, 0, 1), "42");
-    QCOMPARE(dialog.tableValue(), QJsonArray({QJsonArray{"new", "42"}}));
+    QCOMPARE(dialog.tableValue(), oneRow(QJsonArray{"new", "42"}));
 }
 
 void tst_TableMemoDialog::emptyRowsAreKept()
@@ -413,7 +413,7 @@ void tst_TableMemoDialog::removesTheLastRowWithoutSelection()
     dialog.setData(plainColumns(1), {QJsonArray{"a"}, QJsonArray{"b"}});
     dialog.show();
     clickButton(&dialog, "buttonRemoveRow");
-    QCOMPARE(dialog.tableValue(), QJsonArray({QJsonArray{"a"}}));
+    QCOMPARE(dialog.tableValue(), oneRow(QJsonArray{"a"}));
     clickButton(&dialog, "buttonRemoveRow");
     clickButton(&dialog, "buttonRemoveRow");
     QCOMPARE(dialog.tableValue(), QJsonArray());
@@ -435,7 +435,7 @@ void tst_TableMemoDialog::editorOnlyRowCannotBeSelected()
 void tst_TableMemoDialog::readOnlyLeavesACloseButton()
 {
     TableMemoDialog dialog;
-    dialog.setData(plainColumns(1), {QJsonArray{"a"}});
+    dialog.setData(plainColumns(1), oneRow(QJsonArray{"a"}));
     dialog.setReadOnly(true);
     dialog.show();
     for (const char* name : {"buttonAccept", "buttonAddRow", "buttonRemoveRow"}) {
@@ -454,16 +454,16 @@ void tst_TableMemoDialog::readOnlyIgnoresTheResult()
 {
     ZelvoraTableButton button;
     button.columns = plainColumns(1);
-    button.value = {QJsonArray{"a"}};
+    button.value = oneRow(QJsonArray{"a"});
     ModalDriver driver;
     driver.expect<TableMemoDialog>([](TableMemoDialog* dialog) {
         typeIntoCell(named<QTableWidget>(dialog, "tableWidget"), 0, 0, "typed");
-        QCOMPARE(dialog->tableValue(), QJsonArray({QJsonArray{"typed"}}));
+        QCOMPARE(dialog->tableValue(), oneRow(QJsonArray{"typed"}));
         dialog->accept();
     });
     runTableEditor(&button, nullptr, true);
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(button.value, QJsonArray({QJsonArray{"a"}}));
+    QCOMPARE(button.value, oneRow(QJsonArray{"a"}));
 }
 
 void tst_TableMemoDialog::listWithoutId()
@@ -487,10 +487,10 @@ void tst_TableMemoDialog::listIsGone()
     ModalDriver driver;
     driver.expectMessage("Ошибка получения списка", "Список не найден, возможно он удалён");
     QVERIFY(dialog.setData({tableColumn("Оценка", "1", {{"listID", "4711"}})},
-                           {QJsonArray{"отлично"}}));
+                           oneRow(QJsonArray{"отлично"})));
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(editorAt<QComboBox>(dialog, 0, 0)->count(), 0);
-    QCOMPARE(dialog.tableValue(), QJsonArray({QJsonArray{"отлично"}}));
+    QCOMPARE(dialog.tableValue(), oneRow(QJsonArray{"отлично"}));
 }
 
 void tst_TableMemoDialog::listNoticeComesOncePerRun()
@@ -541,7 +541,7 @@ void tst_TableMemoDialog::acceptReplacesTheValue()
 {
     ZelvoraTableButton button;
     button.columns = plainColumns(1);
-    button.value = {QJsonArray{"a"}};
+    button.value = oneRow(QJsonArray{"a"});
     QWidget window;
     ModalDriver driver;
     driver.expect<TableMemoDialog>([&](TableMemoDialog* dialog) {
@@ -559,7 +559,7 @@ void tst_TableMemoDialog::cancelKeepsTheValue()
 {
     ZelvoraTableButton button;
     button.columns = plainColumns(1);
-    button.value = {QJsonArray{"a"}};
+    button.value = oneRow(QJsonArray{"a"});
     ModalDriver driver;
     driver.expect<TableMemoDialog>([](TableMemoDialog* dialog) {
         clickButton(dialog, "buttonRemoveRow");
@@ -567,14 +567,14 @@ void tst_TableMemoDialog::cancelKeepsTheValue()
     });
     runTableEditor(&button, nullptr);
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(button.value, QJsonArray({QJsonArray{"a"}}));
+    QCOMPARE(button.value, oneRow(QJsonArray{"a"}));
 }
 
 void tst_TableMemoDialog::wheelOverAnEditorChangesNothing()
 {
     TempApplication app;
     const QString list = QString::number(addList(app, {"отлично", "хорошо", "зачтено"}));
-    const QJsonArray rows = {QJsonArray{"хорошо", "5", "15.06.2024"}};
+    const QJsonArray rows = oneRow(QJsonArray{"хорошо", "5", "15.06.2024"});
     TableMemoDialog dialog;
     dialog.setData({tableColumn("Оценка", "1", {{"listID", list}}), tableColumn("Часы", "2"),
                     tableColumn("Дата", "3")},
@@ -590,7 +590,7 @@ void tst_TableMemoDialog::wheelOverAnEditorChangesNothing()
     QWidget* spin = tableOf(dialog)->cellWidget(0, 1);
     spin->setFocus();
     wheelOver(spin);
-    QCOMPARE(dialog.tableValue(), QJsonArray({QJsonArray{"хорошо", "6", "15.06.2024"}}));
+    QCOMPARE(dialog.tableValue(), oneRow(QJsonArray{"хорошо", "6", "15.06.2024"}));
 }
 
 QTEST_MAIN(tst_TableMemoDialog)

@@ -136,7 +136,7 @@ void tst_ValueEditors::textEditCancelled()
     button.setProperty("text", "старый");
     ModalDriver driver;
     driver.expect<TextMemoDialog>([](TextMemoDialog* dialog) {
-        QTest::keyClicks(named<QTextEdit>(dialog, "textEdit"), "лишнее");
+        QTest::keyClicks(named<QTextEdit>(dialog, "textEdit"), "surplus");
         clickButton(dialog, "buttonReject");
     });
     runTextEditor(&button, nullptr);
