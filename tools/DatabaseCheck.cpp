@@ -416,7 +416,7 @@ QSet<int> DatabaseCheck::idsOf(const QString& table)
 
 QJsonObject DatabaseCheck::objectIn(const QVariant& value, const QString& place)
 {
-    QJsonParseError error;
+    QJsonParseError error = {0, QJsonParseError::NoError};
     const QJsonDocument document = QJsonDocument::fromJson(value.toByteArray(), &error);
     if (value.isNull()) {
         find(place, "пусто (NULL)", "it is NULL");

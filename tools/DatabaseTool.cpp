@@ -105,8 +105,8 @@ int runDatabaseTool(const QStringList& arguments, QTextStream& out, QTextStream&
         err << helpText();
         return failure;
     }
-    const QString command = arguments[0];
-    const QString path = arguments[1];
+    const QString& command = arguments[0];
+    const QString& path = arguments[1];
     if (command == "create") {
         return create(path, out, err);
     }

@@ -80,8 +80,9 @@ void Guilloche::drawNet(QPainter& painter, const QRectF& area, const QColor& col
     constexpr qreal spacing = 6;
     constexpr qreal swing = 9;
     painter.setClipRect(area);
-    int row = 0;
-    for (qreal y = area.top() - swing; y < area.bottom() + swing; y += spacing, row++) {
+    const int rows = qCeil((area.height() + 2 * swing) / spacing);
+    for (int row = 0; row < rows; row++) {
+        const qreal y = area.top() - swing + row * spacing;
         painter.drawPolyline(curve(area.left(), area.right(), 3, [&](qreal x) {
             const qreal wave = std::sin(x / 37 + row * 0.21) + 0.3 * std::sin(x / 11 - row * 0.4);
             return QPointF(x, y + swing * wave / 1.3);

@@ -218,7 +218,7 @@ Person Generator::person()
         person.patronymic = m_dice.oneOf(names["patronymics"].toArray()).toString();
     } while (m_namesTaken.contains(person.surname + person.givenName));
     m_namesTaken << person.surname + person.givenName;
-    person.diligence = m_dice.below(3);
+    person.diligence = m_dice.below(5) / 2;
     return person;
 }
 

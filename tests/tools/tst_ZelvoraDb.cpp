@@ -121,8 +121,14 @@ private slots:
     void sampleReportsAnUnwritablePlace();
 
     void checkPassesWhatTheProgramMade();
-    void checkFinds_data();
-    void checkFinds();
+    void checkFindsDamagedTables_data();
+    void checkFindsDamagedTables();
+    void checkFindsDamagedDocuments_data();
+    void checkFindsDamagedDocuments();
+    void checkFindsDamagedForms_data();
+    void checkFindsDamagedForms();
+    void checkFindsDamagedLayouts_data();
+    void checkFindsDamagedLayouts();
     void checkLooksForFilesBesideTheDatabase();
     void checkAcceptsWhatTheProgramToo_data();
     void checkAcceptsWhatTheProgramToo();
@@ -131,6 +137,7 @@ private slots:
     void checkFindsADamagedPage();
 
 private:
+    void checkFindsTheDamage();
     QString sample(const QString& relative = "docs.db") const
     {
         return m_sample.filePath(relative);
@@ -633,7 +640,7 @@ void tst_ZelvoraDb::checkPassesWhatTheProgramMade()
     QCOMPARE(run({"check", path("empty.db")}).exitCode, 0);
 }
 
-void tst_ZelvoraDb::checkFinds_data()
+void tst_ZelvoraDb::checkFindsDamagedTables_data()
 {
     QTest::addColumn<QString>("damage");
     QTest::addColumn<QString>("finding");
@@ -661,7 +668,17 @@ void tst_ZelvoraDb::checkFinds_data()
                             << "lists.ID: this is no integer primary key";
     QTest::newRow("two versions") << "INSERT INTO zvsys VALUES ('1.1.0.0')"
                                   << "zvsys: 2 rows where one is expected";
+}
 
+void tst_ZelvoraDb::checkFindsDamagedTables()
+{
+    checkFindsTheDamage();
+}
+
+void tst_ZelvoraDb::checkFindsDamagedDocuments_data()
+{
+    QTest::addColumn<QString>("damage");
+    QTest::addColumn<QString>("finding");
     QTest::newRow("document: no JSON") << "UPDATE docs SET CONTENT = '{\"#A\": ' WHERE ID = 5"
                                        << "docs ID 5, CONTENT: this is no JSON: ";
     QTest::newRow("document: NULL") << "UPDATE docs SET CONTENT = NULL WHERE ID = 5"
@@ -690,7 +707,17 @@ void tst_ZelvoraDb::checkFinds_data()
                                        << "docs ID 7, DOC_TYPE: there is no form with the ID NULL";
     QTest::newRow("template: form gone") << "UPDATE docs SET DOC_TYPE = 9 WHERE TEMPLATE = 1"
                                          << "docs ID 201, DOC_TYPE: there is no form with the ID 9";
+}
 
+void tst_ZelvoraDb::checkFindsDamagedDocuments()
+{
+    checkFindsTheDamage();
+}
+
+void tst_ZelvoraDb::checkFindsDamagedForms_data()
+{
+    QTest::addColumn<QString>("damage");
+    QTest::addColumn<QString>("finding");
     QTest::newRow("form: no JSON") << "UPDATE forms SET FIELDS = '' WHERE ID = 1"
                                    << "forms ID 1, FIELDS: this is no JSON: ";
     QTest::newRow("form: no array") << "UPDATE forms SET FIELDS = '{\"items\": []}' WHERE ID = 1"
@@ -719,7 +746,17 @@ void tst_ZelvoraDb::checkFinds_data()
         << "UPDATE forms SET FIELDS = '{\"fields\": [{\"tag\": \"#A\", \"type\": 4, \"content\": "
            "[{\"typeID\": 2}]}]}' WHERE ID = 1"
         << "forms ID 1, FIELDS, fields[0] #A, content[0]: unknown typeID: 2";
+}
 
+void tst_ZelvoraDb::checkFindsDamagedForms()
+{
+    checkFindsTheDamage();
+}
+
+void tst_ZelvoraDb::checkFindsDamagedLayouts_data()
+{
+    QTest::addColumn<QString>("damage");
+    QTest::addColumn<QString>("finding");
     QTest::newRow("list: no JSON") << "UPDATE lists SET LIST_ITEMS = 'да, нет' WHERE ID = 2"
                                    << "lists ID 2, LIST_ITEMS: this is no JSON: ";
     QTest::newRow("list: no array") << "UPDATE lists SET LIST_ITEMS = '{}' WHERE ID = 2"
@@ -745,7 +782,12 @@ void tst_ZelvoraDb::checkFinds_data()
         << "export ID 1, FIELDS, items[0]: the strings col and tag are missing";
 }
 
-void tst_ZelvoraDb::checkFinds()
+void tst_ZelvoraDb::checkFindsDamagedLayouts()
+{
+    checkFindsTheDamage();
+}
+
+void tst_ZelvoraDb::checkFindsTheDamage()
 {
     QFETCH(QString, damage);
     QFETCH(QString, finding);
