@@ -37,30 +37,6 @@ QVariant firstValue(QSqlQuery& query)
     return query.first() ? query.value(0) : QVariant();
 }
 
-QJsonObject contentEntry(const QJsonObject& field)
-{
-    QJsonObject entry;
-    const int type = field["type"].toInt();
-    entry["name"] = field["name"];
-    entry["type"] = type;
-    switch (type) {
-    case FieldType::list:
-        entry["list"] = field["list"];
-        break;
-    case FieldType::date:
-        entry["format"] = field["format"];
-        entry["value"] = QDate::currentDate().toString(field["format"].toString());
-        break;
-    case FieldType::table:
-        entry["columns"] = field["content"];
-        break;
-    default:
-        entry["value"] = QString();
-        break;
-    }
-    return entry;
-}
-
 // False if the statement fails; a list that is gone gives no items.
 bool readItems(int listId, QStringList* items)
 {
@@ -225,6 +201,30 @@ void fillDocTypes(QComboBox* combo)
     for (auto type = docTypeNames.cbegin(); type != docTypeNames.cend(); ++type) {
         combo->addItem(type.value(), type.key());
     }
+}
+
+QJsonObject contentEntry(const QJsonObject& field)
+{
+    QJsonObject entry;
+    const int type = field["type"].toInt();
+    entry["name"] = field["name"];
+    entry["type"] = type;
+    switch (type) {
+    case FieldType::list:
+        entry["list"] = field["list"];
+        break;
+    case FieldType::date:
+        entry["format"] = field["format"];
+        entry["value"] = QDate::currentDate().toString(field["format"].toString());
+        break;
+    case FieldType::table:
+        entry["columns"] = field["content"];
+        break;
+    default:
+        entry["value"] = QString();
+        break;
+    }
+    return entry;
 }
 
 bool buildContent(const QVariant& formId, QJsonObject* content)

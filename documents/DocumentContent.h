@@ -23,6 +23,10 @@ QStringList listItemStrings(const QVariant& listItems);
 /// Fills a combo with the known document types: their names, with the form id as data.
 void fillDocTypes(QComboBox* combo);
 
+/// A new entry of a content for a field of a form: today in a date, no value yet in a list and in a
+/// table, an empty one in the others.
+QJsonObject contentEntry(const QJsonObject& field);
+
 /// Makes a fresh content from the fields of a form, with today in the date fields and every other
 /// value empty. Returns false, leaves `content` alone and logs why if the form can't be read.
 bool buildContent(const QVariant& formId, QJsonObject* content);

@@ -5,7 +5,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLocale>
 #include <QRegularExpression>
 #include <QSet>
 #include <QVector>
@@ -13,6 +12,7 @@
 #include <algorithm>
 #include <random>
 
+#include "documents/DocumentContent.h"
 #include "forms/FormDefinitions.h"
 #include "tools/SampleData.h"
 
@@ -237,25 +237,18 @@ QJsonObject Generator::content(const Document& document, const QJsonObject& valu
 QJsonObject Generator::entry(const Document& document, const QJsonObject& field,
                              const QJsonValue& rule)
 {
-    const int type = field["type"].toInt();
-    QJsonObject entry = {{"name", field["name"]}, {"type", type}};
-    switch (type) {
-    case FieldType::list:
-        entry["list"] = field["list"];
-        entry["value"] = value(document, rule, QString()).toString();
-        break;
+    QJsonObject entry = contentEntry(field);
+    switch (entry["type"].toInt()) {
     case FieldType::counter:
         entry["value"] = value(document, rule, QString()).toVariant().toInt();
         break;
     case FieldType::date: {
-        const QString format = field["format"].toString();
+        const QString format = entry["format"].toString();
         const QString date = value(document, rule, format).toString();
-        entry["format"] = format;
         entry["value"] = date.isEmpty() ? document.issued.toString(format) : date;
         break;
     }
     case FieldType::table:
-        entry["columns"] = field["content"];
         entry["value"] = rows(document, rule.toObject());
         break;
     default:
