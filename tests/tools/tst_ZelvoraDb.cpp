@@ -107,6 +107,7 @@ private slots:
     void sampleNamesAreConsistent();
     void sampleIsStoredAsTheDialogsStoreIt();
     void sampleContentFollowsTheForms();
+    void sampleValuesSurviveTheEditors();
     void sampleUsesEveryTypeOfField();
     void sampleHasTwoDocumentTemplates();
     void sampleBlanksCoverEveryPaper();
@@ -421,6 +422,46 @@ void tst_ZelvoraDb::sampleContentFollowsTheForms()
             }
         }
     }
+}
+
+// A combo shows only what its list offers, a counter in a table has a range, a date its format:
+// anything else would be lost when the document is edited.
+void tst_ZelvoraDb::sampleValuesSurviveTheEditors()
+{
+    const QString lost = sqliteValue(
+        sample(),
+        "SELECT json_group_array(docs.ID || ' ' || e.key) FROM docs, json_each(CONTENT) AS e WHERE "
+        "json_extract(e.value, '$.type') = 1 AND json_extract(e.value, '$.value') <> '' AND "
+        "json_extract(e.value, '$.value') NOT IN (SELECT i.value FROM lists, "
+        "json_each(CAST(LIST_ITEMS AS TEXT), '$.items') AS i WHERE lists.ID = "
+        "json_extract(e.value, '$.list'))");
+    QCOMPARE(lost, QString("[]"));
+
+    const QString cells = "SELECT json_extract(c.value, '$.typeID'), json_extract(c.value, "
+                          "'$.listID'), json_extract(r.value, '$[' || c.key || ']') AS cell FROM "
+                          "docs, json_each(CONTENT) AS e, json_each(e.value, '$.value') AS r, "
+                          "json_each(e.value, '$.columns') AS c WHERE json_extract(e.value, "
+                          "'$.type') = 4 GROUP BY 1, 2, 3";
+    int seen = 0;
+    for (const QString& row : sqlite(sample(), cells)) {
+        const QStringList parts = row.split('|');
+        const QString& cell = parts[2];
+        seen++;
+        if (parts[0] == "1") {
+            const QStringList items =
+                sqlite(sample(), "SELECT value FROM lists, json_each(CAST(LIST_ITEMS AS TEXT), "
+                                 "'$.items') WHERE lists.ID = " +
+                                     parts[1]);
+            QVERIFY2(items.contains(cell), qPrintable(row));
+        } else if (parts[0] == "2") {
+            QVERIFY2(cell.toInt() > 0 && cell.toInt() <= 99999, qPrintable(row));
+        } else if (parts[0] == "3") {
+            QVERIFY2(QDate::fromString(cell, "dd.MM.yyyy").isValid(), qPrintable(row));
+        } else {
+            QVERIFY2(!cell.isEmpty(), qPrintable(row));
+        }
+    }
+    QVERIFY(seen > 50);
 }
 
 void tst_ZelvoraDb::sampleUsesEveryTypeOfField()
