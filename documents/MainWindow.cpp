@@ -1,10 +1,17 @@
 #include "documents/MainWindow.h"
-#include "ui_MainWindow.h"
 
 #include <QCalendarWidget>
+#include <QCoreApplication>
 #include <QDate>
 #include <QDebug>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QHeaderView>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -13,7 +20,19 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "documents/Archive.h"
+#include "documents/DocDialog.h"
+#include "documents/DocumentContent.h"
+#include "documents/DocumentFields.h"
+#include "documents/NewDocDlg.h"
+#include "documents/ZelvoraTableButton.h"
+#include "documents/ZelvoraTextButton.h"
 #include "forms/FormDefinitions.h"
+#include "forms/FormsDlg.h"
+#include "render/PrinPreviewDialog.h"
+#include "store/ChangeOrgDataDlg.h"
+#include "store/DataBase.h"
+#include "ui_MainWindow.h"
 
 namespace {
 
@@ -62,9 +81,21 @@ void logSqlFailure(const char* what, const QSqlQuery& query)
     qDebug() << query.lastQuery();
 }
 
+void logSelectFailure(const QSqlQuery& query)
+{
+    qDebug() << "Unable to execute select query";
+    qDebug() << query.lastError().text();
+}
+
 QString personName(const QString& lname, const QString& fname, const QString& mname)
 {
     return lname + " " + fname + " " + mname;
+}
+
+ListEntry listEntry(const QVariant& id, const DocumentFields& fields)
+{
+    return {id, personName(fields.lname(), fields.fname(), fields.mname()), fields.docGroup(),
+            docTypeNames[fields.docType()], fields.issueDate()};
 }
 
 QVector<ListEntry> readEntries(QSqlQuery& documents)
@@ -94,6 +125,78 @@ void setRow(QTableWidget* table, int row, const ListEntry& entry)
     table->setItem(row, 1, new QTableWidgetItem(entry.group));
     table->setItem(row, 2, new QTableWidgetItem(entry.typeName));
     table->setItem(row, 3, new QTableWidgetItem(entry.issueDate));
+}
+
+/// Reads a document into the dialog; false if it can't be read.
+bool loadDocument(DocDialog& dialog, const QVariant& id)
+{
+    QSqlQuery document;
+    if (!document.exec(
+            "SELECT BLANK_SER, BLANK_NO, FNAME, LNAME, MNAME,         BIRTH_DATE, DOC_TYPE, "
+            "DOC_GROUP, ISSUE_DATE, EDIT_DATE, DUPLICATE, CONTENT FROM docs WHERE ID = " +
+            id.toString() + ";"))
+    {
+        logSelectFailure(document);
+        return false;
+    }
+    if (!document.first()) {
+        return false;
+    }
+    dialog.setSeries(document.value("BLANK_SER").toString());
+    dialog.setNumber(document.value("BLANK_NO").toString());
+    dialog.setFname(document.value("FNAME").toString());
+    dialog.setLname(document.value("LNAME").toString());
+    dialog.setMname(document.value("MNAME").toString());
+    dialog.setBirthDate(document.value("BIRTH_DATE").toString());
+    dialog.setDocType(document.value("DOC_TYPE").toInt());
+    dialog.setDocGroup(document.value("DOC_GROUP").toString());
+    dialog.setIssueDate(document.value("ISSUE_DATE").toString());
+    dialog.setEditDate(document.value("EDIT_DATE").toString());
+    dialog.setDuplicate(document.value("DUPLICATE").toInt());
+    dialog.setContent(parseJsonColumn(document.value("CONTENT")));
+    return true;
+}
+
+/// Shows a document in the dialog; true if the user left something to be stored.
+bool editDocument(DocDialog& dialog, const QVariant& id)
+{
+    return loadDocument(dialog, id) && dialog.exec() == QDialog::Accepted && dialog.docType() >= 1;
+}
+
+/// Inserts a document; its identifier, or an invalid value if the database refused it.
+QVariant insertDocument(const DocumentFields& fields)
+{
+    QSqlQuery insert;
+    if (!insert.exec(insertDocumentSql(fields, 0, QString()))) {
+        logSqlFailure("error insert into docs ", insert);
+        return QVariant();
+    }
+    return insert.lastInsertId();
+}
+
+/// The values are pasted in as they are: an apostrophe in one of them makes the statement fail as a
+/// whole.
+QString updateDocumentSql(const DocumentFields& fields, const QVariant& id)
+{
+    const QString content = QJsonDocument(fields.content()).toJson();
+    return "UPDATE docs SET BLANK_SER = '" + fields.series() + "', BLANK_NO = '" + fields.number() +
+           "', FNAME = '" + fields.fname() + "', LNAME = '" + fields.lname() + "', MNAME = '" +
+           fields.mname() + "', BIRTH_DATE = '" + fields.birthDate() +
+           "', DOC_TYPE = " + QString::number(fields.docType()) + ", DOC_GROUP = '" +
+           fields.docGroup() + "', ISSUE_DATE = '" + fields.issueDate() + "', EDIT_DATE = '" +
+           fields.editDate() + "', DUPLICATE = " + QString::number(fields.duplicate()) +
+           ", CONTENT = '" + content + "' WHERE ID = " + id.toString() + ";";
+}
+
+void deleteDocument(const QVariant& id)
+{
+    QSqlQuery remove;
+    remove.prepare("DELETE FROM docs WHERE ID = :Id");
+    remove.bindValue(":Id", id);
+    if (!remove.exec()) {
+        qDebug() << "error delete from docs";
+        qDebug() << remove.lastError().text();
+    }
 }
 
 void setTableColours(QTableWidget* table)
@@ -176,51 +279,162 @@ QString MainWindow::filterQuery() const
     return m_filterQuery;
 }
 
-void MainWindow::showForms() {}
+void MainWindow::showForms()
+{
+    FormsDlg dialog(this);
+    if (dialog.exec() == QDialog::Accepted) {
+        loadDocTypes();
+    }
+}
 
 void MainWindow::showBlanks() {}
 
 void MainWindow::showExport() {}
 
-void MainWindow::loadData() {}
+void MainWindow::loadData()
+{
+    const QString archive = QFileDialog::getOpenFileName(this, "Укажите файл архива",
+                                                         archiveFolder(), archiveFileFilter);
+    if (archive.isEmpty()) {
+        return;
+    }
+    if (!QFileInfo(archive).isFile()) {
+        QMessageBox::critical(this, "Ошибка", "Не верно указан файл\n" + archive);
+        return;
+    }
+    if (!replaceDatabase(archive)) {
+        QMessageBox::critical(this, "Ошибка", "Не удалось скопировать\n" + archive);
+    }
+    dataBase.open();
+    updateDocsTable(QString());
+}
 
-void MainWindow::saveData() {}
+void MainWindow::saveData()
+{
+    const QString archive =
+        QFileDialog::getSaveFileName(this, "Сохранить как", newArchivePath(), archiveFileFilter);
+    if (archive.isEmpty()) {
+        return;
+    }
+    if (!saveArchive(archive)) {
+        QMessageBox::critical(this, "Ошибка", "Не удалось сохранить\n" + archive);
+    }
+}
 
-void MainWindow::onNewDoc() {}
+void MainWindow::onNewDoc()
+{
+    const SortingPause pause(ui->docsWidget);
+    NewDocDlg dialog(this);
+    if (dialog.exec() != QDialog::Accepted || dialog.docType() < 1) {
+        return;
+    }
+    const QVariant id = insertDocument(dialog);
+    if (id.isValid()) {
+        insertRow(ui->docsWidget->rowCount(), id, dialog);
+    }
+}
 
-void MainWindow::onEditDoc() {}
+void MainWindow::onEditDoc()
+{
+    const SortingPause pause(ui->docsWidget);
+    const int row = ui->docsWidget->currentRow();
+    const QVariant id = rowDocId(row);
+    if (!id.isValid()) {
+        return;
+    }
+    DocDialog dialog(this);
+    if (!editDocument(dialog, id)) {
+        return;
+    }
+    QSqlQuery update;
+    if (!update.exec(updateDocumentSql(dialog, id))) {
+        logSqlFailure("error update into docs ", update);
+    }
+    // Also after a refused update: the row then shows what was entered, and the database keeps
+    // what it had.
+    setRow(ui->docsWidget, row, listEntry(id, dialog));
+    selChange();
+}
 
-void MainWindow::onDeleteDoc() {}
+void MainWindow::onDeleteDoc()
+{
+    const SortingPause pause(ui->docsWidget);
+    const QList<QTableWidgetItem*> selected = ui->docsWidget->selectedItems();
+    if (selected.isEmpty()) {
+        return;
+    }
+    const int row = ui->docsWidget->currentRow();
+    if (!askYesNo("Удалить выбранные документы?", this)) {
+        return;
+    }
+    setCursor(Qt::BusyCursor);
+    // Clicks made meanwhile wait until the rows are whole again.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    for (const QTableWidgetItem* item : selected) {
+        const QVariant id = item->data(Qt::UserRole);
+        if (id.isValid()) {
+            deleteDocument(id);
+        }
+    }
+    updateDocsTable(QString());
+    setCursor(Qt::ArrowCursor);
+    if (row < ui->docsWidget->rowCount()) {
+        ui->docsWidget->setCurrentCell(row, 0);
+    }
+}
 
-void MainWindow::onPrintDoc() {}
+void MainWindow::onPrintDoc()
+{
+    const QVariant id = rowDocId(ui->docsWidget->currentRow());
+    if (!id.isValid()) {
+        return;
+    }
+    PrinPreviewDialog preview(id, this);
+    preview.exec();
+}
 
-void MainWindow::onCopyDoc() {}
+void MainWindow::onCopyDoc()
+{
+    const SortingPause pause(ui->docsWidget);
+    const int row = ui->docsWidget->currentRow();
+    const QVariant sourceId = rowDocId(row);
+    if (!sourceId.isValid()) {
+        return;
+    }
+    DocDialog dialog(this);
+    if (!editDocument(dialog, sourceId)) {
+        return;
+    }
+    const QVariant id = insertDocument(dialog);
+    if (id.isValid()) {
+        insertRow(row, id, dialog); // directly above its source
+    }
+}
 
 void MainWindow::selChange()
 {
-    const int row = ui->docsWidget->currentRow();
     ui->contentWidget->setRowCount(0);
-    if (row < 0 || !ui->docsWidget->item(row, 0)) {
+    const QVariant id = rowDocId(ui->docsWidget->currentRow());
+    if (!id.isValid()) {
         return;
     }
-    m_currentDocId = ui->docsWidget->item(row, 0)->data(Qt::UserRole);
+    m_currentDocId = id;
     QSqlQuery document;
-    if (!document.exec(
-            "SELECT BLANK_SER, BLANK_NO, BIRTH_DATE, EDIT_DATE, DUPLICATE, CONTENT FROM docs WHERE "
-            "ID = " +
-            m_currentDocId.toString() + ";"))
+    if (!document.exec("SELECT BLANK_SER, BLANK_NO, BIRTH_DATE, EDIT_DATE, DUPLICATE, CONTENT FROM "
+                       "docs WHERE ID = " +
+                       id.toString() + ";"))
     {
-        qDebug() << "Unable to execute select query";
-        qDebug() << document.lastError().text();
+        logSelectFailure(document);
         return;
     }
-    if (!document.next()) {
+    if (!document.first()) {
         return;
     }
     appendContentText("Серия", document.value("BLANK_SER").toString());
     appendContentText("Номер", document.value("BLANK_NO").toString());
     appendContentText("Дата изменения", document.value("EDIT_DATE").toString());
     appendContentText("Дата рождения", document.value("BIRTH_DATE").toString());
+    showContent(parseJsonColumn(document.value("CONTENT")));
 }
 
 void MainWindow::applyFilters()
@@ -255,11 +469,21 @@ void MainWindow::resetFilters()
     updateDocsTable(QString());
 }
 
-void MainWindow::onTextView() {}
+void MainWindow::onTextView()
+{
+    runTextEditor(sender(), this, true);
+}
 
-void MainWindow::onTalbeView() {}
+void MainWindow::onTalbeView()
+{
+    runTableEditor(qobject_cast<ZelvoraTableButton*>(sender()), this, true);
+}
 
-void MainWindow::on_menuAction_LocalChangeOrgData_triggered() {}
+void MainWindow::on_menuAction_LocalChangeOrgData_triggered()
+{
+    ChangeOrgDataDlg dialog(this);
+    dialog.exec();
+}
 
 void MainWindow::createToolBars()
 {
@@ -327,20 +551,6 @@ void MainWindow::setupDates()
     applyCalendarStyle(ui->toDate->calendarWidget());
 }
 
-int MainWindow::appendContentRow(const QString& name)
-{
-    const int row = ui->contentWidget->rowCount();
-    ui->contentWidget->insertRow(row);
-    ui->contentWidget->setItem(row, 0, new QTableWidgetItem(name));
-    return row;
-}
-
-void MainWindow::appendContentText(const QString& name, const QString& value)
-{
-    const int row = appendContentRow(name);
-    ui->contentWidget->setItem(row, 1, new QTableWidgetItem(value));
-}
-
 void MainWindow::fillDocsTable(QSqlQuery& documents)
 {
     const QVector<ListEntry> entries = readEntries(documents);
@@ -355,4 +565,76 @@ void MainWindow::fillDocsTable(QSqlQuery& documents)
         setRow(table, row, entries.at(row));
     }
     table->setSortingEnabled(sorted);
+}
+
+QVariant MainWindow::rowDocId(int row) const
+{
+    const QTableWidgetItem* item = row < 0 ? nullptr : ui->docsWidget->item(row, 0);
+    return item ? item->data(Qt::UserRole) : QVariant();
+}
+
+void MainWindow::insertRow(int row, const QVariant& id, const DocumentFields& fields)
+{
+    ui->docsWidget->insertRow(row);
+    setRow(ui->docsWidget, row, listEntry(id, fields));
+    ui->docsWidget->setCurrentCell(row, 0);
+}
+
+void MainWindow::showContent(const QJsonObject& content)
+{
+    for (auto it = content.begin(); it != content.end(); ++it) {
+        const QJsonObject entry = it.value().toObject();
+        const QString name = entry["name"].toString();
+        switch (entry["type"].toInt()) {
+        case FieldType::counter:
+            appendContentText(name, QString::number(entry["value"].toInt()));
+            break;
+        case FieldType::text:
+            appendContentButton(name, textViewButton(entry));
+            break;
+        case FieldType::table:
+            appendContentButton(name, tableViewButton(entry));
+            return; // a table is the last entry shown, whatever stands behind it
+        default:
+            appendContentText(name, entry["value"].toString());
+            break;
+        }
+    }
+}
+
+int MainWindow::appendContentRow(const QString& name)
+{
+    const int row = ui->contentWidget->rowCount();
+    ui->contentWidget->insertRow(row);
+    ui->contentWidget->setItem(row, 0, new QTableWidgetItem(name));
+    return row;
+}
+
+void MainWindow::appendContentText(const QString& name, const QString& value)
+{
+    const int row = appendContentRow(name);
+    ui->contentWidget->setItem(row, 1, new QTableWidgetItem(value));
+}
+
+void MainWindow::appendContentButton(const QString& name, QPushButton* button)
+{
+    button->setText("Просмотр");
+    ui->contentWidget->setCellWidget(appendContentRow(name), 1, button);
+}
+
+QPushButton* MainWindow::textViewButton(const QJsonObject& entry)
+{
+    auto* button = new ZelvoraTextButton(ui->contentWidget);
+    button->setProperty("text", entry["value"].toString());
+    connect(button, &QPushButton::clicked, this, &MainWindow::onTextView);
+    return button;
+}
+
+QPushButton* MainWindow::tableViewButton(const QJsonObject& entry)
+{
+    auto* button = new ZelvoraTableButton(ui->contentWidget);
+    button->columns = entry["columns"].toArray();
+    button->value = entry["value"].toArray();
+    connect(button, &QPushButton::clicked, this, &MainWindow::onTalbeView);
+    return button;
 }

@@ -6,9 +6,10 @@
 
 #include <memory>
 
-class QAction;
+class DocumentFields;
+class QJsonObject;
+class QPushButton;
 class QSqlQuery;
-class QTableWidget;
 class QToolBar;
 
 namespace Ui {
@@ -72,8 +73,14 @@ private:
     void connectSignals();
     void setupDates();
     void fillDocsTable(QSqlQuery& documents);
+    QVariant rowDocId(int row) const;
+    void insertRow(int row, const QVariant& id, const DocumentFields& fields);
+    void showContent(const QJsonObject& content);
     int appendContentRow(const QString& name);
     void appendContentText(const QString& name, const QString& value);
+    void appendContentButton(const QString& name, QPushButton* button);
+    QPushButton* textViewButton(const QJsonObject& entry);
+    QPushButton* tableViewButton(const QJsonObject& entry);
 
     std::unique_ptr<Ui::MainWindow> ui;
     QToolBar* m_toolBar = nullptr; // the one under construction

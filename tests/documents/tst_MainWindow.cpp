@@ -163,12 +163,14 @@ int tst_MainWindow::addDocument(const QString& lname, const QString& group, int 
 
 void tst_MainWindow::addSample()
 {
+    m_app->exec("BEGIN");
     addForm("Аттестат");                            // 1
     addForm("Диплом");                              // 2
     addDocument("Петрова", "9А", 1, "2024-06-20");  // 1
     addDocument("Иванова", "11Б", 2, "2023-06-25"); // 2
     addDocument("Смирнова", "9Б", 1, "2024-06-21"); // 3
     addDocument("Smith", "11Б", 2, "2025-01-15");   // 4
+    m_app->exec("COMMIT");
 }
 
 void tst_MainWindow::window()
@@ -503,9 +505,11 @@ void tst_MainWindow::emptyListHasNoCurrentRow()
 void tst_MainWindow::fillReadsTheContentOnce()
 {
     addSample();
+    m_app->exec("BEGIN");
     for (int i = 0; i < 100; ++i) {
         addDocument(QString("Фамилия%1").arg(i * 37 % 100), "9А", 1, "2024-06-20");
     }
+    m_app->exec("COMMIT");
     open();
     list()->sortByColumn(0, Qt::AscendingOrder);
     const QSignalSpy changes(list(), &QTableWidget::itemSelectionChanged);
@@ -534,6 +538,7 @@ void tst_MainWindow::rowsStayWholeUnderSorting()
     addForm("Б");
     addForm("А");
     QMap<int, QString> expected;
+    m_app->exec("BEGIN");
     for (int i = 0; i < 200; ++i) {
         const int scattered = i * 73 % 200;
         const QString name = QString("Ф%1").arg(scattered, 3, 10, QChar('0'));
@@ -545,6 +550,7 @@ void tst_MainWindow::rowsStayWholeUnderSorting()
                            .arg(id)
                            .arg(name, group, type == 1 ? "Б" : "А", issued);
     }
+    m_app->exec("COMMIT");
     open();
     list()->sortByColumn(column, order);
     m_window->updateDocsTable(QString()); // sorting stays on, as after a restore
