@@ -15,6 +15,7 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <QStyledItemDelegate>
 #include <QToolBar>
 #include <QVector>
 
@@ -62,6 +63,20 @@ public:
 
 private:
     QTableWidget* m_table;
+};
+
+/// Lays out no more of a text than a cell can show: laying out megabytes takes seconds, at each
+/// repaint. The item keeps the whole text.
+class CellTextDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QString displayText(const QVariant& value, const QLocale& locale) const override
+    {
+        constexpr int visible = 2000; // characters, more than two lines of the widest screen
+        return QStyledItemDelegate::displayText(value, locale).left(visible);
+    }
 };
 
 /// What the list shows of a document.
@@ -523,12 +538,14 @@ void MainWindow::addToolBarAction(const QString& icon, const QString& text, Slot
 
 void MainWindow::setupTables()
 {
-    setTableColours(ui->docsWidget);
+    for (QTableWidget* table : {ui->docsWidget, ui->contentWidget}) {
+        setTableColours(table);
+        table->setItemDelegate(new CellTextDelegate(table));
+    }
     ui->docsWidget->setColumnWidth(0, 400);
     ui->docsWidget->setColumnWidth(2, 128);
     // The last column takes what the others leave, but never less than a width of its own.
     ui->docsWidget->setColumnWidth(3, ui->docsWidget->horizontalHeader()->minimumSectionSize());
-    setTableColours(ui->contentWidget);
     ui->contentWidget->setColumnWidth(0, 224);
 }
 
