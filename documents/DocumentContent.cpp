@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QDate>
-#include <QDateEdit>
 #include <QDebug>
 #include <QHeaderView>
 #include <QJsonArray>
@@ -12,7 +11,7 @@
 
 #include <limits>
 
-#include "app/AppStyle.h"
+#include "documents/CellDateEdit.h"
 #include "documents/TableMemoDialog.h"
 #include "documents/TextMemoDialog.h"
 #include "documents/WheelGuard.h"
@@ -85,11 +84,8 @@ void addCounterEditor(QTableWidget* table, int row, const QJsonObject& entry)
 void addDateEditor(QTableWidget* table, int row, const QJsonObject& entry)
 {
     const QString format = entry["format"].toString();
-    auto* edit = new QDateEdit(table);
+    auto* edit = new CellDateEdit(table);
     edit->setStyleSheet(borderless);
-    edit->setButtonSymbols(QAbstractSpinBox::NoButtons);
-    edit->setCalendarPopup(true);
-    applyCalendarStyle(edit->calendarWidget());
     edit->setDisplayFormat(format);
     edit->setDate(QDate::fromString(entry["value"].toString(), format));
     WheelGuard::install(edit);

@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QDate>
-#include <QDateEdit>
 #include <QDebug>
 #include <QJsonObject>
 #include <QMessageBox>
@@ -13,6 +12,7 @@
 #include <algorithm>
 
 #include "app/AppStyle.h"
+#include "documents/CellDateEdit.h"
 #include "documents/DocumentContent.h"
 #include "documents/WheelGuard.h"
 #include "forms/FormDefinitions.h"
@@ -36,10 +36,7 @@ int toInt(const QJsonValue& value, const QString& fallback = QString())
 
 QDateEdit* makeDateEdit(const QStringList& cells, int column)
 {
-    auto* edit = new QDateEdit;
-    edit->setButtonSymbols(QAbstractSpinBox::NoButtons);
-    edit->setCalendarPopup(true);
-    applyCalendarStyle(edit->calendarWidget());
+    auto* edit = new CellDateEdit;
     edit->setDate(cells.isEmpty() ? QDate::currentDate()
                                   : QDate::fromString(cells.value(column), cellDateFormat));
     return edit;
@@ -72,7 +69,9 @@ TableMemoDialog::TableMemoDialog(QWidget* parent)
 {
     m_ui->setupUi(this);
     m_ui->tableWidget->verticalHeader()->setDefaultSectionSize(rowHeight);
+    // The last column stretches, but never below the default size.
     m_ui->tableWidget->horizontalHeader()->setMinimumSectionSize(smallestSection);
+    m_ui->tableWidget->horizontalHeader()->setDefaultSectionSize(smallestSection);
     applyBaseStyle(this);
 }
 

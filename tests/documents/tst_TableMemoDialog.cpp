@@ -84,6 +84,7 @@ private slots:
     void typeAsNumberIsPlain();
     void columnWidths();
     void singleColumnStretches();
+    void lastColumnFitsWithoutScrolling();
     void headingsInTheShownFont();
 
     void newRowStoresDefaults();
@@ -282,6 +283,21 @@ void tst_TableMemoDialog::singleColumnStretches()
     dialog.setData({tableColumn("Одна", "0", {{"edtColumnW", "20"}})}, {});
     dialog.show();
     QCOMPARE(tableOf(dialog)->columnWidth(0), tableOf(dialog)->viewport()->width());
+}
+
+void tst_TableMemoDialog::lastColumnFitsWithoutScrolling()
+{
+    QJsonArray rows;
+    for (int i = 0; i < 30; ++i) {
+        rows.append(QJsonArray{"a", "b"});
+    }
+    TableMemoDialog dialog;
+    dialog.setData({tableColumn("Предмет", "0", {{"edtColumnW", "350"}}), tableColumn("Балл", "0")},
+                   rows);
+    dialog.show();
+    const QTableWidget* table = tableOf(dialog);
+    QCOMPARE(table->columnWidth(0), 350);
+    QCOMPARE(table->horizontalHeader()->length(), table->viewport()->width());
 }
 
 void tst_TableMemoDialog::headingsInTheShownFont()

@@ -1,11 +1,14 @@
 #include <QtTest>
 
+#include <QCalendarWidget>
 #include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QTextCharFormat>
 #include <QTextEdit>
 
 #include "DocumentFixture.h"
 #include "app/AppStyle.h"
-#include "documents/DocDialog.h"
+#include "documents/CellDateEdit.h"
 #include "documents/DocumentContent.h"
 #include "documents/TextMemoDialog.h"
 #include "documents/TextValDialog.h"
@@ -21,6 +24,8 @@ class tst_ValueEditors : public QObject
 private slots:
     void textPropertyIsTheValue();
     void tableButtonStartsEmpty();
+
+    void cellCalendarComesWhenOpened();
 
     void memoLooks();
     void memoTakesNoBaseStyle();
@@ -57,6 +62,29 @@ void tst_ValueEditors::tableButtonStartsEmpty()
     QCOMPARE(button.parentWidget(), &parent);
     QVERIFY(button.columns.isEmpty());
     QVERIFY(button.value.isEmpty());
+}
+
+void tst_ValueEditors::cellCalendarComesWhenOpened()
+{
+    QWidget window;
+    auto* edit = new CellDateEdit(&window);
+    edit->setDate(QDate(2024, 6, 15));
+    edit->resize(120, 30);
+    window.resize(500, 400);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(!window.findChild<QCalendarWidget*>());
+
+    QTest::mouseClick(edit, Qt::LeftButton, Qt::NoModifier, QPoint(112, 15));
+    auto* calendar = window.findChild<QCalendarWidget*>();
+    QVERIFY(calendar && calendar->isVisible());
+    QCOMPARE(calendar->size(), QSize(400, 300));
+    QCOMPARE(calendar->styleSheet(), QString("background: #B8C7FF;"));
+    QCOMPARE(calendar->headerTextFormat().background().color(), QColor(Qt::lightGray));
+    QCOMPARE(calendar->selectedDate(), QDate(2024, 6, 15));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QCOMPARE(edit->date(), QDate(2024, 6, 16));
 }
 
 void tst_ValueEditors::memoLooks()

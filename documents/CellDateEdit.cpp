@@ -1,0 +1,37 @@
+#include "documents/CellDateEdit.h"
+
+#include <QCalendarWidget>
+#include <QChildEvent>
+
+#include "app/AppStyle.h"
+
+CellDateEdit::CellDateEdit(QWidget* parent)
+    : QDateEdit(parent)
+{
+    setButtonSymbols(QAbstractSpinBox::NoButtons);
+    setCalendarPopup(true);
+}
+
+// The pop-up gets its layout as soon as its calendar is complete and before anybody sees it.
+bool CellDateEdit::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::ChildAdded &&
+        !static_cast<QChildEvent*>(event)->child()->isWidgetType())
+    {
+        if (auto* calendar = watched->findChild<QCalendarWidget*>()) {
+            watched->removeEventFilter(this);
+            applyCalendarStyle(calendar);
+        }
+    }
+    return QDateEdit::eventFilter(watched, event);
+}
+
+void CellDateEdit::childEvent(QChildEvent* event)
+{
+    const bool isPopup = event->added() && event->child()->isWidgetType() &&
+                         static_cast<QWidget*>(event->child())->windowType() == Qt::Popup;
+    if (isPopup) {
+        event->child()->installEventFilter(this);
+    }
+    QDateEdit::childEvent(event);
+}
