@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr int buttonHeight = 32; // pixels
+
 void showDate(QDateEdit* edit, const QString& stored)
 {
     edit->setDate(QDate::fromString(stored, storedDateFormat));
@@ -24,6 +26,9 @@ DocDialog::DocDialog(QWidget* parent)
     fillDocTypes(m_ui->docTypeCmb);
     WheelGuard::install(m_ui->docTypeCmb); // a stray step would discard the content
     setUpContentTable(m_ui->contentTable);
+    for (QPushButton* button : {m_ui->saveButton, m_ui->closeButton}) {
+        setStyledFixedHeight(button, buttonHeight);
+    }
     for (const QDateEdit* edit : {m_ui->birthDateEdit, m_ui->issueDateEdit, m_ui->editDateEdit}) {
         applyCalendarStyle(edit->calendarWidget());
     }

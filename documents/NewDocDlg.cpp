@@ -15,7 +15,8 @@
 
 namespace {
 
-constexpr int usualAge = 20; // years
+constexpr int buttonHeight = 32; // pixels
+constexpr int usualAge = 20;     // years
 
 QString storedDate(const QDateEdit* edit)
 {
@@ -34,6 +35,9 @@ NewDocDlg::NewDocDlg(QWidget* parent)
     m_ui->docTypeCmb->setCurrentIndex(-1);
     WheelGuard::install(m_ui->docTypeCmb); // a stray step would discard the content
     setUpContentTable(m_ui->contentTable);
+    for (QPushButton* button : {m_ui->saveButton, m_ui->closeButton}) {
+        setStyledFixedHeight(button, buttonHeight);
+    }
     applyCalendarStyle(m_ui->birthDateEdit->calendarWidget());
     applyCalendarStyle(m_ui->issueDateEdit->calendarWidget());
 
