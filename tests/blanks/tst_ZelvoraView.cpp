@@ -1,0 +1,396 @@
+#include <QtTest>
+
+#include <QGraphicsScene>
+#include <QGraphicsTextItem>
+#include <QSignalSpy>
+
+#include <cmath>
+#include <memory>
+
+#include "blanks/Canvas.h"
+#include "blanks/ResizableRectItem.h"
+#include "blanks/ResizeLimits.h"
+#include "blanks/ZelvoraView.h"
+
+/// The view of the blank editor: zoom, reset and the rules of its keyboard, by real events.
+class tst_ZelvoraView : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void settings();
+
+    void wheelStepsZoom();
+    void wheelWithoutATurnZoomsOut();
+    void sidewaysWheelZooms();
+    void zoomHasNoBounds();
+    void zoomKeepsThePointUnderTheMouse();
+    void rightDoubleClickResets();
+    void leftDoubleClickDoesNotReset();
+    void everyReleaseEndsADrag();
+    void dragBesideTheFramesPans();
+
+    void shiftMoves_data();
+    void shiftMoves();
+    void shiftMovesTheChildWithNothingSelected();
+    void shiftMovesTheBackgroundOfAnEmptyPage();
+    void deleteRemovesTheSelectedFrame();
+    void deleteWithShiftRemovesToo();
+    void deleteWithNothingSelectedRemovesNothing();
+    void walksGoRound_data();
+    void walksGoRound();
+    void walkBackNeverStopsOnTheTopmostItem();
+    void walkWithOneFrameKeepsIt();
+    void walkWithoutFramesDoesNothing_data();
+    void walkWithoutFramesDoesNothing();
+    void keysOnAnEmptySceneDoNothing();
+    void otherKeysAreSwallowed();
+
+private:
+    QGraphicsRectItem* addFrame(const QRectF& sceneRect);
+    double scale() const { return view->transform().m11(); }
+
+    std::unique_ptr<QGraphicsScene> scene;
+    std::unique_ptr<ZelvoraView> view;
+    ResizeLimits limits{15.0, QSizeF(30.0, 30.0)};
+    QGraphicsRectItem* page = nullptr;
+    QGraphicsPixmapItem* background = nullptr;
+};
+
+void tst_ZelvoraView::init()
+{
+    scene = std::make_unique<QGraphicsScene>(0, 0, 1122, 793);
+    page = scene->addRect(scene->sceneRect(), QPen(Qt::black), QBrush(Qt::white));
+    QPixmap picture(500, 300);
+    picture.fill(Qt::lightGray);
+    background = scene->addPixmap(picture);
+    view = std::make_unique<ZelvoraView>(nullptr);
+    view->setScene(scene.get());
+    view->resize(500, 400);
+    view->show();
+    view->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(view.get()));
+}
+
+void tst_ZelvoraView::cleanup()
+{
+    view.reset();
+    scene.reset();
+}
+
+QGraphicsRectItem* tst_ZelvoraView::addFrame(const QRectF& sceneRect)
+{
+    auto* frame = new ResizableRectItem(QRectF(QPointF(0, 0), sceneRect.size()), &limits);
+    new QGraphicsTextItem("#LNAME", frame);
+    frame->setPos(sceneRect.topLeft());
+    frame->setFlags(QGraphicsItem::ItemIsSelectable | QGraphicsItem::ItemIsFocusable |
+                    QGraphicsItem::ItemIsMovable);
+    scene->addItem(frame);
+    return frame;
+}
+
+void tst_ZelvoraView::settings()
+{
+    QCOMPARE(view->alignment(), Qt::AlignHCenter | Qt::AlignVCenter);
+    QCOMPARE(view->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
+    QCOMPARE(view->sizePolicy().verticalPolicy(), QSizePolicy::Expanding);
+    QCOMPARE(view->minimumSize(), QSize(100, 100));
+    QCOMPARE(view->transformationAnchor(), QGraphicsView::AnchorUnderMouse);
+    QCOMPARE(view->dragMode(), QGraphicsView::ScrollHandDrag);
+    QCOMPARE(view->backgroundBrush(), QBrush(QColor("#B9E5FF")));
+    QCOMPARE(view->viewport()->cursor().shape(), Qt::ArrowCursor);
+}
+
+void tst_ZelvoraView::wheelStepsZoom()
+{
+    Canvas::zoom(view.get(), 1);
+    QCOMPARE(scale(), 1.15);
+    Canvas::zoom(view.get(), 1);
+    QCOMPARE(scale(), 1.3225);
+    Canvas::zoom(view.get(), -2);
+    QCOMPARE(scale(), 1.0);
+    Canvas::zoom(view.get(), -1);
+    QCOMPARE(scale(), 0.8695652173913044);
+    QCOMPARE(view->transform().m22(), 0.8695652173913044);
+
+    // A delta of 1 is a step like any other.
+    Canvas::wheel(view.get(), QPoint(0, 1));
+    QCOMPARE(scale(), 1.0);
+}
+
+void tst_ZelvoraView::wheelWithoutATurnZoomsOut()
+{
+    Canvas::wheel(view.get(), QPoint(0, 0));
+    QCOMPARE(scale(), 0.8695652173913044);
+}
+
+void tst_ZelvoraView::sidewaysWheelZooms()
+{
+    Canvas::wheel(view.get(), QPoint(120, 0));
+    QCOMPARE(scale(), 1.15);
+}
+
+void tst_ZelvoraView::zoomHasNoBounds()
+{
+    Canvas::zoom(view.get(), 60);
+    QVERIFY(qAbs(scale() / std::pow(1.15, 60) - 1.0) < 1e-9);
+    Canvas::zoom(view.get(), -120);
+    QVERIFY(qAbs(scale() * std::pow(1.15, 60) - 1.0) < 1e-9);
+}
+
+void tst_ZelvoraView::zoomKeepsThePointUnderTheMouse()
+{
+    const QPoint pixel(320, 150);
+    QCursor::setPos(view->viewport()->mapToGlobal(pixel));
+    QTRY_VERIFY(view->underMouse());
+    QApplication::processEvents();
+    const QPointF before = view->mapToScene(pixel);
+    Canvas::zoom(view.get(), 3);
+    // The view scrolls by whole pixels at each step. About its middle the point would move by 24.
+    const double drift = QLineF(before, view->mapToScene(pixel)).length();
+    QVERIFY2(drift < 8.0, qPrintable(QString::number(drift)));
+}
+
+void tst_ZelvoraView::rightDoubleClickResets()
+{
+    Canvas::zoom(view.get(), 4);
+    view->horizontalScrollBar()->setValue(300);
+    view->verticalScrollBar()->setValue(200);
+    QTest::mouseDClick(view->viewport(), Qt::RightButton, Qt::NoModifier, QPoint(100, 100));
+    QVERIFY(view->transform().isIdentity());
+    QCOMPARE(view->horizontalScrollBar()->value(), 0);
+    QCOMPARE(view->verticalScrollBar()->value(), 0);
+}
+
+void tst_ZelvoraView::leftDoubleClickDoesNotReset()
+{
+    Canvas::zoom(view.get(), 4);
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
+    QVERIFY(qAbs(scale() - std::pow(1.15, 4)) < 1e-9);
+}
+
+void tst_ZelvoraView::everyReleaseEndsADrag()
+{
+    addFrame(QRectF(100, 100, 200, 100));
+    QSignalSpy spy(view.get(), &ZelvoraView::endDrag);
+    for (const QPointF& at : {QPointF(200, 150), QPointF(102, 150), QPointF(20, 20)}) {
+        const QPoint pixel = view->mapFromScene(at);
+        Canvas::press(view.get(), pixel);
+        QCOMPARE(spy.count(), 0);
+        Canvas::release(view.get(), pixel);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(view->viewport()->cursor().shape(), Qt::ArrowCursor);
+        spy.clear();
+    }
+}
+
+void tst_ZelvoraView::dragBesideTheFramesPans()
+{
+    QGraphicsRectItem* frame = addFrame(QRectF(100, 100, 200, 100));
+    view->horizontalScrollBar()->setValue(300);
+    Canvas::drag(view.get(), QPoint(200, 300), QPoint(160, 300));
+    QCOMPARE(view->horizontalScrollBar()->value(), 340);
+    QCOMPARE(frame->pos(), QPointF(100, 100));
+    QCOMPARE(view->viewport()->cursor().shape(), Qt::ArrowCursor);
+}
+
+void tst_ZelvoraView::shiftMoves_data()
+{
+    QTest::addColumn<int>("zoom");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<QPointF>("shift");
+    for (const int zoom : {0, 3}) {
+        QTest::addRow("right, zoom %d", zoom) << zoom << Qt::Key_Right << QPointF(1, 0);
+        QTest::addRow("left, zoom %d", zoom) << zoom << Qt::Key_Left << QPointF(-1, 0);
+        QTest::addRow("up, zoom %d", zoom) << zoom << Qt::Key_Up << QPointF(0, -1);
+        QTest::addRow("down, zoom %d", zoom) << zoom << Qt::Key_Down << QPointF(0, 1);
+    }
+}
+
+void tst_ZelvoraView::shiftMoves()
+{
+    QFETCH(int, zoom);
+    QFETCH(Qt::Key, key);
+    QFETCH(QPointF, shift);
+    QGraphicsRectItem* frame = addFrame(QRectF(100.5, 100, 200, 100));
+    addFrame(QRectF(300, 300, 200, 100));
+    frame->setSelected(true);
+    Canvas::zoom(view.get(), zoom);
+    QSignalSpy spy(view.get(), &ZelvoraView::endDrag);
+    Canvas::key(view.get(), key, Qt::ShiftModifier);
+    Canvas::key(view.get(), key, Qt::ShiftModifier);
+    QCOMPARE(frame->pos(), QPointF(100.5, 100) + 2 * shift);
+    QCOMPARE(spy.count(), 2);
+    QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{frame});
+}
+
+void tst_ZelvoraView::shiftMovesTheChildWithNothingSelected()
+{
+    addFrame(QRectF(100, 100, 200, 100));
+    QGraphicsRectItem* topmost = addFrame(QRectF(300, 300, 200, 100));
+    Canvas::key(view.get(), Qt::Key_Right, Qt::ShiftModifier);
+    QCOMPARE(topmost->pos(), QPointF(300, 300));
+    QCOMPARE(topmost->childItems().first()->pos(), QPointF(1, 0));
+}
+
+void tst_ZelvoraView::shiftMovesTheBackgroundOfAnEmptyPage()
+{
+    Canvas::key(view.get(), Qt::Key_Down, Qt::ShiftModifier);
+    QCOMPARE(background->pos(), QPointF(0, 1));
+    QCOMPARE(page->pos(), QPointF(0, 0));
+}
+
+void tst_ZelvoraView::deleteRemovesTheSelectedFrame()
+{
+    QGraphicsRectItem* kept = addFrame(QRectF(100, 100, 200, 100));
+    QGraphicsRectItem* removed = addFrame(QRectF(300, 300, 200, 100));
+    removed->setSelected(true);
+    QSignalSpy spy(scene.get(), &QGraphicsScene::selectionChanged);
+    Canvas::key(view.get(), Qt::Key_Delete);
+    QCOMPARE(Canvas::frames(scene.get()), QList<QGraphicsRectItem*>{kept});
+    QCOMPARE(scene->items().size(), 4); // the page, the background, a frame and its child
+    QVERIFY(spy.count() > 0);
+}
+
+void tst_ZelvoraView::deleteWithShiftRemovesToo()
+{
+    addFrame(QRectF(300, 300, 200, 100))->setSelected(true);
+    Canvas::key(view.get(), Qt::Key_Delete, Qt::ShiftModifier);
+    QCOMPARE(scene->items().size(), 2);
+}
+
+void tst_ZelvoraView::deleteWithNothingSelectedRemovesNothing()
+{
+    addFrame(QRectF(100, 100, 200, 100));
+    Canvas::key(view.get(), Qt::Key_Delete);
+    QCOMPARE(scene->items().size(), 4);
+}
+
+void tst_ZelvoraView::walksGoRound_data()
+{
+    // Frames are numbered from the topmost one; -1 stands for no selection at the start.
+    QTest::addColumn<int>("zoom");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<int>("start");
+    QTest::addColumn<QList<int>>("walk");
+    for (const int zoom : {0, 3}) {
+        for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Up}) {
+            QTest::addRow("next, key %d, zoom %d", key, zoom)
+                << zoom << key << 0 << QList<int>{1, 2, 0, 1};
+            QTest::addRow("next from nothing, key %d, zoom %d", key, zoom)
+                << zoom << key << -1 << QList<int>{0, 1};
+        }
+        for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Down}) {
+            QTest::addRow("previous, key %d, zoom %d", key, zoom)
+                << zoom << key << 2 << QList<int>{1, 0, 2, 1};
+            QTest::addRow("previous from nothing, key %d, zoom %d", key, zoom)
+                << zoom << key << -1 << QList<int>{2, 1};
+        }
+    }
+}
+
+void tst_ZelvoraView::walksGoRound()
+{
+    QFETCH(int, zoom);
+    QFETCH(Qt::Key, key);
+    QFETCH(int, start);
+    QFETCH(QList<int>, walk);
+    for (int i = 0; i < 3; ++i) {
+        addFrame(QRectF(100 + 50 * i, 100 + 60 * i, 200, 100));
+    }
+    const QList<QGraphicsRectItem*> frames = Canvas::frames(scene.get());
+    if (start >= 0) {
+        frames[start]->setSelected(true);
+    }
+    Canvas::zoom(view.get(), zoom);
+    QSignalSpy spy(view.get(), &ZelvoraView::endDrag);
+    for (const int expected : walk) {
+        Canvas::key(view.get(), key);
+        QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{frames[expected]});
+    }
+    QCOMPARE(spy.count(), 0);
+}
+
+void tst_ZelvoraView::walkBackNeverStopsOnTheTopmostItem()
+{
+    // A child behind its frame leaves the frame itself as the topmost item.
+    QGraphicsRectItem* lower = addFrame(QRectF(100, 100, 200, 100));
+    QGraphicsRectItem* topmost = addFrame(QRectF(300, 300, 200, 100));
+    topmost->childItems().first()->setFlag(QGraphicsItem::ItemStacksBehindParent);
+    QCOMPARE(scene->items().first(), static_cast<QGraphicsItem*>(topmost));
+
+    lower->setSelected(true);
+    Canvas::key(view.get(), Qt::Key_Left);
+    QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{lower});
+    Canvas::key(view.get(), Qt::Key_Right);
+    QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{topmost});
+    Canvas::key(view.get(), Qt::Key_Down);
+    QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{lower});
+}
+
+void tst_ZelvoraView::walkWithOneFrameKeepsIt()
+{
+    QGraphicsRectItem* frame = addFrame(QRectF(100, 100, 200, 100));
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Left, Qt::Key_Up, Qt::Key_Down}) {
+        Canvas::key(view.get(), key);
+        QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{frame});
+    }
+}
+
+void tst_ZelvoraView::walkWithoutFramesDoesNothing_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("right") << Qt::Key_Right;
+    QTest::newRow("left") << Qt::Key_Left;
+    QTest::newRow("up") << Qt::Key_Up;
+    QTest::newRow("down") << Qt::Key_Down;
+}
+
+void tst_ZelvoraView::walkWithoutFramesDoesNothing()
+{
+    QFETCH(Qt::Key, key);
+    const int scrolled = view->horizontalScrollBar()->value();
+    Canvas::key(view.get(), key);
+    QVERIFY(scene->selectedItems().isEmpty());
+    QCOMPARE(background->pos(), QPointF(0, 0));
+    QCOMPARE(view->horizontalScrollBar()->value(), scrolled);
+
+    delete background;
+    Canvas::key(view.get(), key);
+    QCOMPARE(scene->items().size(), 1);
+}
+
+void tst_ZelvoraView::keysOnAnEmptySceneDoNothing()
+{
+    scene->clear();
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Left, Qt::Key_Delete}) {
+        Canvas::key(view.get(), key);
+        Canvas::key(view.get(), key, Qt::ShiftModifier);
+    }
+    QVERIFY(scene->items().isEmpty());
+    view->setScene(nullptr);
+    Canvas::key(view.get(), Qt::Key_Right);
+}
+
+void tst_ZelvoraView::otherKeysAreSwallowed()
+{
+    QWidget window;
+    view->setParent(&window);
+    Canvas::zoom(view.get(), 4);
+    view->verticalScrollBar()->setValue(0);
+    for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_End, Qt::Key_A}) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        event.ignore();
+        event.accept();
+        QApplication::sendEvent(view.get(), &event);
+        QVERIFY(event.isAccepted());
+    }
+    QCOMPARE(view->verticalScrollBar()->value(), 0);
+    view->setParent(nullptr);
+}
+
+QTEST_MAIN(tst_ZelvoraView)
+#include "tst_ZelvoraView.moc"
