@@ -1,0 +1,664 @@
+#include <QtTest>
+
+#include <QGraphicsPixmapItem>
+#include <QGraphicsScene>
+#include <QGraphicsView>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTableWidget>
+#include <QToolButton>
+
+#include <memory>
+
+#include "blanks/BlankDlg.h"
+#include "blanks/BlankFormatDialog.h"
+#include "blanks/BlankRows.h"
+#include "blanks/BlankWindow.h"
+#include "support/LogCatcher.h"
+#include "support/ModalDriver.h"
+#include "support/TempApplication.h"
+
+/// The list of blanks and the way to a blank's settings and to its editor.
+class tst_BlankDlg : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void listErrorIsShownOnce();
+
+    void window();
+    void listsTheBlanks();
+    void detailsOfTheSelectedBlank();
+    void detailsOfOddValues();
+    void detailsStayWithoutASelection();
+    void failedDetailsAreLogged();
+    void backgroundFitsTheView();
+
+    void addBlank();
+    void addCancelledChangesNothing();
+    void addWithoutFormsFails();
+    void addWithAnApostropheFails();
+    void failedFormsAreLogged();
+
+    void editFormatShowsTheRow();
+    void editFormatWritesTheRow();
+    void renameLeavesTheListStale();
+    void editCancelledChangesNothing();
+    void editOfAMissingBlank();
+    void failedEditIsShown();
+    void failedUpdateIsShown();
+    void literals();
+
+    void deleteBlank();
+    void deleteDenied();
+    void deleteWithoutASelection();
+    void failedDeleteIsShown();
+
+    void editorOpensAndReturns();
+    void editorNeedsACurrentRow();
+    void editorsLeaveNothingBehind();
+
+private:
+    void openList() { dialog = std::make_unique<BlankDlg>(); }
+    template <class Widget>
+    Widget* find(const char* name) const
+    {
+        return dialog->findChild<Widget*>(name);
+    }
+    QTableWidget* list() const { return find<QTableWidget>("blanksWidget"); }
+    QString text(const char* edit) const { return find<QLineEdit>(edit)->text(); }
+    QString names() const;
+    void click(const char* button) { QTest::mouseClick(find<QToolButton>(button), Qt::LeftButton); }
+    void doubleClick(int row);
+    QGraphicsPixmapItem* picture() const;
+
+    std::unique_ptr<TempApplication> app;
+    std::unique_ptr<BlankDlg> dialog;
+};
+
+namespace {
+
+void press(QDialog* dialog, const char* button)
+{
+    QTest::mouseClick(dialog->findChild<QPushButton*>(button), Qt::LeftButton);
+}
+
+} // namespace
+
+void tst_BlankDlg::init()
+{
+    app = std::make_unique<TempApplication>();
+    app->exec("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (7, 'Диплом', '{\"fields\":[]}')");
+    app->exec("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (9, 'Аттестат', '')");
+}
+
+void tst_BlankDlg::cleanup()
+{
+    dialog.reset();
+    app.reset();
+}
+
+QString tst_BlankDlg::names() const
+{
+    QStringList all;
+    for (int row = 0; row < list()->rowCount(); ++row) {
+        all << list()->item(row, 0)->text();
+    }
+    return all.join("|");
+}
+
+void tst_BlankDlg::doubleClick(int row)
+{
+    const QPoint at = list()->visualItemRect(list()->item(row, 0)).center();
+    QTest::mouseClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+    QTest::mouseDClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+}
+
+QGraphicsPixmapItem* tst_BlankDlg::picture() const
+{
+    const QList<QGraphicsItem*> items = find<QGraphicsView>("backgroundView")->scene()->items();
+    return items.size() == 1 ? qgraphicsitem_cast<QGraphicsPixmapItem*>(items.first()) : nullptr;
+}
+
+// Stands first: the message comes once per run of the program.
+void tst_BlankDlg::listErrorIsShownOnce()
+{
+    app->exec("DROP TABLE blanks");
+    LogCatcher log;
+    ModalDriver driver;
+    driver.expectMessage("Ошибка", "Ошибка удаления бланка: SQL Error");
+    openList();
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(log.count("sqlError: no such table: blanks"), 1);
+    QVERIFY(!dialog->refreshList());
+    openList();
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(log.count("sqlError: no such table: blanks"), 3);
+}
+
+void tst_BlankDlg::window()
+{
+    openList();
+    QCOMPARE(dialog->windowTitle(), QString("Zelvora - Список бланков"));
+    QCOMPARE(dialog->size(), QSize(989, 785));
+    QVERIFY(!dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+    QCOMPARE(list()->columnCount(), 1);
+    QCOMPARE(list()->horizontalHeaderItem(0)->text(), QString("Бланки"));
+    QVERIFY(list()->horizontalHeader()->stretchLastSection());
+    QCOMPARE(list()->editTriggers(), QAbstractItemView::NoEditTriggers);
+    QCOMPARE(list()->selectionMode(), QAbstractItemView::SingleSelection);
+    QCOMPARE(list()->selectionBehavior(), QAbstractItemView::SelectRows);
+    const auto edits = {"pagesEdit",      "formatEdit", "formEdit", "fontEdit",
+                        "backgroundEdit", "heightEdit", "widthEdit"};
+    for (const char* edit : edits) {
+        QVERIFY(find<QLineEdit>(edit)->isReadOnly());
+        QVERIFY(text(edit).isEmpty());
+    }
+    QVERIFY(!find<QRadioButton>("portraitButton")->isEnabled());
+    QVERIFY(!find<QRadioButton>("landscapeButton")->isEnabled());
+    QVERIFY(find<QRadioButton>("portraitButton")->isChecked());
+    const QList<QPair<const char*, QString>> tools = {{"blankAddBtn", "Добавить бланк"},
+                                                      {"blankDeleteBtn", "Удалить выбранный бланк"},
+                                                      {"blankEditBtn", "Редактировать бланк"}};
+    for (const auto& [name, tip] : tools) {
+        const auto* button = find<QToolButton>(name);
+        QCOMPARE(button->toolTip(), tip);
+        QCOMPARE(button->text(), QString("..."));
+        QVERIFY(!button->icon().isNull());
+        QCOMPARE(button->property("btnRole1").toString(), QString("whiteButton"));
+    }
+    QVERIFY(picture());
+    QVERIFY(picture()->pixmap().isNull());
+    dialog->show();
+    QVERIFY(!find<QPushButton>("buttonReject")->isVisible());
+    QCOMPARE(find<QPushButton>("buttonReject")->text(), QString("Отмена"));
+    QCOMPARE(find<QPushButton>("buttonAccept")->text(), QString("ОК"));
+    press(dialog.get(), "buttonAccept");
+    QCOMPARE(dialog->result(), int(QDialog::Accepted));
+}
+
+void tst_BlankDlg::listsTheBlanks()
+{
+    BlankRow row;
+    row.name = "Яблоко";
+    insertBlank(*app, row);
+    row.name = "";
+    const int unnamed = insertBlank(*app, row);
+    row.name = "Абрикос";
+    insertBlank(*app, row);
+    app->exec("INSERT INTO blanks (NAME) VALUES (NULL)");
+    openList();
+    QCOMPARE(names(), QString("Яблоко|Бланк 2|Абрикос|Бланк 4"));
+    QCOMPARE(list()->item(1, 0)->data(256).toInt(), unnamed);
+    QVERIFY(list()->selectedItems().isEmpty());
+    QCOMPARE(list()->horizontalHeaderItem(0)->text(), QString("Бланки"));
+    QVERIFY(dialog->refreshList());
+    QCOMPARE(list()->rowCount(), 4);
+    QCOMPARE(list()->horizontalHeaderItem(0)->text(), QString("Бланки"));
+}
+
+void tst_BlankDlg::detailsOfTheSelectedBlank()
+{
+    BlankRow row;
+    row.formId = 9;
+    row.paperFormat = 1;
+    row.background = "blanks/a.png";
+    row.width = 148;
+    insertBlank(*app, row);
+    row.formId = 7;
+    row.orientation = 1;
+    insertBlank(*app, row);
+    openList();
+    list()->selectRow(0);
+    QCOMPARE(text("formEdit"), QString("Аттестат"));
+    QCOMPARE(text("fontEdit"), QString("Liberation Serif (14 sp)"));
+    QCOMPARE(text("formatEdit"), QString("A5"));
+    QCOMPARE(text("pagesEdit"), QString("1"));
+    QCOMPARE(text("backgroundEdit"), QString("blanks/a.png"));
+    QCOMPARE(text("widthEdit"), QString("148 мм"));
+    QCOMPARE(text("heightEdit"), QString("210 мм"));
+    QVERIFY(find<QRadioButton>("landscapeButton")->isChecked());
+    list()->selectRow(1);
+    QCOMPARE(text("formEdit"), QString("Диплом"));
+    QVERIFY(find<QRadioButton>("portraitButton")->isChecked());
+}
+
+void tst_BlankDlg::detailsOfOddValues()
+{
+    BlankRow row;
+    row.formId = 77;
+    row.paperFormat = 5;
+    row.orientation = 3;
+    insertBlank(*app, row);
+    row.formId = QVariant();
+    insertBlank(*app, row);
+    openList();
+    list()->selectRow(0);
+    QCOMPARE(text("formEdit"), QString("Unknown"));
+    QCOMPARE(text("formatEdit"), QString("Unknown"));
+    QVERIFY(find<QRadioButton>("portraitButton")->isChecked());
+    list()->selectRow(1);
+    QCOMPARE(text("formEdit"), QString("Unknown"));
+}
+
+void tst_BlankDlg::detailsStayWithoutASelection()
+{
+    insertBlank(*app, {});
+    openList();
+    list()->selectRow(0);
+    list()->clearSelection();
+    QCOMPARE(text("widthEdit"), QString("297 мм"));
+}
+
+void tst_BlankDlg::failedDetailsAreLogged()
+{
+    insertBlank(*app, {});
+    insertBlank(*app, {});
+    openList();
+    list()->selectRow(0);
+    app->exec("DROP TABLE blanks");
+    LogCatcher log;
+    list()->selectRow(1);
+    QCOMPARE(log.count("sqlError: no such table: blanks"), 1);
+    QCOMPARE(text("widthEdit"), QString("297 мм"));
+}
+
+void tst_BlankDlg::backgroundFitsTheView()
+{
+    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(app->path("wide.png")));
+    QVERIFY(QImage(100, 400, QImage::Format_RGB32).save(app->path("high.png")));
+    BlankRow row;
+    for (const char* file : {"wide.png", "high.png", "absent.png"}) {
+        row.background = file;
+        insertBlank(*app, row);
+    }
+    openList();
+    dialog->show();
+    const auto* view = find<QGraphicsView>("backgroundView");
+    list()->selectRow(0);
+    QCOMPARE(picture()->pixmap().width(), view->width());
+    QCOMPARE(picture()->pixmap().height(), int(view->width() * 100.0 / 300));
+    list()->selectRow(1);
+    QCOMPARE(picture()->pixmap().height(), view->height());
+    QCOMPARE(picture()->pixmap().width(), int(view->height() * 100.0 / 400));
+    // A small picture after a large one still stands in the middle.
+    const int middle = view->mapFromScene(picture()->boundingRect().center()).x();
+    QVERIFY(qAbs(middle - view->width() / 2) <= 1);
+    list()->selectRow(2);
+    QVERIFY(picture()->pixmap().isNull());
+}
+
+void tst_BlankDlg::addBlank()
+{
+    openList();
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
+        QVERIFY(!format->parent());
+        QCOMPARE(format->form(), QVariant(7));
+        format->findChild<QLineEdit*>("blankNameEdit")->setText("Новый");
+        format->setForm(9);
+        format->setOffsets(-3, 4);
+        press(format, "buttonAccept");
+    });
+    click("blankAddBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(names(), QString("Новый"));
+    const QString stored =
+        app->value("SELECT NAME || '|' || FORM_ID || '|' || PAPER_FORMAT || '|' || "
+                   "PAPER_ORIENTATION || '|' || PAGES || '|' || FONT || '|' || FONT_SIZE || '|' "
+                   "|| BACKGROUND_IMG || '|' || SIZE_WIDTH || '|' || SIZE_HEIGHT || '|' || "
+                   "OFFSET_X || '|' || OFFSET_Y || '|' || typeof(CONTENT) FROM blanks")
+            .toString();
+    QCOMPARE(stored, QString("Новый|9|42|0|1|Times New Roman|11||297|210|-3|4|null"));
+}
+
+void tst_BlankDlg::addCancelledChangesNothing()
+{
+    openList();
+    const QByteArray before = app->dump();
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>(
+        [](BlankFormatDialog* format) { press(format, "buttonReject"); });
+    click("blankAddBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(app->dump(), before);
+}
+
+void tst_BlankDlg::addWithoutFormsFails()
+{
+    app->exec("DELETE FROM forms");
+    openList();
+    LogCatcher log;
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>(
+        [](BlankFormatDialog* format) { press(format, "buttonAccept"); });
+    driver.expectMessage("Ошибка", "Ошибка cохранения бланка: SQL Error");
+    click("blankAddBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(log.count("sqlError: near"), 1);
+    QCOMPARE(list()->rowCount(), 0);
+}
+
+void tst_BlankDlg::addWithAnApostropheFails()
+{
+    openList();
+    const QByteArray before = app->dump();
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
+        format->setName("Аттестат об'єднання");
+        press(format, "buttonAccept");
+    });
+    driver.expectMessage("Ошибка", "Ошибка cохранения бланка: SQL Error");
+    click("blankAddBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(app->dump(), before);
+}
+
+void tst_BlankDlg::failedFormsAreLogged()
+{
+    app->exec("DROP TABLE forms");
+    openList();
+    LogCatcher log;
+    BlankFormatDialog format;
+    QVERIFY(!dialog->loadForms(&format));
+    QCOMPARE(log.count("Не удалось получить список форм: no such table: forms"), 1);
+    QVERIFY(!format.form().isValid());
+}
+
+void tst_BlankDlg::editFormatShowsTheRow()
+{
+    app->exec("INSERT INTO blanks (NAME, FORM_ID, PAPER_FORMAT, PAPER_ORIENTATION, PAGES, FONT, "
+              "FONT_SIZE, BACKGROUND_IMG, SIZE_WIDTH, SIZE_HEIGHT, OFFSET_X, OFFSET_Y) VALUES "
+              "('Лист', 9, 1, 1, 2, 'Nonesuch Serif', 20, 'blanks/a.png', 148, 105, -7, 8)");
+    openList();
+    dialog->show();
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
+        QVERIFY(!format->parent());
+        QCOMPARE(format->windowTitle(), QString("Редактирование бланка: Лист"));
+        QCOMPARE(format->name(), QString("Лист"));
+        QCOMPARE(format->form(), QVariant(9));
+        QCOMPARE(format->paperFormat(), 1);
+        QCOMPARE(format->orientation(), 1);
+        QCOMPARE(format->pages(), 2);
+        QCOMPARE(format->fontFamily(), QString("Nonesuch Serif"));
+        QCOMPARE(format->fontSize(), 20);
+        QCOMPARE(format->background(), QString("blanks/a.png"));
+        QCOMPARE(format->pageWidth(), 148);
+        QCOMPARE(format->pageHeight(), 105);
+        QCOMPARE(format->offsetX(), -7);
+        QCOMPARE(format->offsetY(), 8);
+        press(format, "buttonAccept");
+    });
+    const QByteArray before = app->dump();
+    doubleClick(0);
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(app->dump(), before); // a mere "ОК" changes nothing
+}
+
+void tst_BlankDlg::editFormatWritesTheRow()
+{
+    BlankRow row;
+    row.formId = 7;
+    row.content = contentOf({QJsonObject{{"value", "kept"}}});
+    insertBlank(*app, row);
+    const int edited = insertBlank(*app, row);
+    openList();
+    dialog->show();
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
+        format->setForm(9);
+        format->setPaperFormat(0);
+        format->setOrientation(1);
+        format->setFontFamily("Arial");
+        format->setFontSize(9);
+        format->setBackground("blanks/b.png");
+        format->setPageSize(210, 297);
+        format->setOffsets(1, -2);
+        press(format, "buttonAccept");
+    });
+    doubleClick(1);
+    QVERIFY2(driver.finished(), driver.failures());
+    const QString columns = "FORM_ID || '|' || PAPER_FORMAT || '|' || PAPER_ORIENTATION || '|' || "
+                            "PAGES || '|' || FONT || '|' || FONT_SIZE || '|' || BACKGROUND_IMG || "
+                            "'|' || SIZE_WIDTH || '|' || SIZE_HEIGHT || '|' || OFFSET_X || '|' || "
+                            "OFFSET_Y";
+    const QString statement = "SELECT " + columns + " FROM blanks WHERE ID = ?";
+    QCOMPARE(app->value(statement, {edited}).toString(),
+             QString("9|0|1|1|Arial|9|blanks/b.png|210|297|1|-2"));
+    QCOMPARE(storedFields(*app, edited).size(), 1);
+    QCOMPARE(app->value("SELECT FORM_ID FROM blanks WHERE ID <> ?", {edited}).toInt(), 7);
+    // The details show the new state at once.
+    QCOMPARE(text("formEdit"), QString("Аттестат"));
+    QCOMPARE(text("formatEdit"), QString("A4"));
+    QCOMPARE(text("heightEdit"), QString("297 мм"));
+    QVERIFY(find<QRadioButton>("portraitButton")->isChecked());
+}
+
+void tst_BlankDlg::renameLeavesTheListStale()
+{
+    BlankRow row;
+    row.formId = 7;
+    const int id = insertBlank(*app, row);
+    openList();
+    dialog->show();
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
+        format->setName("Другое имя");
+        press(format, "buttonAccept");
+    });
+    doubleClick(0);
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(names(), QString("Свидетельство"));
+    QCOMPARE(app->value("SELECT NAME FROM blanks WHERE ID = ?", {id}).toString(),
+             QString("Другое имя"));
+    dialog->refreshList();
+    QCOMPARE(names(), QString("Другое имя"));
+}
+
+void tst_BlankDlg::editCancelledChangesNothing()
+{
+    insertBlank(*app, {});
+    openList();
+    const QByteArray before = app->dump();
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
+        format->setName("x");
+        press(format, "buttonReject");
+    });
+    dialog->editFormat(1);
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(app->dump(), before);
+}
+
+void tst_BlankDlg::editOfAMissingBlank()
+{
+    openList();
+    ModalDriver driver;
+    driver.expectMessage("Ошибка", "Ошибка редактирования бланка: не найден бланк");
+    dialog->editFormat(33);
+    QVERIFY2(driver.finished(), driver.failures());
+}
+
+void tst_BlankDlg::failedEditIsShown()
+{
+    openList();
+    app->exec("DROP TABLE blanks");
+    LogCatcher log;
+    ModalDriver driver;
+    driver.expectMessage("Ошибка", "Ошибка редактирования бланка: SQL Error");
+    dialog->editFormat(1);
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(log.count("sqlError: no such table: blanks"), 1);
+}
+
+void tst_BlankDlg::failedUpdateIsShown()
+{
+    BlankRow row;
+    row.formId = 7;
+    insertBlank(*app, row);
+    openList();
+    const QByteArray before = app->dump();
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
+        format->setBackground("it's.png");
+        press(format, "buttonAccept");
+    });
+    driver.expectMessage("Ошибка", "Ошибка cохранения бланка: SQL Error");
+    dialog->editFormat(1);
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(app->dump(), before);
+}
+
+void tst_BlankDlg::literals()
+{
+    openList();
+    BlankFormatDialog format;
+    QCOMPARE(dialog->fieldValueLiteral("FORM_ID", &format), QString());
+    QVERIFY(dialog->loadForms(&format));
+    format.setName("it's");
+    format.setForm(9);
+    format.setPaperFormat(1);
+    format.setOffsets(-1, 2);
+    const QList<QPair<QString, QString>> expected = {
+        {"NAME", "'it's'"},    {"FORM_ID", "9"},
+        {"PAPER_FORMAT", "1"}, {"PAPER_ORIENTATION", "0"},
+        {"PAGES", "1"},        {"FONT", "'Times New Roman'"},
+        {"FONT_SIZE", "11"},   {"BACKGROUND_IMG", "''"},
+        {"SIZE_WIDTH", "297"}, {"SIZE_HEIGHT", "210"},
+        {"OFFSET_X", "-1"},    {"OFFSET_Y", "2"},
+        {"CONTENT", "NULL"},   {"", "NULL"}};
+    for (const auto& [column, literal] : expected) {
+        QCOMPARE(dialog->fieldValueLiteral(column, &format), literal);
+    }
+}
+
+void tst_BlankDlg::deleteBlank()
+{
+    BlankRow row;
+    row.name = "Первый";
+    row.background = "scan.png";
+    insertBlank(*app, row);
+    row.name = "Второй";
+    insertBlank(*app, row);
+    app->exec("INSERT INTO docs (LNAME, DOC_TYPE, TEMPLATE) VALUES ('Иванов', 1, 0)");
+    QVERIFY(QImage(2, 2, QImage::Format_RGB32).save(app->path("scan.png")));
+    openList();
+    list()->selectRow(0);
+    ModalDriver driver;
+    driver.expectMessage("Zelvora", "Удалить бланк?", "Да");
+    click("blankDeleteBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(names(), QString("Второй"));
+    QCOMPARE(app->value("SELECT COUNT(*) FROM blanks").toInt(), 1);
+    QCOMPARE(app->value("SELECT COUNT(*) FROM docs").toInt(), 1);
+    QVERIFY(QFile::exists(app->path("scan.png")));
+}
+
+void tst_BlankDlg::deleteDenied()
+{
+    insertBlank(*app, {});
+    openList();
+    list()->selectRow(0);
+    ModalDriver driver;
+    driver.expectMessage("Zelvora", "Удалить бланк?", "Нет");
+    click("blankDeleteBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(app->value("SELECT COUNT(*) FROM blanks").toInt(), 1);
+}
+
+void tst_BlankDlg::deleteWithoutASelection()
+{
+    insertBlank(*app, {});
+    openList();
+    ModalDriver driver; // no question may come
+    click("blankDeleteBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(app->value("SELECT COUNT(*) FROM blanks").toInt(), 1);
+}
+
+void tst_BlankDlg::failedDeleteIsShown()
+{
+    insertBlank(*app, {});
+    app->exec("CREATE TRIGGER keep BEFORE DELETE ON blanks BEGIN SELECT RAISE(ABORT, 'kept'); END");
+    openList();
+    list()->selectRow(0);
+    LogCatcher log;
+    ModalDriver driver;
+    driver.expectMessage("Zelvora", "Удалить бланк?", "Да");
+    driver.expectMessage("Ошибка", "Ошибка удаления бланка: SQL Error");
+    click("blankDeleteBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(log.count("sqlError: kept"), 1);
+    QCOMPARE(list()->rowCount(), 1);
+    QVERIFY(list()->selectedItems().isEmpty()); // filled anew all the same
+}
+
+void tst_BlankDlg::editorOpensAndReturns()
+{
+    insertBlank(*app, {});
+    const int id = insertBlank(*app, {});
+    openList();
+    dialog->show();
+    list()->setCurrentCell(1, 0);
+    ModalDriver driver;
+    driver.expect<BlankWindow>([this](BlankWindow* editor) {
+        QCOMPARE(editor->parent(), static_cast<QObject*>(dialog.get()));
+        QCOMPARE(editor->windowModality(), Qt::ApplicationModal);
+        editor->addTextItem();
+        QTest::mouseClick(editor->findChild<QPushButton*>("buttonAccept"), Qt::LeftButton);
+    });
+    click("blankEditBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(storedFields(*app, id).size(), 1);
+    QVERIFY(dialog->isVisible());
+}
+
+void tst_BlankDlg::editorNeedsACurrentRow()
+{
+    openList();
+    ModalDriver driver;
+    click("blankEditBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+}
+
+void tst_BlankDlg::editorsLeaveNothingBehind()
+{
+    BlankRow row;
+    row.content =
+        contentOf({QJsonObject{{"type", 0}, {"value", "#LNAME"}, {"size_w", 200}, {"size_h", 50}},
+                   QJsonObject{{"type", 1}, {"value", "1"}, {"size_w", 98}, {"size_h", 98}}});
+    insertBlank(*app, row);
+    openList();
+    dialog->show();
+    list()->setCurrentCell(0, 0);
+    const auto ends = {"buttonAccept", "buttonReject", ""};
+    for (const char* end : ends) {
+        ModalDriver driver;
+        driver.expect<BlankWindow>([end](BlankWindow* editor) {
+            editor->addTableItem(); // left selected
+            if (*end) {
+                QTest::mouseClick(editor->findChild<QPushButton*>(end), Qt::LeftButton);
+            } else {
+                editor->close();
+            }
+        });
+        click("blankEditBtn");
+        QVERIFY2(driver.finished(), driver.failures());
+        QVERIFY(!dialog->findChild<BlankWindow*>());
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget* window : windows) {
+        QVERIFY(!qobject_cast<const BlankWindow*>(window));
+    }
+}
+
+QTEST_MAIN(tst_BlankDlg)
+#include "tst_BlankDlg.moc"
