@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QGraphicsRectItem>
+#include <QGraphicsScene>
 #include <QGraphicsView>
 #include <QList>
 #include <QMouseEvent>
