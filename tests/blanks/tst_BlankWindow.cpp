@@ -604,7 +604,7 @@ void tst_BlankWindow::newItemsLandNearTheCorner()
     open({});
     Canvas::zoom(view, 2);
     QSet<QPair<int, int>> places;
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 30; ++i) {
         editor->addTextItem();
         const QPointF pixel = view->viewportTransform().map(frames().first()->pos());
         const QPoint whole(qRound(pixel.x()), qRound(pixel.y()));
