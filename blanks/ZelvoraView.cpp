@@ -59,8 +59,6 @@ ZelvoraView::ZelvoraView(BlankWindow* parent)
     setDragMode(ScrollHandDrag);
     setBackgroundBrush(QColor(0xB9, 0xE5, 0xFF));
     viewport()->setCursor(Qt::ArrowCursor);
-    // The zoom keeps the point under the mouse only if the view hears of every mouse move.
-    viewport()->setMouseTracking(true);
 }
 
 ZelvoraView::~ZelvoraView() = default;

@@ -2,12 +2,15 @@
 
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>
+#include <QGraphicsTextItem>
 #include <QGraphicsView>
 #include <QList>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
 #include <QtTest>
+
+#include "blanks/ResizableRectItem.h"
 
 /// Drives a page in a view like a user, by events sent to the viewport.
 namespace Canvas {
@@ -24,6 +27,19 @@ inline QList<QGraphicsRectItem*> frames(const QGraphicsScene* scene)
         }
     }
     return found;
+}
+
+/// Adds a movable frame around a text, at a place of the page.
+inline QGraphicsRectItem* addFrame(QGraphicsScene* scene, const QRectF& place,
+                                   const ResizeLimits* limits)
+{
+    auto* frame = new ResizableRectItem(QRectF(QPointF(0, 0), place.size()), limits);
+    new QGraphicsTextItem("#LNAME", frame);
+    frame->setPos(place.topLeft());
+    frame->setFlags(QGraphicsItem::ItemIsSelectable | QGraphicsItem::ItemIsFocusable |
+                    QGraphicsItem::ItemIsMovable);
+    scene->addItem(frame);
+    return frame;
 }
 
 inline void press(QGraphicsView* view, const QPoint& pixel, Qt::MouseButton button = Qt::LeftButton)

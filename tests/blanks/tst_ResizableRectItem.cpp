@@ -1,13 +1,11 @@
 #include <QtTest>
 
 #include <QGraphicsScene>
-#include <QGraphicsTextItem>
 
 #include <cmath>
 #include <memory>
 
 #include "blanks/Canvas.h"
-#include "blanks/ResizableRectItem.h"
 #include "blanks/ResizeLimits.h"
 #include "blanks/ZelvoraView.h"
 
@@ -40,7 +38,10 @@ private slots:
     void turnedFrameFollowsItsEdge();
 
 private:
-    QGraphicsRectItem* addFrame(const QRectF& sceneRect);
+    QGraphicsRectItem* addFrame(const QRectF& place)
+    {
+        return Canvas::addFrame(scene.get(), place, limits.get());
+    }
     QPoint pixelAt(const QPointF& scenePoint) const { return view->mapFromScene(scenePoint); }
 
     std::unique_ptr<QGraphicsScene> scene;
@@ -97,17 +98,6 @@ void tst_ResizableRectItem::cleanup()
     view.reset();
     scene.reset();
     limits.reset();
-}
-
-QGraphicsRectItem* tst_ResizableRectItem::addFrame(const QRectF& sceneRect)
-{
-    auto* frame = new ResizableRectItem(QRectF(QPointF(0, 0), sceneRect.size()), limits.get());
-    new QGraphicsTextItem("#LNAME", frame);
-    frame->setPos(sceneRect.topLeft());
-    frame->setFlags(QGraphicsItem::ItemIsSelectable | QGraphicsItem::ItemIsFocusable |
-                    QGraphicsItem::ItemIsMovable);
-    scene->addItem(frame);
-    return frame;
 }
 
 void tst_ResizableRectItem::limitsTakeTheExtentForAnEmptySize()

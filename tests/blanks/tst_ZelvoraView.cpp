@@ -1,14 +1,12 @@
 #include <QtTest>
 
 #include <QGraphicsScene>
-#include <QGraphicsTextItem>
 #include <QSignalSpy>
 
 #include <cmath>
 #include <memory>
 
 #include "blanks/Canvas.h"
-#include "blanks/ResizableRectItem.h"
 #include "blanks/ResizeLimits.h"
 #include "blanks/ZelvoraView.h"
 
@@ -50,7 +48,10 @@ private slots:
     void otherKeysAreSwallowed();
 
 private:
-    QGraphicsRectItem* addFrame(const QRectF& sceneRect);
+    QGraphicsRectItem* addFrame(const QRectF& place)
+    {
+        return Canvas::addFrame(scene.get(), place, &limits);
+    }
     double scale() const { return view->transform().m11(); }
 
     std::unique_ptr<QGraphicsScene> scene;
@@ -79,17 +80,6 @@ void tst_ZelvoraView::cleanup()
 {
     view.reset();
     scene.reset();
-}
-
-QGraphicsRectItem* tst_ZelvoraView::addFrame(const QRectF& sceneRect)
-{
-    auto* frame = new ResizableRectItem(QRectF(QPointF(0, 0), sceneRect.size()), &limits);
-    new QGraphicsTextItem("#LNAME", frame);
-    frame->setPos(sceneRect.topLeft());
-    frame->setFlags(QGraphicsItem::ItemIsSelectable | QGraphicsItem::ItemIsFocusable |
-                    QGraphicsItem::ItemIsMovable);
-    scene->addItem(frame);
-    return frame;
 }
 
 void tst_ZelvoraView::settings()
