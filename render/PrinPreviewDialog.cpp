@@ -228,6 +228,13 @@ void setPaper(QPrinter& printer, int orientation, int format, const QSizeF& size
     }
 }
 
+/// Where a scene comes to lie on a page, in the printer's dots. The rest of the page stays blank:
+/// the toolkit alone would let an item reach beyond the scene's edge there.
+QRectF placeOnPaper(const QSizeF& scene, const QSize& page)
+{
+    return {QPointF(0, 0), scene.scaled(page, Qt::KeepAspectRatio)};
+}
+
 } // namespace
 
 PrinPreviewDialog::PrinPreviewDialog(const QVariant& document, QWidget* parent)
@@ -441,7 +448,10 @@ bool PrinPreviewDialog::printPage(QPrinter& printer, QPainter& painter)
     shiftByOffsets();
     const bool ready = painter.isActive() ? printer.newPage() : painter.begin(&printer);
     if (ready) {
+        painter.save();
+        painter.setClipRect(placeOnPaper(scene->sceneRect().size(), painter.viewport().size()));
         scene->render(&painter, QRectF(), QRectF(), Qt::KeepAspectRatio);
+        painter.restore();
     }
     return ready;
 }
