@@ -1,16 +1,18 @@
 #include "render/PrinPreviewDialog.h"
 
+#include <QDateTime>
 #include <QDebug>
+#include <QFileInfo>
 #include <QFontMetrics>
 #include <QGraphicsLinearLayout>
 #include <QGraphicsPixmapItem>
 #include <QGraphicsScene>
 #include <QHeaderView>
 #include <QJsonArray>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPageLayout>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QSqlError>
@@ -22,6 +24,7 @@
 #include "blanks/BlankRecord.h"
 #include "blanks/GraphicsZItem.h"
 #include "forms/FormDefinitions.h"
+#include "render/FrameLabel.h"
 #include "render/QrPixmap.h"
 #include "render/QrPixmapItem.h"
 #include "render/TagExpansion.h"
@@ -71,6 +74,17 @@ QRectF geometryOf(const QJsonObject& item)
 {
     return {lengthOf(item, "pos_x"), lengthOf(item, "pos_y"), lengthOf(item, "size_w"),
             lengthOf(item, "size_h")};
+}
+
+/// What the layout of an item's frame leaves for its content, in scene units.
+QSizeF roomOf(const Frame& frame, const QJsonObject& item)
+{
+    qreal left = 0;
+    qreal top = 0;
+    qreal right = 0;
+    qreal bottom = 0;
+    frame.layout->getContentsMargins(&left, &top, &right, &bottom);
+    return geometryOf(item).adjusted(left, top, -right, -bottom).size();
 }
 
 /// The line spacing factor of an item. Single precision throughout: only so is "1,15" 115 per cent.
@@ -226,6 +240,25 @@ void setPaper(QPrinter& printer, int orientation, int format, const QSizeF& size
     default:
         qDebug() << "PrinPreviewDialog Error: Unknown page format";
     }
+}
+
+/// The picture scaled into the page; null if it is none. A scan takes far longer to load than the
+/// rest of a page to build, so that the last ones are kept while their files stay as they are.
+QPixmap loadBackground(const QString& path, const QSize& pageSize)
+{
+    const QFileInfo file(path);
+    const QString key = QString("background %1 %2 %3 %4x%5")
+                            .arg(file.lastModified().toMSecsSinceEpoch())
+                            .arg(file.size())
+                            .arg(path)
+                            .arg(pageSize.width())
+                            .arg(pageSize.height());
+    QPixmap pixmap;
+    if (!QPixmapCache::find(key, &pixmap) && pixmap.load(path)) {
+        pixmap = pixmap.scaled(pageSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        QPixmapCache::insert(key, pixmap);
+    }
+    return pixmap;
 }
 
 /// Where a scene comes to lie on a page, in the printer's dots. The rest of the page stays blank:
@@ -397,11 +430,15 @@ QGraphicsProxyWidget* PrinPreviewDialog::createBlankFieldTextItem(const QString&
                                                                   const QFont& font)
 {
     const Frame frame = makeFrame();
-    auto* label = new QLabel(text);
+    const float lineSpacing = lineSpacingOf(item);
+    auto* label = new FrameLabel(text);
+    if (!hasStroke(item)) {
+        label->setRoom(roomOf(frame, item), font, lineSpacing);
+    }
     addWidget(frame, label);
     label->setFont(font);
 
-    const int lineHeight = static_cast<int>(lineSpacingOf(item) * 100.0F);
+    const int lineHeight = static_cast<int>(lineSpacing * 100.0F);
     const QString markup =
         "<p style=\"line-height: " + QString::number(lineHeight) + "%;\">" + text + "</p>";
     label->setText(QString(markup).replace('\n', "<br>"));
@@ -421,6 +458,11 @@ QGraphicsLayoutItem* PrinPreviewDialog::createZItem()
     auto* proxy = new VectorProxyWidget;
     proxy->setWidget(new GraphicsZItem);
     return proxy;
+}
+
+void PrinPreviewDialog::setBackgroundPrinted(bool printed)
+{
+    ui->checkPrintBG->setChecked(printed);
 }
 
 bool PrinPreviewDialog::printTo(QPrinter& printer)
@@ -505,12 +547,13 @@ bool PrinPreviewDialog::fail(const QString& what, const QString& driverText)
 
 void PrinPreviewDialog::addBackground(const QVariant& image, const QSize& pageSize)
 {
-    QPixmap pixmap;
-    if (image.isNull() || !pixmap.load(appFilePath(image.toString()))) {
+    if (image.isNull()) {
         return;
     }
-    backgroundItem = builtPage->addPixmap(
-        pixmap.scaled(pageSize, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    const QPixmap pixmap = loadBackground(appFilePath(image.toString()), pageSize);
+    if (!pixmap.isNull()) {
+        backgroundItem = builtPage->addPixmap(pixmap);
+    }
 }
 
 void PrinPreviewDialog::shiftByOffsets()

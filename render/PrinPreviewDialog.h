@@ -67,6 +67,9 @@ public:
     /// A new Z stroke, to be put into a frame's layout, which then owns it.
     QGraphicsLayoutItem* createZItem();
 
+    /// Ticks the box that lets the background be printed, or clears it.
+    void setBackgroundPrinted(bool printed);
+
     /// Prints the page on one sheet and closes the dialog, whatever the printer made of it; false
     /// if there is no page. The items of the page stay moved by the print offsets.
     bool printTo(QPrinter& printer);
