@@ -7,7 +7,7 @@
 #include <vector>
 
 /// Prints the usual table and then, for each case, our time, that of every peer and how many times
-/// ours goes into it.
+/// ours goes into it; or, where the peer is a floor, how many times it goes into ours.
 ///
 /// Benchmarks are to be named "case/subject"; the subject "ours" comes first in each case. With
 /// repetitions their median counts, else the only run.
@@ -20,8 +20,15 @@ public:
         Real ///< for subjects that work in another process
     };
 
-    explicit RatioReporter(Clock measured)
+    enum class Peers
+    {
+        Rivals, ///< the ratio is their time by ours
+        Floors  ///< the ratio is our time by theirs
+    };
+
+    explicit RatioReporter(Clock measured, Peers kind = Peers::Rivals)
         : clock(measured)
+        , peerKind(kind)
     {
     }
 
@@ -42,8 +49,10 @@ public:
         std::printf("\n%-20s %12s  %-14s %12s %8s\n", "case", "ours, us", "peer", "peer, us",
                     "ratio");
         for (const Peer& peer : peers) {
+            const double ratio =
+                peerKind == Peers::Rivals ? peer.time / peer.ourTime : peer.ourTime / peer.time;
             std::printf("%-20s %12.1f  %-14s %12.1f %8.1f\n", peer.caseName.c_str(), peer.ourTime,
-                        peer.name.c_str(), peer.time, peer.time / peer.ourTime);
+                        peer.name.c_str(), peer.time, ratio);
         }
     }
 
@@ -77,6 +86,7 @@ private:
     }
 
     const Clock clock;
+    const Peers peerKind;
     std::string currentCase;
     double ourTime = 0; ///< of the current case
     std::vector<Peer> peers;
