@@ -1,5 +1,6 @@
-# Finds QXlsx, the library that reads and writes the .xlsx workbooks: target QXlsx::QXlsx.
-# Include after Qt5 is found.
+# Finds the libraries beside Qt that the workbooks need. Include after Qt5 is found.
+#
+# QXlsx, target QXlsx::QXlsx, reads and writes .xlsx workbooks.
 #
 # The distribution's package is used where there is one. Otherwise it is the copy that
 # scripts/install-dependencies has built into $ZELVORA_DEPS_DIR/qxlsx or, without that variable,
@@ -22,3 +23,6 @@ message(STATUS "Found QXlsx: ${QXlsx_DIR} (version ${QXlsx_VERSION})")
 # QXlsx exports the private headers of Qt Gui that only its own sources need. They are not
 # installed everywhere, and this project must not come to depend on them.
 set_target_properties(QXlsx::QXlsx PROPERTIES INTERFACE_LINK_LIBRARIES "Qt5::Core;Qt5::Gui")
+
+# Unpacks the parts of a workbook for a look at them before QXlsx reads it.
+find_package(ZLIB REQUIRED)

@@ -1,0 +1,465 @@
+#include "exchange/ExportDlg.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDebug>
+#include <QFileDialog>
+#include <QIntValidator>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <xlsxdocument.h>
+
+#include "app/AppHelpers.h"
+#include "app/AppStyle.h"
+#include "exchange/DocumentExport.h"
+#include "exchange/DocumentImport.h"
+#include "exchange/ExchangeTemplate.h"
+#include "exchange/WorkbookFile.h"
+#include "forms/FormDefinitions.h"
+#include "ui_ExportDlg.h"
+
+namespace {
+
+const char* const workbookFilter = "Excel Files (*.xlsx *.xls)";
+
+// What a new template starts with.
+const char* const newName = "Новый шаблон";
+constexpr int newFromRow = 2;
+const char* const newToRow = "99";
+const char* const newDateFormat = "dd.MM.yyyy";
+
+/// The item that carries the identity of the table's current row; null if there is none.
+QTableWidgetItem* currentRowItem(const QTableWidget* table)
+{
+    const int row = table->currentRow();
+    return row < 0 ? nullptr : table->item(row, 0);
+}
+
+QTableWidgetItem* makeItem(const QString& text, const QVariant& identity)
+{
+    auto* item = new QTableWidgetItem(text);
+    item->setData(Qt::UserRole, identity);
+    return item;
+}
+
+/// Puts a row at the end of the table.
+void appendRow(QTableWidget* table, const QList<QTableWidgetItem*>& items)
+{
+    const int row = table->rowCount();
+    table->insertRow(row);
+    for (int column = 0; column < items.size(); ++column) {
+        table->setItem(row, column, items[column]);
+    }
+}
+
+void logFailure(const char* what, const QSqlQuery& query)
+{
+    qDebug() << what;
+    qDebug() << query.lastError().text();
+}
+
+void logFailureWithQuery(const char* what, const QSqlQuery& query)
+{
+    logFailure(what, query);
+    qDebug() << query.lastQuery();
+}
+
+} // namespace
+
+ExportDlg::ExportDlg(QWidget* parent)
+    : QDialog(parent)
+    , ui(new Ui::ExportDlg)
+{
+    ui->setupUi(this);
+    applyBaseStyle(this);
+    ui->splitter->setSizes({300, 390});
+    ui->fromRow->setValidator(new QIntValidator(1, 999, ui->fromRow));
+    ui->toRow->setValidator(new QIntValidator(1, 999, ui->toRow));
+    connectWidgets();
+
+    ui->importButton->setFocus();
+    loadTemplates();
+    loadForms();
+}
+
+ExportDlg::~ExportDlg()
+{
+    // An edit that is still open is stored while the widgets are there.
+    hide();
+    delete ui;
+}
+
+void ExportDlg::setDocsQuery(const QString& query)
+{
+    docsQuery = query;
+}
+
+void ExportDlg::loadTemplates()
+{
+    loadingFields = true;
+    loadingTemplate = true;
+    ui->templatesWidget->setRowCount(0);
+    QSqlQuery query;
+    query.setForwardOnly(true);
+    if (!query.exec("SELECT * FROM export;")) {
+        logFailure("Unable to execute select query", query);
+        return;
+    }
+    while (query.next()) {
+        appendRow(ui->templatesWidget,
+                  {makeItem(query.value("NAME").toString(), query.value("ID"))});
+    }
+    loadingFields = false;
+    loadingTemplate = false;
+}
+
+void ExportDlg::loadForms()
+{
+    QSqlQuery query;
+    query.setForwardOnly(true);
+    if (!query.exec("SELECT ID, FORM_NAME FROM forms;")) {
+        qDebug() << "Unable to select from forms query";
+        return;
+    }
+    ui->formCombo->clear();
+    while (query.next()) {
+        ui->formCombo->addItem(query.value("FORM_NAME").toString(), query.value("ID"));
+    }
+    ui->formCombo->setCurrentIndex(-1);
+}
+
+void ExportDlg::loadFields(const QJsonObject& object)
+{
+    loadingFields = true;
+    ui->fieldsWidget->setRowCount(0);
+    const QVector<ExchangeItem> items = exchangeItems(object);
+    for (int i = 0; i < items.size(); ++i) {
+        appendRow(ui->fieldsWidget,
+                  {makeItem(items[i].column, i), new QTableWidgetItem(items[i].tag)});
+    }
+    loadingFields = false;
+}
+
+void ExportDlg::addTemplate()
+{
+    QSqlQuery query;
+    query.prepare("INSERT INTO export (NAME, FIELDS, TYPE, TEMPLATE, FROM_ROW, TO_ROW, "
+                  "DATE_FORMAT) VALUES (:Name, :Fields, :Type, :Template, :From, :To, "
+                  ":DateFormat)");
+    query.bindValue(":Name", newName);
+    query.bindValue(":Fields", emptyExchangeFields);
+    query.bindValue(":Type", 0);
+    query.bindValue(":Template", QString(""));
+    query.bindValue(":From", newFromRow);
+    query.bindValue(":To", newToRow);
+    query.bindValue(":DateFormat", newDateFormat);
+    if (!query.exec()) {
+        logFailure("error insert into export", query);
+        return;
+    }
+    QTableWidgetItem* item = makeItem(newName, query.lastInsertId());
+    appendRow(ui->templatesWidget, {item});
+    showTemplate("", QString::number(newFromRow), newToRow, newDateFormat);
+    ui->templatesWidget->setCurrentItem(item);
+}
+
+void ExportDlg::deleteTemplate()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->templatesWidget);
+    if (!item || !askYesNo("Удалить шаблон?", this)) {
+        return;
+    }
+    QSqlQuery query;
+    query.prepare("DELETE FROM export WHERE ID = :Id");
+    query.bindValue(":Id", item->data(Qt::UserRole));
+    if (!query.exec()) {
+        logFailure("error delete from export ", query);
+        return;
+    }
+    const int row = item->row();
+    ui->templatesWidget->removeRow(row);
+    ui->templatesWidget->setCurrentCell(row, 0);
+}
+
+void ExportDlg::editTemplate()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->templatesWidget);
+    if (loadingTemplate || !item) {
+        return;
+    }
+    QSqlQuery query;
+    query.prepare("UPDATE export SET NAME = :Name, TEMPLATE = :Template, FROM_ROW = :From, "
+                  "TO_ROW = :To, DATE_FORMAT = :DateFormat WHERE ID = :Id");
+    query.bindValue(":Name", item->text());
+    query.bindValue(":Template", ui->tmpPathEdit->text());
+    query.bindValue(":From", ui->fromRow->text().toInt());
+    query.bindValue(":To", ui->toRow->text().toInt());
+    query.bindValue(":DateFormat", ui->dateFormat->text());
+    query.bindValue(":Id", item->data(Qt::UserRole));
+    if (!query.exec()) {
+        logFailureWithQuery("error update into export", query);
+    }
+}
+
+void ExportDlg::addField()
+{
+    changeItems(
+        {"Unable to execute select export query", "Not an object!", "error update template fields"},
+        QJsonDocument::Compact, [](QJsonArray& items) {
+            items.append(QJsonObject{{"col", "колонка excel"}, {"tag", "#TAG"}});
+        });
+}
+
+void ExportDlg::deleteField()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->fieldsWidget);
+    if (!item) {
+        return;
+    }
+    const int row = item->row();
+    const int index = item->data(Qt::UserRole).toInt();
+    const bool changed = changeItems(
+        {"Unable to execute select fields query", "not an object!", "error update fields items"},
+        QJsonDocument::Indented, [index](QJsonArray& items) { items.removeAt(index); });
+    if (changed) {
+        ui->fieldsWidget->setCurrentCell(row, 0);
+    }
+}
+
+void ExportDlg::editField()
+{
+    const int row = ui->fieldsWidget->currentRow();
+    if (row < 0 || loadingFields) {
+        return;
+    }
+    const int column = ui->fieldsWidget->currentColumn();
+    const QTableWidgetItem* columnItem = ui->fieldsWidget->item(row, 0);
+    const QTableWidgetItem* tagItem = ui->fieldsWidget->item(row, 1);
+    const int index = columnItem->data(Qt::UserRole).toInt();
+    const QJsonObject edited{{"col", columnItem->text()}, {"tag", tagItem->text()}};
+    const bool changed = changeItems(
+        {"Unable to execute select export query", "Not an object!", "error update fields lists"},
+        QJsonDocument::Compact, [index, &edited](QJsonArray& items) {
+            if (index < items.size()) {
+                items.replace(index, edited);
+            }
+        });
+    if (changed) {
+        // The refill dropped it: the next key goes on from the cell that was edited.
+        ui->fieldsWidget->setCurrentCell(row, column);
+    }
+}
+
+void ExportDlg::selChange()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->templatesWidget);
+    if (!item) {
+        return;
+    }
+    currentTemplateId = item->data(Qt::UserRole);
+    QSqlQuery query;
+    query.setForwardOnly(true);
+    if (!query.exec("SELECT FIELDS, TEMPLATE, FROM_ROW, TO_ROW, DATE_FORMAT FROM  export "
+                    "WHERE ID = " +
+                    currentTemplateId.toString() + ";"))
+    {
+        logFailure("Unable to execute select query", query);
+        return;
+    }
+    query.next();
+    showTemplate(query.value("TEMPLATE").toString(), query.value("FROM_ROW").toString(),
+                 query.value("TO_ROW").toString(), query.value("DATE_FORMAT").toString());
+    loadFields(parseJsonColumn(query.value("FIELDS")));
+}
+
+void ExportDlg::tmpFileClicked()
+{
+    ui->tmpPathEdit->setText(QFileDialog::getOpenFileName(
+        this, "Таблица-шаблон(для экспорта)", appFilePath("templates"), workbookFilter));
+    editTemplate();
+}
+
+void ExportDlg::exportClicked()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->templatesWidget);
+    if (!item) {
+        return;
+    }
+    currentTemplateId = item->data(Qt::UserRole);
+    QSqlQuery templateQuery;
+    if (!templateQuery.exec("SELECT FIELDS, TEMPLATE, FROM_ROW, TO_ROW, DATE_FORMAT, NAME "
+                            "FROM  export WHERE ID = " +
+                            currentTemplateId.toString() + ";"))
+    {
+        logFailure("Unable to select export query", templateQuery);
+        return;
+    }
+    QSqlQuery documents;
+    documents.setForwardOnly(true);
+    if (!documents.exec(docsQuery.isEmpty() ? "SELECT * FROM docs WHERE docs.TEMPLATE = 0;"
+                                            : docsQuery))
+    {
+        logFailureWithQuery("Unable to select from docs query", documents);
+        return;
+    }
+    exportDocuments(templateQuery, documents);
+}
+
+void ExportDlg::importClicked()
+{
+    const QTableWidgetItem* item = currentRowItem(ui->templatesWidget);
+    ImportRequest request{ui->fromRow->text().toInt(), ui->toRow->text().toInt(),
+                          ui->formCombo->currentData().toInt(), ui->dateFormat->text(), QString()};
+    if (!item || request.firstRow > request.lastRow || request.formId < 1) {
+        return;
+    }
+    currentTemplateId = item->data(Qt::UserRole);
+    QSqlQuery form;
+    if (!form.exec("SELECT FIELDS, FORM_NAME FROM forms WHERE ID = " +
+                   QString::number(request.formId) + ";"))
+    {
+        qDebug() << "Unable to select from forms query";
+        return;
+    }
+    QSqlQuery templateQuery;
+    if (!templateQuery.exec("SELECT FIELDS, FROM_ROW, TO_ROW, DATE_FORMAT FROM  export "
+                            "WHERE ID = " +
+                            currentTemplateId.toString() + ";"))
+    {
+        logFailure("Unable to select export query", templateQuery);
+        return;
+    }
+    request.file = QFileDialog::getOpenFileName(this, "Укажите шаблон для импорта",
+                                                appFilePath("imports/"), workbookFilter);
+    if (!request.file.isEmpty()) {
+        importRows(form, templateQuery, request);
+    }
+}
+
+void ExportDlg::keyPressEvent(QKeyEvent* event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && !qobject_cast<QPushButton*>(focusWidget())) {
+        // It ends an entry. Taken for a press of the default button it would start an import.
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void ExportDlg::connectWidgets()
+{
+    connect(ui->addTmpBtn, &QPushButton::clicked, this, &ExportDlg::addTemplate);
+    connect(ui->delTmpBtn, &QPushButton::clicked, this, &ExportDlg::deleteTemplate);
+    connect(ui->templatesWidget, &QTableWidget::itemChanged, this, &ExportDlg::editTemplate);
+    connect(ui->fromRow, &QLineEdit::editingFinished, this, &ExportDlg::editTemplate);
+    connect(ui->toRow, &QLineEdit::editingFinished, this, &ExportDlg::editTemplate);
+    connect(ui->tmpPathEdit, &QLineEdit::editingFinished, this, &ExportDlg::editTemplate);
+    connect(ui->fldAddBtn, &QPushButton::clicked, this, &ExportDlg::addField);
+    connect(ui->fldDelBtn, &QPushButton::clicked, this, &ExportDlg::deleteField);
+    connect(ui->fieldsWidget, &QTableWidget::itemChanged, this, &ExportDlg::editField);
+    connect(ui->templatesWidget, &QTableWidget::itemSelectionChanged, this, &ExportDlg::selChange);
+    connect(ui->tmpFileBtn, &QPushButton::clicked, this, &ExportDlg::tmpFileClicked);
+    connect(ui->exportButton, &QPushButton::clicked, this, &ExportDlg::exportClicked);
+    connect(ui->importButton, &QPushButton::clicked, this, &ExportDlg::importClicked);
+}
+
+void ExportDlg::showTemplate(const QString& workbook, const QString& from, const QString& to,
+                             const QString& dates)
+{
+    loadingTemplate = true;
+    ui->tmpPathEdit->setText(workbook);
+    ui->fromRow->setText(from);
+    ui->toRow->setText(to);
+    ui->dateFormat->setText(dates);
+    loadingTemplate = false;
+}
+
+bool ExportDlg::changeItems(const FieldLogLines& log, QJsonDocument::JsonFormat format,
+                            const std::function<void(QJsonArray&)>& change)
+{
+    QSqlQuery query;
+    if (!query.exec("SELECT FIELDS FROM export WHERE ID = " + currentTemplateId.toString() + ";")) {
+        logFailure(log.selectFailed, query);
+        return false;
+    }
+    bool isObject = false;
+    QJsonObject object = parseJsonColumn(query.next() ? query.value(0) : QVariant(), &isObject);
+    if (!isObject) {
+        qDebug() << log.notAnObject;
+        return false;
+    }
+    QJsonArray items = object["items"].toArray();
+    change(items);
+    object["items"] = items;
+    query.prepare("UPDATE export SET FIELDS = :Items WHERE ID = :Id");
+    query.bindValue(":Items", QJsonDocument(object).toJson(format));
+    query.bindValue(":Id", currentTemplateId.toString());
+    if (!query.exec()) {
+        logFailure(log.updateFailed, query);
+        return false;
+    }
+    loadFields(object);
+    return true;
+}
+
+void ExportDlg::exportDocuments(QSqlQuery& templateQuery, QSqlQuery& documents)
+{
+    setCursor(Qt::BusyCursor);
+    QCoreApplication::processEvents();
+    templateQuery.next();
+    const auto workbook = openWorkbook(templateQuery.value("TEMPLATE").toString(), this);
+    DocumentExport exporter(*workbook,
+                            exchangeItems(parseJsonColumn(templateQuery.value("FIELDS"))),
+                            templateQuery.value("DATE_FORMAT").toString());
+    exporter.writeDocuments(documents, templateQuery.value("FROM_ROW").toInt());
+    setCursor(Qt::ArrowCursor);
+
+    const QString path = askExportFile(templateQuery.value("NAME").toString());
+    if (path.isEmpty()) {
+        return;
+    }
+    workbook->saveAs(path);
+    QMessageBox::information(this, "Экспорт данных",
+                             "Документ\n" + path + "\nУспешно экспортирован", QMessageBox::Ok);
+    accept();
+}
+
+QString ExportDlg::askExportFile(const QString& templateName)
+{
+    const QString proposed =
+        appFilePath("exports/" + templateName + "_" +
+                    QDateTime::currentDateTime().toString("dd-MM-yy hh-mm") + ".xlsx");
+    return QFileDialog::getSaveFileName(this, "Сохранить как", proposed, workbookFilter);
+}
+
+void ExportDlg::importRows(QSqlQuery& form, QSqlQuery& templateQuery, const ImportRequest& request)
+{
+    setCursor(Qt::BusyCursor);
+    QCoreApplication::processEvents();
+    const auto workbook = openWorkbook(request.file, this);
+    form.next();
+    templateQuery.next();
+    DocumentImport importer(
+        *workbook, exchangeItems(parseJsonColumn(templateQuery.value("FIELDS"))),
+        parseJsonColumn(form.value("FIELDS")), request.formId, request.dateFormat);
+    for (int row = request.firstRow; row <= request.lastRow; ++row) {
+        const QString emptyCell = importer.readRow(row);
+        if (!emptyCell.isEmpty()) {
+            QMessageBox::information(this, "Внимание!", "Ошибка чтения: ячейка " + emptyCell,
+                                     QMessageBox::Ok);
+        }
+        QSqlQuery insert;
+        if (!insert.exec(importer.insertStatement())) {
+            logFailureWithQuery("error insert into docs ", insert);
+            break;
+        }
+    }
+    setCursor(Qt::ArrowCursor);
+    accept();
+}

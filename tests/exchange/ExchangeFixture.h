@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QVector>
+#include <QtTest>
+
+#include <memory>
+#include <utility>
+
+#include "exchange/ExportDlg.h"
+#include "support/TempApplication.h"
+
+/// An application directory with an empty database, and the exchange dialog over it.
+class ExchangeFixture
+{
+public:
+    using Mapping = QVector<std::pair<QString, QString>>; ///< column letters and tag
+
+    ExchangeFixture();
+    ~ExchangeFixture();
+
+    /// Stores an exchange template; returns its `ID`.
+    int addTemplate(const QString& name, const Mapping& mapping,
+                    const QString& workbook = QString(), int fromRow = 2, int toRow = 99,
+                    const QString& dateFormat = "dd.MM.yyyy");
+
+    /// Stores a form with the field objects; returns its `ID`.
+    int addForm(const QString& name, const QVector<QJsonObject>& fields = {});
+
+    /// Makes the dialog anew, as the main window does.
+    ExportDlg& open();
+    void close() { m_dialog.reset(); }
+    ExportDlg& dialog() { return *m_dialog; }
+
+    /// A widget of the dialog; fails the test if it is missing.
+    template <class T>
+    T* child(const char* name)
+    {
+        T* found = m_dialog->findChild<T*>(name);
+        if (!found) {
+            qFatal("no %s", name);
+        }
+        return found;
+    }
+
+    void click(const char* button);
+
+    /// Selects a row of the template list.
+    void selectTemplate(int row);
+
+    TempApplication app;
+
+private:
+    std::unique_ptr<ExportDlg> m_dialog;
+};
+
+/// A test's own working folder holds scripts in Python; runs one and fails the test if it fails.
+/// Returns what it prints.
+QByteArray runScript(const QString& name, const QStringList& arguments);
