@@ -414,6 +414,7 @@ void ExportDlg::exportDocuments(QSqlQuery& templateQuery, QSqlQuery& documents)
     QCoreApplication::processEvents();
     templateQuery.next();
     const auto workbook = openWorkbook(templateQuery.value("TEMPLATE").toString(), this);
+    selectCurrentSheetOnly(*workbook);
     DocumentExport exporter(*workbook,
                             exchangeItems(parseJsonColumn(templateQuery.value("FIELDS"))),
                             templateQuery.value("DATE_FORMAT").toString());

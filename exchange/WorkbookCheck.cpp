@@ -32,14 +32,14 @@ public:
     /// Takes the next piece; false as soon as the part is found unsound.
     bool take(const char* data, int size)
     {
-        m_reader.addData(QByteArray::fromRawData(data, size));
-        // The reader keeps no reference to the piece: it decodes it at once.
+        m_reader.addData(QByteArray(data, size));
         while (!m_reader.atEnd()) {
             if (!isSound(m_reader.readNext())) {
                 return false;
             }
         }
-        return m_reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
+        return !m_reader.hasError() ||
+               m_reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
     }
 
     bool isWhole() const { return m_isWhole; }

@@ -25,6 +25,18 @@ std::unique_ptr<QXlsx::Document> openWorkbook(const QString& path, QObject* pare
     return std::make_unique<QXlsx::Document>(path, parent);
 }
 
+void selectCurrentSheetOnly(QXlsx::Document& workbook)
+{
+    const QXlsx::AbstractSheet* current = workbook.currentSheet();
+    const QStringList names = workbook.sheetNames();
+    for (const QString& name : names) {
+        QXlsx::AbstractSheet* sheet = workbook.sheet(name);
+        if (sheet->sheetType() == QXlsx::AbstractSheet::ST_WorkSheet) {
+            static_cast<QXlsx::Worksheet*>(sheet)->setSelected(sheet == current);
+        }
+    }
+}
+
 QVariant readCell(const QXlsx::Document& workbook, const QXlsx::CellReference& cell)
 {
     const QXlsx::Cell* found = workbook.cellAt(cell);

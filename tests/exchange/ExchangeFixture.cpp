@@ -2,12 +2,48 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QProcess>
 #include <QPushButton>
 #include <QTableWidget>
 
 #include "app/AppStyle.h"
 #include "forms/FormDefinitions.h"
-#include "support/Process.h"
+
+namespace {
+
+/// workbooks.py as a running process: starting it takes longer than most of its commands.
+class WorkbookScript
+{
+public:
+    WorkbookScript()
+    {
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(ZELVORA_PYTHON, {ZELVORA_EXCHANGE_SCRIPTS "/workbooks.py"});
+    }
+
+    ~WorkbookScript()
+    {
+        m_process.closeWriteChannel();
+        m_process.waitForFinished();
+    }
+
+    QJsonValue run(const QJsonArray& command)
+    {
+        m_process.write(QJsonDocument(command).toJson(QJsonDocument::Compact) + "\n");
+        while (!m_process.canReadLine()) {
+            if (!m_process.waitForReadyRead(60000)) {
+                qFatal("workbooks.py: %s", qPrintable(m_process.errorString()));
+            }
+        }
+        // Wrapped, since only arrays and objects parse.
+        return QJsonDocument::fromJson("[" + m_process.readLine() + "]").array().first();
+    }
+
+private:
+    QProcess m_process;
+};
+
+} // namespace
 
 ExchangeFixture::ExchangeFixture()
 {
@@ -49,6 +85,23 @@ int ExchangeFixture::addForm(const QString& name, const QVector<QJsonObject>& fi
         .toInt();
 }
 
+int ExchangeFixture::addDocument(const QVariantMap& columns)
+{
+    QVariantMap all = {{"BLANK_SER", ""},     {"BLANK_NO", ""},  {"FNAME", ""},
+                       {"LNAME", ""},         {"MNAME", ""},     {"BIRTH_DATE", ""},
+                       {"DOC_TYPE", 1},       {"DOC_GROUP", ""}, {"ISSUE_DATE", ""},
+                       {"EDIT_DATE", ""},     {"DUPLICATE", 0},  {"TEMPLATE", 0},
+                       {"TEMPLATE_NAME", ""}, {"CONTENT", "{}"}};
+    for (auto column = columns.cbegin(); column != columns.cend(); ++column) {
+        all[column.key()] = column.value();
+    }
+    const QString places = QStringList(QVector<QString>(all.size(), "?").toList()).join(", ");
+    return app
+        .exec("INSERT INTO docs (" + all.keys().join(", ") + ") VALUES (" + places + ")",
+              all.values())
+        .toInt();
+}
+
 ExportDlg& ExchangeFixture::open()
 {
     m_dialog = std::make_unique<ExportDlg>();
@@ -72,12 +125,28 @@ void ExchangeFixture::selectTemplate(int row)
     QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, cell.center());
 }
 
-QByteArray runScript(const QString& name, const QStringList& arguments)
+QJsonValue workbooks(const QJsonArray& command)
 {
-    const QString script = QString(ZELVORA_EXCHANGE_SCRIPTS "/") + name;
-    const ProcessResult result = runProcess(ZELVORA_PYTHON, QStringList{script} + arguments);
-    if (result.exitCode != 0) {
-        qFatal("%s: %s", qPrintable(name), result.err.constData());
-    }
-    return result.out;
+    static WorkbookScript script;
+    return script.run(command);
+}
+
+void writeWorkbook(const QString& file, const QJsonObject& description)
+{
+    workbooks({"cells", file, description});
+}
+
+void writeCells(const QString& file, const QJsonObject& cells)
+{
+    writeWorkbook(file, {{"sheets", QJsonArray{QJsonObject{{"name", "Лист1"}, {"cells", cells}}}}});
+}
+
+QJsonObject readWorkbook(const QString& file)
+{
+    return workbooks({"read", file}).toObject();
+}
+
+QJsonObject readCells(const QString& file, const QString& sheet)
+{
+    return readWorkbook(file)["content"].toObject()[sheet].toObject()["cells"].toObject();
 }

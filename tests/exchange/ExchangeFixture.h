@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
+#include <QVariantMap>
 #include <QVector>
 #include <QtTest>
 
@@ -27,6 +29,10 @@ public:
 
     /// Stores a form with the field objects; returns its `ID`.
     int addForm(const QString& name, const QVector<QJsonObject>& fields = {});
+
+    /// Stores a document with these columns; the others are empty, `DUPLICATE` and `TEMPLATE` 0.
+    /// Returns its `ID`.
+    int addDocument(const QVariantMap& columns);
 
     /// Makes the dialog anew, as the main window does.
     ExportDlg& open();
@@ -55,6 +61,17 @@ private:
     std::unique_ptr<ExportDlg> m_dialog;
 };
 
-/// A test's own working folder holds scripts in Python; runs one and fails the test if it fails.
-/// Returns what it prints.
-QByteArray runScript(const QString& name, const QStringList& arguments);
+/// Runs a command of workbooks.py with its arguments and returns its result.
+QJsonValue workbooks(const QJsonArray& command);
+
+/// Writes a workbook from a description, see workbooks.py.
+void writeWorkbook(const QString& file, const QJsonObject& description);
+
+/// Writes a workbook of one sheet that has these cells.
+void writeCells(const QString& file, const QJsonObject& cells);
+
+/// Everything in a workbook, as openpyxl reads it.
+QJsonObject readWorkbook(const QString& file);
+
+/// The cells of a sheet of a workbook by their names, as openpyxl reads them.
+QJsonObject readCells(const QString& file, const QString& sheet);

@@ -1,0 +1,329 @@
+"""Makes test workbooks and reads workbooks for tests.
+
+Serves one client: each line of input is a JSON array of a command and its arguments, and each is
+answered by a line of JSON, the command's result.
+
+cells FILE SPEC     a workbook written part by part from a description
+openpyxl FILE SPEC  the texts of the description saved by openpyxl as it saves them
+template FILE       a formatted workbook of several sheets, as office programs save it
+extras FILE         the same with what the reading library passes over
+read FILE           cells and formatting as openpyxl reads them
+
+The description: {"writer": "excel" or "libreoffice", "active": index of the active sheet,
+"sheets": [{"name": ..., "cells": {"A2": cell}, "merged": ["A2:B2"], "dimension": "A1:B2"}]}.
+A cell is a text (a shared string) or [kind, value]; the kinds are those of Writer.cell.
+"""
+import json
+import re
+import sys
+import zipfile
+from xml.sax.saxutils import escape
+
+import openpyxl
+from openpyxl.comments import Comment
+from openpyxl.formatting.rule import CellIsRule
+from openpyxl.styles import Alignment, Border, Font, PatternFill, Side
+from openpyxl.worksheet.datavalidation import DataValidation
+
+MAIN = "http://schemas.openxmlformats.org/spreadsheetml/2006/main"
+RELS = "http://schemas.openxmlformats.org/officeDocument/2006/relationships"
+PACKAGE = "http://schemas.openxmlformats.org/package/2006"
+XML = '<?xml version="1.0" encoding="UTF-8" standalone="yes"?>\n'
+TYPES = "application/vnd.openxmlformats-officedocument.spreadsheetml"
+
+# Number formats by the index of the cell style: General, a date, a date with time, a time.
+STYLES = [0, 14, 22, 21]
+
+
+class Writer:
+    """One workbook, written without any library, so that every attribute is the test's own."""
+
+    def __init__(self, spec):
+        self.spec = spec
+        self.libre = spec.get("writer") == "libreoffice"
+        self.strings = []
+
+    def shared(self, xml):
+        self.strings.append(xml)
+        return len(self.strings) - 1
+
+    def cell(self, name, cell):
+        kind, value = cell if isinstance(cell, list) else ["shared", cell]
+        number = ' t="n"' if self.libre else ""
+        plain = {
+            "number": (number, 0, f"<v>{value}</v>"),
+            "date": (number, 1, f"<v>{value}</v>"),
+            "datetime": (number, 2, f"<v>{value}</v>"),
+            "time": (number, 3, f"<v>{value}</v>"),
+            "bool": (' t="b"', 0, f"<v>{int(bool(value))}</v>"),
+            "error": (' t="e"', 0, f"<v>{value}</v>"),
+            "blank": ("", 0, ""),
+            "blankdate": ("", 1, ""),
+        }
+        if kind in plain:
+            attributes, style, content = plain[kind]
+        elif kind == "shared":
+            text = self.shared('<t xml:space="preserve">' + escape(value) + "</t>")
+            attributes, style, content = ' t="s"', 0, f"<v>{text}</v>"
+        elif kind == "rich":
+            runs = "".join(f"<r><rPr><b/></rPr><t>{escape(run)}</t></r>" for run in value)
+            attributes, style, content = ' t="s"', 0, f"<v>{self.shared(runs)}</v>"
+        elif kind == "inline":
+            attributes, style = ' t="inlineStr"', 0
+            content = f"<is><t>{escape(value)}</t></is>"
+        elif kind == "inlinerich":
+            runs = "".join(f"<r><t>{escape(run)}</t></r>" for run in value)
+            attributes, style, content = ' t="inlineStr"', 0, f"<is>{runs}</is>"
+        elif kind == "formula":
+            formula, cached = value
+            attributes = ' t="str"' if isinstance(cached, str) else number
+            style, content = 0, f"<f>{escape(formula)}</f><v>{escape(str(cached))}</v>"
+        elif kind == "raw":
+            return value
+        else:
+            raise ValueError(kind)
+        return f'<c r="{name}" s="{style}"{attributes}>{content}</c>'
+
+    def sheet(self, index, sheet):
+        rows = {}
+        for name, cell in sheet["cells"].items():
+            rows.setdefault(int(re.sub("[A-Z]", "", name)), {})[name] = cell
+        data = "".join(
+            f'<row r="{row}">'
+            + "".join(self.cell(name, cells[name])
+                      for name in sorted(cells, key=lambda n: (len(n), n)))
+            + "</row>"
+            for row, cells in sorted(rows.items()))
+        merged = "".join(f'<mergeCell ref="{ref}"/>' for ref in sheet.get("merged", []))
+        if merged:
+            merged = f'<mergeCells count="{len(sheet["merged"])}">{merged}</mergeCells>'
+        dimension = sheet.get("dimension", "")
+        if dimension:
+            dimension = f'<dimension ref="{dimension}"/>'
+        selected = ' tabSelected="1"' if index == self.spec.get("active", 0) else ""
+        return (f'{XML}<worksheet xmlns="{MAIN}" xmlns:r="{RELS}">{dimension}<sheetViews>'
+                f'<sheetView{selected} workbookViewId="0"/></sheetViews>'
+                f'{sheet.get("head", "")}'
+                f"<sheetData>{data}</sheetData>{merged}{sheet.get('tail', '')}</worksheet>")
+
+    def styles(self):
+        apply = "true" if self.libre else "1"
+        xfs = "".join(
+            f'<xf numFmtId="{f}" fontId="0" fillId="0" borderId="0" xfId="0"'
+            + (f' applyNumberFormat="{apply}"' if f else "") + "/>" for f in STYLES)
+        return (f'{XML}<styleSheet xmlns="{MAIN}"><fonts count="1"><font><sz val="11"/>'
+                '<name val="Calibri"/></font></fonts><fills count="1"><fill>'
+                '<patternFill patternType="none"/></fill></fills><borders count="1"><border/>'
+                '</borders><cellStyleXfs count="1"><xf numFmtId="0" fontId="0" fillId="0" '
+                f'borderId="0"/></cellStyleXfs><cellXfs count="{len(STYLES)}">{xfs}</cellXfs>'
+                "</styleSheet>")
+
+    def parts(self):
+        sheets = self.spec["sheets"]
+        yield "_rels/.rels", (
+            f'{XML}<Relationships xmlns="{PACKAGE}/relationships"><Relationship Id="rId1" '
+            f'Type="{RELS}/officeDocument" Target="xl/workbook.xml"/></Relationships>')
+        tabs = "".join(f'<sheet name="{escape(s["name"])}" sheetId="{i + 1}" r:id="rId{i + 1}"/>'
+                       for i, s in enumerate(sheets))
+        yield "xl/workbook.xml", (
+            f'{XML}<workbook xmlns="{MAIN}" xmlns:r="{RELS}"><bookViews><workbookView '
+            f'activeTab="{self.spec.get("active", 0)}"/></bookViews><sheets>{tabs}</sheets>'
+            f'{self.spec.get("workbook", "")}</workbook>')
+        links = "".join(f'<Relationship Id="rId{i + 1}" Type="{RELS}/worksheet" '
+                        f'Target="worksheets/sheet{i + 1}.xml"/>' for i in range(len(sheets)))
+        yield "xl/_rels/workbook.xml.rels", (
+            f'{XML}<Relationships xmlns="{PACKAGE}/relationships">{links}<Relationship '
+            f'Id="rIdStyles" Type="{RELS}/styles" Target="styles.xml"/><Relationship '
+            f'Id="rIdStrings" Type="{RELS}/sharedStrings" Target="sharedStrings.xml"/>'
+            "</Relationships>")
+        yield "xl/styles.xml", self.styles()
+        for i, sheet in enumerate(sheets):
+            yield f"xl/worksheets/sheet{i + 1}.xml", self.sheet(i, sheet)
+        yield "xl/sharedStrings.xml", shared_strings(self.strings)
+        overrides = "".join(
+            f'<Override PartName="/xl/worksheets/sheet{i + 1}.xml" '
+            f'ContentType="{TYPES}.worksheet+xml"/>' for i in range(len(sheets)))
+        yield "[Content_Types].xml", (
+            f'{XML}<Types xmlns="{PACKAGE}/content-types"><Default Extension="rels" '
+            'ContentType="application/vnd.openxmlformats-package.relationships+xml"/>'
+            '<Default Extension="xml" ContentType="application/xml"/><Override '
+            f'PartName="/xl/workbook.xml" ContentType="{TYPES}.sheet.main+xml"/>{overrides}'
+            f'<Override PartName="/xl/styles.xml" ContentType="{TYPES}.styles+xml"/><Override '
+            f'PartName="/xl/sharedStrings.xml" ContentType="{TYPES}.sharedStrings+xml"/></Types>')
+
+    def save(self, path):
+        with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as book:
+            for name, text in self.parts():
+                book.writestr(name, text)
+
+
+def save_cells(path, spec):
+    Writer(spec).save(path)
+
+
+def save_by_openpyxl(path, spec):
+    book = openpyxl.Workbook()
+    for name, value in spec["sheets"][0]["cells"].items():
+        book.active[name] = value
+    book.save(path)
+
+
+def officialize(path):
+    """Rewrites what openpyxl saves as office programs save it: part names of relationships are
+    relative, texts are shared, and a cell's format says which of its parts apply."""
+    with zipfile.ZipFile(path) as book:
+        parts = {name: book.read(name) for name in book.namelist()}
+    for name in parts:
+        if name.endswith(".rels"):
+            folder = name[:name.index("_rels/")]
+            text = parts[name].decode()
+            text = re.sub(r'Target="/([^"]*)"', lambda m: 'Target="%s"' % relative(m[1], folder),
+                          text)
+            parts[name] = text.encode()
+    strings = []
+    for name in parts:
+        if name.startswith("xl/worksheets/sheet"):
+            parts[name] = re.sub(
+                r't="inlineStr"><is>(.*?)</is>',
+                lambda m: strings.append(m[1]) or f't="s"><v>{len(strings) - 1}</v>',
+                parts[name].decode()).encode()
+    parts["xl/sharedStrings.xml"] = shared_strings(strings).encode()
+    add_to_part(parts, "xl/_rels/workbook.xml.rels", "</Relationships>",
+                f'<Relationship Id="rIdStrings" Type="{RELS}/sharedStrings" '
+                'Target="sharedStrings.xml"/>')
+    add_to_part(parts, "[Content_Types].xml", "</Types>",
+                f'<Override PartName="/xl/sharedStrings.xml" '
+                f'ContentType="{TYPES}.sharedStrings+xml"/>')
+    styles = parts["xl/styles.xml"].decode()
+    head, xfs, tail = re.match(r"(.*<cellXfs[^>]*>)(.*)(</cellXfs>.*)", styles, re.S).groups()
+    xfs = re.sub(r' apply\w+="\w+"', "", xfs)
+    xfs = re.sub(r"<xf ([^>]*?)(/?)>",
+                 r'<xf \1 applyNumberFormat="1" applyFont="1" applyFill="1" applyBorder="1"\2>',
+                 xfs)
+    xfs = re.sub(r"(<xf [^>]*[^/])>(\s*<alignment)", r'\1 applyAlignment="1">\2', xfs)
+    parts["xl/styles.xml"] = (head + xfs + tail).encode()
+    with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as book:
+        for name, data in parts.items():
+            book.writestr(name, data)
+
+
+def add_to_part(parts, name, end, xml):
+    text = parts[name].decode()
+    if "sharedStrings" not in text:
+        parts[name] = text.replace(end, xml + end).encode()
+
+
+def shared_strings(strings):
+    items = "".join(f"<si>{xml}</si>" for xml in strings)
+    return (f'{XML}<sst xmlns="{MAIN}" count="{len(strings)}" uniqueCount="{len(strings)}">'
+            f"{items}</sst>")
+
+
+def relative(target, folder):
+    if not folder or target.startswith(folder):
+        return target[len(folder):]
+    return "../" + target.split("/", 1)[1]
+
+
+def save_template(path):
+    book = openpyxl.Workbook()
+    sheet = book.active
+    sheet.title = "Выдача"
+    sheet.sheet_view.tabSelected = True
+    thin = Side(style="thin", color="FF7C99FF")
+    sheet["A1"] = "Книга регистрации"
+    sheet["A1"].font = Font(name="Arial", size=16, bold=True, color="FF123456")
+    sheet.merge_cells("A1:D1")
+    sheet["A1"].alignment = Alignment(horizontal="center")
+    for column, text in zip("ABCD", ["Фамилия", "Имя", "Дата", "Отметка"]):
+        cell = sheet[column + "2"]
+        cell.value = text
+        cell.font = Font(name="Calibri", size=11, bold=True)
+        cell.fill = PatternFill("solid", fgColor="FFEEF2FF")
+        cell.border = Border(bottom=thin)
+    for row in range(3, 6):
+        for column in "ABCD":
+            sheet[f"{column}{row}"].border = Border(left=thin, right=thin, top=thin, bottom=thin)
+            sheet[f"{column}{row}"].font = Font(name="Calibri", size=11, italic=True)
+    for column, width in zip("ABCD", [31.5, 22, 14, 9.25]):
+        sheet.column_dimensions[column].width = width
+    sheet.row_dimensions[1].height = 40
+    sheet["F1"] = "=COUNTA(A3:A999)"
+    check = DataValidation(type="list", formula1='"Оригинал,Дубликат"')
+    check.add("D3:D99")
+    sheet.add_data_validation(check)
+    sheet.conditional_formatting.add(
+        "D3:D99", CellIsRule(operator="equal", formula=['"Дубликат"'],
+                             fill=PatternFill("solid", bgColor="FFF46060")))
+    other = book.create_sheet("Справка")
+    other["B2"] = "Не менять"
+    other["B2"].fill = PatternFill("solid", fgColor="FFFFFF00")
+    other["B3"] = 1234.5
+    other["B3"].number_format = "#,##0.00"
+    other.column_dimensions["B"].width = 44
+    hidden = book.create_sheet("Служебный")
+    hidden["A1"] = "код"
+    hidden.sheet_state = "hidden"
+    book.save(path)
+    officialize(path)
+
+
+def save_extras(path):
+    """A template with what a workbook can have beside cells."""
+    save_template(path)
+    book = openpyxl.load_workbook(path)
+    sheet = book["Выдача"]
+    sheet.freeze_panes = "A3"
+    sheet.auto_filter.ref = "A2:D9"
+    sheet.page_setup.orientation = "landscape"
+    sheet["A2"].comment = Comment("Как в паспорте", "канцелярия")
+    sheet.print_title_rows = "1:2"
+    book.save(path)
+    officialize(path)
+
+
+def read(path):
+    book = openpyxl.load_workbook(path)
+    return {
+        "active": book.active.title,
+        "sheets": [sheet.title for sheet in book],
+        "hidden": [sheet.title for sheet in book if sheet.sheet_state != "visible"],
+        "selected": [sheet.title for sheet in book if sheet.sheet_view.tabSelected],
+        "content": {sheet.title: read_sheet(sheet) for sheet in book},
+    }
+
+
+def read_sheet(sheet):
+    cells = [cell for row in sheet.iter_rows() for cell in row]
+    return {
+        "cells": {c.coordinate: c.value for c in cells if c.value is not None},
+        "types": {c.coordinate: c.data_type for c in cells if c.value is not None},
+        "links": {c.coordinate: c.hyperlink.target for c in cells if c.hyperlink},
+        "bold": [c.coordinate for c in cells if c.font.b],
+        "italic": [c.coordinate for c in cells if c.font.i],
+        "fonts": {c.coordinate: [c.font.name, c.font.sz, c.font.color and c.font.color.rgb]
+                  for c in cells if c.font.sz != 11},
+        "fills": {c.coordinate: c.fill.fgColor.rgb for c in cells if c.fill.patternType == "solid"},
+        "borders": [c.coordinate for c in cells if c.border.bottom.style == "thin"],
+        "centered": [c.coordinate for c in cells if c.alignment.horizontal == "center"],
+        "formats": {c.coordinate: c.number_format for c in cells if c.number_format != "General"},
+        "widths": {k: d.width for k, d in sorted(sheet.column_dimensions.items())},
+        "heights": {k: d.height for k, d in sheet.row_dimensions.items() if d.height},
+        "merged": [str(r) for r in sheet.merged_cells.ranges],
+        "validations": [[str(v.sqref), v.formula1] for v in sheet.data_validations.dataValidation],
+        "conditional": [str(r.sqref) for r in sheet.conditional_formatting],
+        "freeze": sheet.freeze_panes,
+        "filter": sheet.auto_filter.ref,
+        "orientation": sheet.page_setup.orientation,
+        "comments": [c.coordinate for c in cells if c.comment],
+        "titles": sheet.print_title_rows,
+    }
+
+
+COMMANDS = {"cells": save_cells, "openpyxl": save_by_openpyxl, "template": save_template,
+            "extras": save_extras, "read": read}
+
+if __name__ == "__main__":
+    for line in sys.stdin:
+        command, *arguments = json.loads(line)
+        print(json.dumps(COMMANDS[command](*arguments), default=str), flush=True)
