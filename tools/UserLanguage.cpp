@@ -1,8 +1,18 @@
 #include "tools/UserLanguage.h"
 
 #include <QLocale>
+#include <QTextCodec>
+#include <QTextStream>
 
 QString inUserLanguage(const QString& russian, const QString& english)
 {
     return QLocale::system().language() == QLocale::Russian ? russian : english;
+}
+
+void prepareTerminal(QTextStream& stream)
+{
+    constexpr ushort cyrillicLetter = 0x0416;
+    if (!QTextCodec::codecForLocale()->canEncode(QChar(cyrillicLetter))) {
+        stream.setCodec("UTF-8");
+    }
 }

@@ -2,6 +2,12 @@
 
 #include <QString>
 
+class QTextStream;
+
 /// One of two wordings of a message: the Russian one if the user's locale is Russian, the English
 /// one otherwise.
 QString inUserLanguage(const QString& russian, const QString& english);
+
+/// Lets a stream to a terminal write Cyrillic letters: one whose encoding has none (the "C" locale)
+/// still gets readable UTF-8.
+void prepareTerminal(QTextStream& stream);

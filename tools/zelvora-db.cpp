@@ -1,21 +1,13 @@
 #include <QGuiApplication>
-#include <QTextCodec>
 #include <QTextStream>
 
 #include <cstdio>
 #include <memory>
 
 #include "tools/DatabaseTool.h"
+#include "tools/UserLanguage.h"
 
 namespace {
-
-// A terminal whose encoding has no Cyrillic letters ("C" locale) still gets readable UTF-8.
-void prepare(QTextStream& stream)
-{
-    if (!QTextCodec::codecForLocale()->canEncode(QChar(0x0416))) {
-        stream.setCodec("UTF-8");
-    }
-}
 
 // Painting the sample's backgrounds needs the fonts of a GUI application, but never a window.
 std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv)
@@ -38,7 +30,7 @@ int main(int argc, char* argv[])
     const std::unique_ptr<QCoreApplication> app = makeApplication(argc, argv);
     QTextStream out(stdout);
     QTextStream err(stderr);
-    prepare(out);
-    prepare(err);
+    prepareTerminal(out);
+    prepareTerminal(err);
     return runDatabaseTool(app->arguments().mid(1), out, err);
 }

@@ -1,0 +1,211 @@
+#include <QtTest>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include "store/UpdateFixture.h"
+#include "support/Process.h"
+
+/// The companion program that makes and prints update packages.
+class tst_ZelvoraUpdate : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void makesTheBytesOfTheFormat();
+    void showGivesTheManifestBack();
+    void madePackageIsApplied();
+    void wrongManifest_data();
+    void wrongManifest();
+    void cutOffPackageIsShownAsFar();
+    void fileErrors();
+    void help_data();
+    void help();
+
+private:
+    QString write(const QString& name, const QByteArray& bytes);
+    QByteArray read(const QString& name);
+
+    QTemporaryDir m_dir;
+};
+
+namespace {
+
+ProcessResult run(const QStringList& arguments)
+{
+    return runProcess(QString(ZELVORA_BIN_DIR) + "/tools/zelvora-update", arguments);
+}
+
+const char* const manifest = R"({
+    "update_version": "1.2.0.0",
+    "parts": [
+        { "version": "1.1.0.0", "sql": "DELETE FROM lists WHERE LIST_NAME = 'Пол'" },
+        { "version": "1.2.0.0", "type": "sqlQuery", "ignore_errors": true,
+          "sql": ["ALTER TABLE docs", "ADD COLUMN NOTE TEXT"] },
+        { "version": "1.2.0.0", "type": "cppFunction", "function_name": "crutchFrdoA",
+          "argument": "[{\"tag\": \"#SEX\", \"list\": IDL_SEX}]" }
+    ]
+})";
+
+QByteArray expectedPackage()
+{
+    return packPackage(
+        R"({"update_version":"1.2.0.0"})",
+        {{R"({"version":"1.1.0.0"})", "DELETE FROM lists WHERE LIST_NAME = 'Пол'", ""},
+         {R"({"ignore_errors":true,"type":"sqlQuery","version":"1.2.0.0"})",
+          "ALTER TABLE docs\nADD COLUMN NOTE TEXT", ""},
+         {R"({"function_name":"crutchFrdoA","type":"cppFunction","version":"1.2.0.0"})",
+          "[{\"tag\": \"#SEX\", \"list\": IDL_SEX}]", ""}});
+}
+
+} // namespace
+
+QString tst_ZelvoraUpdate::write(const QString& name, const QByteArray& bytes)
+{
+    QFile file(m_dir.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        QTest::qFail("cannot write", __FILE__, __LINE__);
+    }
+    return file.fileName();
+}
+
+QByteArray tst_ZelvoraUpdate::read(const QString& name)
+{
+    QFile file(m_dir.filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void tst_ZelvoraUpdate::makesTheBytesOfTheFormat()
+{
+    const ProcessResult made =
+        run({"make", write("manifest.json", manifest), m_dir.filePath("dbUpdate.bin")});
+    QVERIFY2(made.exitCode == 0, made.err);
+    QVERIFY(made.out.contains("3"));
+    QCOMPARE(read("dbUpdate.bin").toHex(' '), expectedPackage().toHex(' '));
+}
+
+void tst_ZelvoraUpdate::showGivesTheManifestBack()
+{
+    const ProcessResult shown = run({"show", write("shown.bin", expectedPackage())});
+    QCOMPARE(shown.exitCode, 0);
+    QCOMPARE(QJsonDocument::fromJson(shown.out).object(),
+             QJsonDocument::fromJson(manifest).object());
+    QCOMPARE(run({"make", write("again.json", shown.out), m_dir.filePath("again.bin")}).exitCode,
+             0);
+    QCOMPARE(read("again.bin"), expectedPackage());
+}
+
+void tst_ZelvoraUpdate::madePackageIsApplied()
+{
+    TempApplication app;
+    const QByteArray source =
+        "{\"update_version\": \"2.0.0.0\", \"parts\": [{\"version\": \"2.0.0.0\", "
+        "\"sql\": \"INSERT INTO lists (LIST_NAME) VALUES ('из пакета')\"}]}";
+    QCOMPARE(run({"make", write("one.json", source), app.path("dbUpdate.bin")}).exitCode, 0);
+    const ProcessResult applied =
+        runProcess(QString(ZELVORA_BIN_DIR) + "/tests/store/update_worker", {app.path()});
+    QCOMPARE(applied.exitCode, 0);
+    QCOMPARE(app.value("SELECT LIST_NAME FROM lists").toString(), QString("из пакета"));
+}
+
+void tst_ZelvoraUpdate::wrongManifest_data()
+{
+    QTest::addColumn<QByteArray>("source");
+    QTest::addColumn<QString>("place");
+    const QByteArray part = R"({"update_version": "1.2.0.0", "parts": [)";
+    const QByteArray good = R"({"version": "1.2.0.0", "sql": "x"}, )";
+    QTest::newRow("no JSON") << QByteArray("{\n  \"update_version\": \"1.2.0.0\",\n  oops\n}")
+                             << "line 3, column 3";
+    QTest::newRow("empty") << QByteArray() << "line 1, column 1";
+    QTest::newRow("an array") << QByteArray("[]") << "top level";
+    QTest::newRow("no version") << QByteArray("{}") << "update_version";
+    QTest::newRow("three numbers")
+        << QByteArray(R"({"update_version": "1.2.0"})") << "update_version";
+    QTest::newRow("unknown key") << QByteArray(R"({"update_version": "1.2.0.0", "part": []})")
+                                 << "part: unknown";
+    QTest::newRow("parts no array")
+        << QByteArray(R"({"update_version": "1.2.0.0", "parts": {}})") << "parts: an array";
+    QTest::newRow("part no object") << part + "5]}"
+                                    << "parts[0]: an object";
+    QTest::newRow("part without version") << part + good + R"({"sql": "x"}]})"
+                                          << "parts[1].version";
+    QTest::newRow("part above the package") << part + R"({"version": "1.2.0.1", "sql": "x"}]})"
+                                            << "parts[0].version";
+    QTest::newRow("unknown type") << part + R"({"version": "1.2.0.0", "type": "sql", "sql": "x"}]})"
+                                  << "parts[0].type";
+    QTest::newRow("no statement") << part + R"({"version": "1.2.0.0"}]})"
+                                  << "parts[0].sql";
+    QTest::newRow("blank statement") << part + R"({"version": "1.2.0.0", "sql": " "}]})"
+                                     << "parts[0].sql";
+    QTest::newRow("line no text") << part + R"({"version": "1.2.0.0", "sql": ["a", 1]}]})"
+                                  << "parts[0].sql";
+    QTest::newRow("flag no bool")
+        << part + R"({"version": "1.2.0.0", "ignore_errors": 1, "sql": "x"}]})"
+        << "parts[0].ignore_errors";
+    QTest::newRow("unknown function")
+        << part + R"({"version": "1.2.0.0", "type": "cppFunction", "function_name": "f",
+                      "argument": "x"}]})"
+        << "parts[0].function_name";
+    QTest::newRow("statement of a function")
+        << part + R"({"version": "1.2.0.0", "type": "cppFunction",
+                      "function_name": "crutchFrdoA", "sql": "x"}]})"
+        << "parts[0].sql: unknown";
+}
+
+void tst_ZelvoraUpdate::wrongManifest()
+{
+    QFETCH(QByteArray, source);
+    QFETCH(QString, place);
+    const ProcessResult made =
+        run({"make", write("wrong.json", source), m_dir.filePath("wrong.bin")});
+    QCOMPARE(made.exitCode, 2);
+    QVERIFY2(QString::fromUtf8(made.err).contains("wrong.json: " + place), made.err);
+    QVERIFY(!QFile::exists(m_dir.filePath("wrong.bin")));
+}
+
+void tst_ZelvoraUpdate::cutOffPackageIsShownAsFar()
+{
+    const QByteArray package = expectedPackage();
+    const ProcessResult shown = run({"show", write("cut.bin", package.left(package.size() - 3))});
+    QCOMPARE(shown.exitCode, 2);
+    QVERIFY(shown.err.contains("cut off behind part 2"));
+    QCOMPARE(QJsonDocument::fromJson(shown.out).object()["parts"].toArray().size(), 2);
+}
+
+void tst_ZelvoraUpdate::fileErrors()
+{
+    const QString missing = m_dir.filePath("missing.json");
+    const ProcessResult made = run({"make", missing, m_dir.filePath("never.bin")});
+    QCOMPARE(made.exitCode, 2);
+    QVERIFY(QString::fromUtf8(made.err).contains(missing));
+    QVERIFY(!QFile::exists(m_dir.filePath("never.bin")));
+    QCOMPARE(run({"show", missing}).exitCode, 2);
+    QCOMPARE(
+        run({"make", write("ok.json", manifest), m_dir.filePath("no/such/folder.bin")}).exitCode,
+        2);
+}
+
+void tst_ZelvoraUpdate::help_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("asked for") << QStringList{"--help"} << 0;
+    QTest::newRow("nothing") << QStringList{} << 2;
+    QTest::newRow("unknown command") << QStringList{"apply", "x"} << 2;
+    QTest::newRow("too few") << QStringList{"make", "x"} << 2;
+}
+
+void tst_ZelvoraUpdate::help()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    const ProcessResult result = run(arguments);
+    QCOMPARE(result.exitCode, exitCode);
+    QVERIFY((exitCode == 0 ? result.out : result.err).contains("zelvora-update make"));
+}
+
+QTEST_MAIN(tst_ZelvoraUpdate)
+#include "tst_ZelvoraUpdate.moc"

@@ -1,0 +1,114 @@
+#include "tools/UpdateTool.h"
+
+#include <QDataStream>
+#include <QFile>
+#include <QSaveFile>
+#include <QTextStream>
+
+#include "store/UpdatePackage.h"
+#include "tools/UpdateManifest.h"
+#include "tools/UserLanguage.h"
+
+namespace {
+
+constexpr int success = 0;
+constexpr int failure = 2;
+
+QString helpText()
+{
+    return inUserLanguage(
+        "Использование: zelvora-update make ОПИСАНИЕ ПАКЕТ\n"
+        "               zelvora-update show ПАКЕТ\n"
+        "\n"
+        "  make    создать пакет обновления базы данных (dbUpdate.bin) по описанию в JSON\n"
+        "  show    напечатать пакет в виде описания\n"
+        "  --help  показать эту справку\n"
+        "\n"
+        "Пакет, положенный рядом с программой под именем dbUpdate.bin, применяется при её\n"
+        "следующем запуске. Код завершения: 0 — всё в порядке, 2 — задание не выполнено.\n",
+        "Usage: zelvora-update make MANIFEST PACKAGE\n"
+        "       zelvora-update show PACKAGE\n"
+        "\n"
+        "  make    make an update package for the database (dbUpdate.bin) from a JSON manifest\n"
+        "  show    print a package as a manifest\n"
+        "  --help  show this help\n"
+        "\n"
+        "A package that stands beside the application as dbUpdate.bin is applied at its next\n"
+        "start. Exit status: 0 if all is well, 2 if the job could not be done.\n");
+}
+
+int fail(QTextStream& err, const QString& reason)
+{
+    err << "zelvora-update: " << reason << '\n';
+    return failure;
+}
+
+int failOnFile(QTextStream& err, const QString& path, const QFileDevice& file)
+{
+    return fail(err, path + ": " + file.errorString());
+}
+
+int make(const QString& manifestPath, const QString& packagePath, QTextStream& out,
+         QTextStream& err)
+{
+    QFile manifest(manifestPath);
+    if (!manifest.open(QIODevice::ReadOnly)) {
+        return failOnFile(err, manifestPath, manifest);
+    }
+    UpdatePackage package;
+    QString error;
+    if (!packageFromManifest(manifest.readAll(), package, error)) {
+        return fail(err, manifestPath + ": " + error);
+    }
+    QSaveFile file(packagePath);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return failOnFile(err, packagePath, file);
+    }
+    QDataStream stream(&file);
+    writeUpdatePackage(stream, package);
+    if (!file.commit()) {
+        return failOnFile(err, packagePath, file);
+    }
+    out << inUserLanguage("Создан пакет %1, частей: %2", "Made the package %1, parts: %2")
+               .arg(packagePath)
+               .arg(package.parts.size())
+        << '\n';
+    return success;
+}
+
+int show(const QString& packagePath, QTextStream& out, QTextStream& err)
+{
+    QFile file(packagePath);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return failOnFile(err, packagePath, file);
+    }
+    QDataStream stream(&file);
+    UpdatePackage package;
+    const bool whole = readUpdatePackage(stream, package);
+    out << QString::fromUtf8(manifestFromPackage(package));
+    if (!whole) {
+        return fail(err, packagePath + ": " +
+                             inUserLanguage("пакет обрывается после части %1",
+                                            "the package is cut off behind part %1")
+                                 .arg(package.parts.size()));
+    }
+    return success;
+}
+
+} // namespace
+
+int runUpdateTool(const QStringList& arguments, QTextStream& out, QTextStream& err)
+{
+    if (arguments.contains("--help") || arguments.contains("-h")) {
+        out << helpText();
+        return success;
+    }
+    if (arguments.size() == 3 && arguments[0] == "make") {
+        return make(arguments[1], arguments[2], out, err);
+    }
+    if (arguments.size() == 2 && arguments[0] == "show") {
+        return show(arguments[1], out, err);
+    }
+    err << helpText();
+    return failure;
+}

@@ -1,0 +1,17 @@
+#include <QCoreApplication>
+#include <QTextStream>
+
+#include <cstdio>
+
+#include "tools/UpdateTool.h"
+#include "tools/UserLanguage.h"
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    prepareTerminal(out);
+    prepareTerminal(err);
+    return runUpdateTool(app.arguments().mid(1), out, err);
+}
