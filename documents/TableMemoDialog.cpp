@@ -180,7 +180,6 @@ void TableMemoDialog::setColumnWidths(const QStringList& headers, const QList<in
 {
     QTableWidget* table = m_ui->tableWidget;
     QHeaderView* header = table->horizontalHeader();
-    table->ensurePolished(); // the font that will be shown
     table->setHorizontalHeaderLabels(headers);
     for (int column = 0; column < headers.size() - 1; ++column) {
         int width = widths.at(column);
