@@ -80,6 +80,18 @@ void typeIntoCell(QTableWidget* table, int row, int column, const QString& text)
     QTRY_COMPARE(item->text(), text); // the editor commits from the event loop
 }
 
+void typeLetters(QWidget* editor, const QString& text)
+{
+    for (const QChar letter : text) {
+        if (letter.unicode() < 0x80) {
+            QTest::keyClick(editor, letter.toLatin1());
+        } else {
+            QTest::sendKeyEvent(QTest::Click, editor, Qt::Key_unknown, QString(letter),
+                                Qt::NoModifier);
+        }
+    }
+}
+
 void typeInto(QWidget* editor, const QString& text)
 {
     auto* line = qobject_cast<QLineEdit*>(editor);
@@ -89,7 +101,7 @@ void typeInto(QWidget* editor, const QString& text)
     line->setFocus();
     line->selectAll();
     QTest::keyClick(line, Qt::Key_Delete);
-    QTest::keyClicks(line, text);
+    typeLetters(line, text);
 }
 
 void clickButton(const QWidget* window, const QString& name)

@@ -51,6 +51,9 @@ Editor* editorOfTag(const QWidget* window, const QString& tag)
 /// must be visible.
 void typeIntoCell(QTableWidget* table, int row, int column, const QString& text);
 
+/// Types a text by keys, in any script: QTest::keyClicks() knows Latin letters only.
+void typeLetters(QWidget* editor, const QString& text);
+
 /// Replaces the text of a line editor, or of the one inside a combo, spin box or date edit, by
 /// keys.
 void typeInto(QWidget* editor, const QString& text);

@@ -20,6 +20,7 @@
 #include <functional>
 #include <memory>
 
+#include "DocumentFixture.h"
 #include "app/AppStyle.h"
 #include "documents/DocDialog.h"
 #include "documents/MainWindow.h"
@@ -54,35 +55,10 @@ const QString richContent = R"({
     "#B_NOTE": {"name": "Примечание", "type": 5, "value": "первая\nвторая"},
     "#A_HOURS": {"name": "Часы", "type": 2, "value": 144}})";
 
-template <class Widget>
-Widget* child(const QObject* parent, const char* name)
-{
-    Widget* widget = parent->findChild<Widget*>(name);
-    if (!widget) {
-        qFatal("no widget %s", name);
-    }
-    return widget;
-}
-
-void press(const QDialog* dialog, const char* button)
-{
-    QTest::mouseClick(child<QPushButton>(dialog, button), Qt::LeftButton);
-}
-
-/// Types a text of any script; QTest::keyClicks() knows Latin letters only.
-void typeText(QWidget* editor, const QString& text)
-{
-    for (const QChar letter : text) {
-        QTest::sendKeyEvent(QTest::Click, editor, Qt::Key_unknown, QString(letter),
-                            Qt::NoModifier);
-    }
-}
-
+/// Replaces the text of one of a dialog's line editors.
 void type(const QDialog* dialog, const char* edit, const QString& text)
 {
-    auto* line = child<QLineEdit>(dialog, edit);
-    line->clear();
-    typeText(line, text);
+    typeInto(named<QLineEdit>(dialog, edit), text);
 }
 
 /// "caption=value" for a row of the content pane; a button's caption in brackets.
@@ -153,8 +129,8 @@ private slots:
     void organisationData();
 
 private:
-    QTableWidget* list() const { return child<QTableWidget>(m_window.get(), "docsWidget"); }
-    QTableWidget* pane() const { return child<QTableWidget>(m_window.get(), "contentWidget"); }
+    QTableWidget* list() const { return named<QTableWidget>(m_window.get(), "docsWidget"); }
+    QTableWidget* pane() const { return named<QTableWidget>(m_window.get(), "contentWidget"); }
     void open();
     int addForm(const QString& name, const QString& fields = diplomaFields);
     int addDocument(const QString& lname, int type = 1, const QString& content = "{}");
@@ -395,11 +371,11 @@ void tst_MainWindowActions::textIsRead()
     bool readOnly = false;
     QString shown;
     m_driver->expect<TextMemoDialog>([&](TextMemoDialog* dialog) {
-        auto* edit = child<QTextEdit>(dialog, "textEdit");
+        auto* edit = named<QTextEdit>(dialog, "textEdit");
         readOnly = edit->isReadOnly();
-        typeText(edit, "правка");
+        typeLetters(edit, "правка");
         shown = dialog->text();
-        press(dialog, "buttonAccept");
+        clickButton(dialog, "buttonAccept");
     });
     QTest::mouseClick(pane()->cellWidget(5, 1), Qt::LeftButton);
     play();
@@ -413,7 +389,8 @@ void tst_MainWindowActions::textViewCancelled()
 {
     addDocument("Иванова", 1, richContent);
     open();
-    m_driver->expect<TextMemoDialog>([](TextMemoDialog* dialog) { press(dialog, "buttonReject"); });
+    m_driver->expect<TextMemoDialog>(
+        [](TextMemoDialog* dialog) { clickButton(dialog, "buttonReject"); });
     QTest::mouseClick(pane()->cellWidget(5, 1), Qt::LeftButton);
     play();
     QCOMPARE(pane()->cellWidget(5, 1)->property("text").toString(), QString("первая\nвторая"));
@@ -428,9 +405,9 @@ void tst_MainWindowActions::tableIsRead()
     bool acceptHidden = false;
     m_driver->expect<TableMemoDialog>([&](TableMemoDialog* dialog) {
         shown = dialog->tableValue();
-        acceptHidden = child<QPushButton>(dialog, "buttonAccept")->isHidden();
-        child<QTableWidget>(dialog, "tableWidget")->item(0, 0)->setText("правка");
-        press(dialog, "buttonReject");
+        acceptHidden = named<QPushButton>(dialog, "buttonAccept")->isHidden();
+        named<QTableWidget>(dialog, "tableWidget")->item(0, 0)->setText("правка");
+        clickButton(dialog, "buttonReject");
     });
     QTest::mouseClick(pane()->cellWidget(8, 1), Qt::LeftButton);
     play();
@@ -446,18 +423,18 @@ void tst_MainWindowActions::newDocumentIsStored()
     addDocument("Иванова");
     open();
     m_driver->expect<NewDocDlg>([](NewDocDlg* dialog) {
-        child<QComboBox>(dialog, "docTypeCmb")->setCurrentText("Диплом");
+        named<QComboBox>(dialog, "docTypeCmb")->setCurrentText("Диплом");
         type(dialog, "lnameEdit", "Орлова");
         type(dialog, "fnameEdit", "Мария");
         type(dialog, "mnameEdit", "Олеговна");
         type(dialog, "groupEdit", "11Б");
         type(dialog, "seriesEdit", "78 ВГ");
         type(dialog, "numberEdit", "0042");
-        child<QDateEdit>(dialog, "birthDateEdit")->setDate(QDate(2007, 8, 9));
-        child<QDateEdit>(dialog, "issueDateEdit")->setDate(QDate(2025, 6, 30));
-        QTest::keyClick(child<QCheckBox>(dialog, "duplicateCheck"), Qt::Key_Space);
-        child<QTableWidget>(dialog, "contentTable")->item(1, 1)->setText("Слесарь");
-        press(dialog, "saveButton");
+        named<QDateEdit>(dialog, "birthDateEdit")->setDate(QDate(2007, 8, 9));
+        named<QDateEdit>(dialog, "issueDateEdit")->setDate(QDate(2025, 6, 30));
+        QTest::keyClick(named<QCheckBox>(dialog, "duplicateCheck"), Qt::Key_Space);
+        named<QTableWidget>(dialog, "contentTable")->item(1, 1)->setText("Слесарь");
+        clickButton(dialog, "saveButton");
     });
     trigger("СОЗДАТЬ ДОКУМЕНТ");
 
@@ -492,8 +469,8 @@ void tst_MainWindowActions::newDocumentRejected()
     open();
     const QByteArray before = m_app->dump();
     m_driver->expect<NewDocDlg>([](NewDocDlg* dialog) {
-        child<QComboBox>(dialog, "docTypeCmb")->setCurrentText("Диплом");
-        press(dialog, "closeButton");
+        named<QComboBox>(dialog, "docTypeCmb")->setCurrentText("Диплом");
+        clickButton(dialog, "closeButton");
     });
     trigger("СОЗДАТЬ ДОКУМЕНТ");
     QCOMPARE(m_app->dump(), before);
@@ -506,9 +483,9 @@ void tst_MainWindowActions::newDocumentWithoutTypeIsDiscarded()
     open();
     const QByteArray before = m_app->dump();
     m_driver->expect<NewDocDlg>([](NewDocDlg* dialog) {
-        child<QComboBox>(dialog, "docTypeCmb")->setCurrentText("Диплом");
-        child<QComboBox>(dialog, "docTypeCmb")->setCurrentIndex(-1);
-        press(dialog, "saveButton");
+        named<QComboBox>(dialog, "docTypeCmb")->setCurrentText("Диплом");
+        named<QComboBox>(dialog, "docTypeCmb")->setCurrentIndex(-1);
+        clickButton(dialog, "saveButton");
     });
     trigger("СОЗДАТЬ ДОКУМЕНТ");
     QCOMPARE(m_app->dump(), before);
@@ -521,9 +498,9 @@ void tst_MainWindowActions::newDocumentWithApostropheIsRefused()
     open();
     const QByteArray before = m_app->dump();
     m_driver->expect<NewDocDlg>([](NewDocDlg* dialog) {
-        child<QComboBox>(dialog, "docTypeCmb")->setCurrentText("Диплом");
+        named<QComboBox>(dialog, "docTypeCmb")->setCurrentText("Диплом");
         type(dialog, "lnameEdit", "О'Нил");
-        press(dialog, "saveButton");
+        clickButton(dialog, "saveButton");
     });
     const LogCatcher log;
     trigger("СОЗДАТЬ ДОКУМЕНТ");
@@ -543,9 +520,9 @@ void tst_MainWindowActions::newDocumentInSortedList()
     open();
     list()->sortByColumn(0, Qt::AscendingOrder);
     m_driver->expect<NewDocDlg>([](NewDocDlg* dialog) {
-        child<QComboBox>(dialog, "docTypeCmb")->setCurrentText("Аттестат");
+        named<QComboBox>(dialog, "docTypeCmb")->setCurrentText("Аттестат");
         type(dialog, "lnameEdit", "Орлова");
-        press(dialog, "saveButton");
+        clickButton(dialog, "saveButton");
     });
     trigger("СОЗДАТЬ ДОКУМЕНТ");
     QCOMPARE(rows(), QStringList({"2 Антонова", "3 Орлова", "1 Яковлева"}));
@@ -562,26 +539,26 @@ void tst_MainWindowActions::editIsStored()
     open();
     m_driver->expect<DocDialog>([](DocDialog* dialog) {
         QCOMPARE(dialog->windowTitle(), QString("Изменение документа"));
-        QCOMPARE(child<QLineEdit>(dialog, "seriesEdit")->text(), QString("77 АБ"));
-        QCOMPARE(child<QLineEdit>(dialog, "numberEdit")->text(), QString("001"));
-        QCOMPARE(child<QLineEdit>(dialog, "fnameEdit")->text(), QString("Анна"));
-        QCOMPARE(child<QLineEdit>(dialog, "lnameEdit")->text(), QString("Иванова"));
-        QCOMPARE(child<QLineEdit>(dialog, "mnameEdit")->text(), QString("Ильинична"));
-        QCOMPARE(child<QDateEdit>(dialog, "birthDateEdit")->text(), QString("02-01-2006"));
-        QCOMPARE(child<QComboBox>(dialog, "docTypeCmb")->currentText(), QString("Диплом"));
-        QCOMPARE(child<QLineEdit>(dialog, "groupEdit")->text(), QString("9А"));
-        QCOMPARE(child<QDateEdit>(dialog, "issueDateEdit")->text(), QString("20-06-2024"));
-        QCOMPARE(child<QDateEdit>(dialog, "editDateEdit")->text(), QString("21-06-2024"));
-        QVERIFY(child<QCheckBox>(dialog, "duplicateCheck")->isChecked());
+        QCOMPARE(named<QLineEdit>(dialog, "seriesEdit")->text(), QString("77 АБ"));
+        QCOMPARE(named<QLineEdit>(dialog, "numberEdit")->text(), QString("001"));
+        QCOMPARE(named<QLineEdit>(dialog, "fnameEdit")->text(), QString("Анна"));
+        QCOMPARE(named<QLineEdit>(dialog, "lnameEdit")->text(), QString("Иванова"));
+        QCOMPARE(named<QLineEdit>(dialog, "mnameEdit")->text(), QString("Ильинична"));
+        QCOMPARE(named<QDateEdit>(dialog, "birthDateEdit")->text(), QString("02-01-2006"));
+        QCOMPARE(named<QComboBox>(dialog, "docTypeCmb")->currentText(), QString("Диплом"));
+        QCOMPARE(named<QLineEdit>(dialog, "groupEdit")->text(), QString("9А"));
+        QCOMPARE(named<QDateEdit>(dialog, "issueDateEdit")->text(), QString("20-06-2024"));
+        QCOMPARE(named<QDateEdit>(dialog, "editDateEdit")->text(), QString("21-06-2024"));
+        QVERIFY(named<QCheckBox>(dialog, "duplicateCheck")->isChecked());
         // The stored content, not a fresh one of the form.
-        auto* content = child<QTableWidget>(dialog, "contentTable");
+        auto* content = named<QTableWidget>(dialog, "contentTable");
         QCOMPARE(content->rowCount(), 1);
         content->item(0, 1)->setText("стало");
         type(dialog, "lnameEdit", "Кузнецова");
         type(dialog, "groupEdit", "10А");
         type(dialog, "numberEdit", "777");
-        child<QDateEdit>(dialog, "issueDateEdit")->setDate(QDate(2024, 7, 1));
-        press(dialog, "saveButton");
+        named<QDateEdit>(dialog, "issueDateEdit")->setDate(QDate(2024, 7, 1));
+        clickButton(dialog, "saveButton");
     });
     trigger("РЕДАКТИРОВАТЬ\nДОКУМЕНТ");
 
@@ -615,8 +592,8 @@ void tst_MainWindowActions::editByDoubleClick()
     addDocument("Петрова");
     open();
     m_driver->expect<DocDialog>([](DocDialog* dialog) {
-        QCOMPARE(child<QLineEdit>(dialog, "lnameEdit")->text(), QString("Петрова"));
-        press(dialog, "closeButton");
+        QCOMPARE(named<QLineEdit>(dialog, "lnameEdit")->text(), QString("Петрова"));
+        clickButton(dialog, "closeButton");
     });
     const QPoint cell = list()->visualItemRect(list()->item(1, 1)).center();
     QTest::mouseClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, cell);
@@ -631,7 +608,7 @@ void tst_MainWindowActions::editRejected()
     const QByteArray before = m_app->dump();
     m_driver->expect<DocDialog>([](DocDialog* dialog) {
         type(dialog, "lnameEdit", "Кузнецова");
-        press(dialog, "closeButton");
+        clickButton(dialog, "closeButton");
     });
     trigger("РЕДАКТИРОВАТЬ\nДОКУМЕНТ");
     QCOMPARE(m_app->dump(), before);
@@ -647,7 +624,7 @@ void tst_MainWindowActions::editWithApostropheShowsWhatWasEntered()
     m_driver->expect<DocDialog>([](DocDialog* dialog) {
         type(dialog, "lnameEdit", "О'Нил");
         type(dialog, "numberEdit", "777");
-        press(dialog, "saveButton");
+        clickButton(dialog, "saveButton");
     });
     const LogCatcher log;
     trigger("РЕДАКТИРОВАТЬ\nДОКУМЕНТ");
@@ -671,7 +648,7 @@ void tst_MainWindowActions::editMovesTheRowInSortedList()
     m_driver->expect<DocDialog>([](DocDialog* dialog) {
         type(dialog, "lnameEdit", "Белова");
         type(dialog, "groupEdit", "1Б");
-        press(dialog, "saveButton");
+        clickButton(dialog, "saveButton");
     });
     trigger("РЕДАКТИРОВАТЬ\nДОКУМЕНТ");
     QCOMPARE(rows(), QStringList({"1 Антонова", "3 Белова", "2 Петрова"}));
@@ -691,10 +668,10 @@ void tst_MainWindowActions::editOfDeletedFormWritesNothing()
     m_window->loadDocTypes();
     const QByteArray before = m_app->dump();
     m_driver->expect<DocDialog>([](DocDialog* dialog) {
-        QCOMPARE(child<QComboBox>(dialog, "docTypeCmb")->currentIndex(), -1);
-        QCOMPARE(child<QTableWidget>(dialog, "contentTable")->rowCount(), 1);
+        QCOMPARE(named<QComboBox>(dialog, "docTypeCmb")->currentIndex(), -1);
+        QCOMPARE(named<QTableWidget>(dialog, "contentTable")->rowCount(), 1);
         type(dialog, "lnameEdit", "Кузнецова");
-        press(dialog, "saveButton");
+        clickButton(dialog, "saveButton");
     });
     trigger("РЕДАКТИРОВАТЬ\nДОКУМЕНТ");
     QCOMPARE(m_app->dump(), before);
@@ -733,9 +710,9 @@ void tst_MainWindowActions::copyStandsAboveItsSource()
     selectRow(1);
     m_driver->expect<DocDialog>([](DocDialog* dialog) {
         QCOMPARE(dialog->windowTitle(), QString("Изменение документа"));
-        QCOMPARE(child<QLineEdit>(dialog, "lnameEdit")->text(), QString("Петрова"));
+        QCOMPARE(named<QLineEdit>(dialog, "lnameEdit")->text(), QString("Петрова"));
         type(dialog, "lnameEdit", "Новая");
-        press(dialog, "saveButton");
+        clickButton(dialog, "saveButton");
     });
     trigger("СОЗДАТЬ КОПИЮ\nДОКУМЕНТА");
     QCOMPARE(rows(), QStringList({"1 Иванова", "4 Новая", "2 Петрова", "3 Смирнова"}));
@@ -764,7 +741,7 @@ void tst_MainWindowActions::copyInSortedList()
     selectRow(0);
     m_driver->expect<DocDialog>([](DocDialog* dialog) {
         type(dialog, "lnameEdit", "Яковлева");
-        press(dialog, "saveButton");
+        clickButton(dialog, "saveButton");
     });
     trigger("СОЗДАТЬ КОПИЮ\nДОКУМЕНТА");
     QCOMPARE(rows(), QStringList({"1 Антонова", "2 Петрова", "3 Яковлева"}));
@@ -776,7 +753,7 @@ void tst_MainWindowActions::copyRejected()
     addDocument("Иванова");
     open();
     const QByteArray before = m_app->dump();
-    m_driver->expect<DocDialog>([](DocDialog* dialog) { press(dialog, "closeButton"); });
+    m_driver->expect<DocDialog>([](DocDialog* dialog) { clickButton(dialog, "closeButton"); });
     trigger("СОЗДАТЬ КОПИЮ\nДОКУМЕНТА");
     QCOMPARE(m_app->dump(), before);
     QCOMPARE(list()->rowCount(), 1);
@@ -788,8 +765,8 @@ void tst_MainWindowActions::copyWithApostropheIsRefused()
     open();
     const QByteArray before = m_app->dump();
     m_driver->expect<DocDialog>([](DocDialog* dialog) {
-        child<QTableWidget>(dialog, "contentTable")->item(0, 1)->setText("д'Артаньян");
-        press(dialog, "saveButton");
+        named<QTableWidget>(dialog, "contentTable")->item(0, 1)->setText("д'Артаньян");
+        clickButton(dialog, "saveButton");
     });
     const LogCatcher log;
     trigger("СОЗДАТЬ КОПИЮ\nДОКУМЕНТА");
@@ -852,7 +829,7 @@ void tst_MainWindowActions::deleteShowsAllDocumentsAgain()
     addDocument("Петрова");
     addDocument("Иваненко");
     open();
-    auto* name = child<QLineEdit>(m_window.get(), "filterNameEdit");
+    auto* name = named<QLineEdit>(m_window.get(), "filterNameEdit");
     name->setText("Иван");
     m_window->applyFilters();
     QCOMPARE(rows(), QStringList({"1 Иванова", "3 Иваненко"}));
@@ -949,9 +926,9 @@ void tst_MainWindowActions::printOpensThePreview()
     open();
     selectRow(1);
     m_driver->expect<PrinPreviewDialog>([](PrinPreviewDialog* dialog) {
-        QCOMPARE(child<QComboBox>(dialog, "comboBoxBlank")->currentText(),
+        QCOMPARE(named<QComboBox>(dialog, "comboBoxBlank")->currentText(),
                  QString("Твёрдая обложка"));
-        press(dialog, "buttonReject");
+        clickButton(dialog, "buttonReject");
     });
     trigger("ПЕЧАТЬ");
 }
@@ -961,11 +938,11 @@ void tst_MainWindowActions::formsAreReloadedAfterAccept()
     open();
     m_driver->expect<FormsDlg>([&](FormsDlg* dialog) {
         m_app->exec("UPDATE forms SET FORM_NAME = 'Свидетельство' WHERE ID = 2");
-        press(dialog, "buttonAccept");
+        clickButton(dialog, "buttonAccept");
     });
     trigger("ФОРМЫ");
     QCOMPARE(docTypeNames, (QMap<int, QString>{{1, "Диплом"}, {2, "Свидетельство"}}));
-    const auto* types = child<QComboBox>(m_window.get(), "filterTypeCmb");
+    const auto* types = named<QComboBox>(m_window.get(), "filterTypeCmb");
     QCOMPARE(types->itemText(1), QString("Свидетельство"));
     QCOMPARE(types->currentIndex(), 0);
 }
@@ -975,20 +952,20 @@ void tst_MainWindowActions::formsAreNotReloadedAfterReject()
     open();
     m_driver->expect<FormsDlg>([&](FormsDlg* dialog) {
         m_app->exec("UPDATE forms SET FORM_NAME = 'Свидетельство' WHERE ID = 2");
-        press(dialog, "buttonReject");
+        clickButton(dialog, "buttonReject");
     });
-    child<QAction>(m_window.get(), "actionForms")->trigger();
+    named<QAction>(m_window.get(), "actionForms")->trigger();
     play();
     QCOMPARE(docTypeNames, (QMap<int, QString>{{1, "Диплом"}, {2, "Аттестат"}}));
-    QCOMPARE(child<QComboBox>(m_window.get(), "filterTypeCmb")->currentIndex(), -1);
+    QCOMPARE(named<QComboBox>(m_window.get(), "filterTypeCmb")->currentIndex(), -1);
 }
 
 void tst_MainWindowActions::organisationData()
 {
     open();
     m_driver->expect<ChangeOrgDataDlg>(
-        [](ChangeOrgDataDlg* dialog) { press(dialog, "closeButton"); });
-    child<QAction>(m_window.get(), "menuAction_LocalChangeOrgData")->trigger();
+        [](ChangeOrgDataDlg* dialog) { clickButton(dialog, "closeButton"); });
+    named<QAction>(m_window.get(), "menuAction_LocalChangeOrgData")->trigger();
     play();
 }
 
