@@ -21,6 +21,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "blanks/BlankDlg.h"
 #include "documents/Archive.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
@@ -28,6 +29,7 @@
 #include "documents/NewDocDlg.h"
 #include "documents/ZelvoraTableButton.h"
 #include "documents/ZelvoraTextButton.h"
+#include "exchange/ExportDlg.h"
 #include "forms/FormDefinitions.h"
 #include "forms/FormsDlg.h"
 #include "render/PrinPreviewDialog.h"
@@ -302,9 +304,20 @@ void MainWindow::showForms()
     }
 }
 
-void MainWindow::showBlanks() {}
+void MainWindow::showBlanks()
+{
+    BlankDlg dialog(this);
+    dialog.exec();
+}
 
-void MainWindow::showExport() {}
+void MainWindow::showExport()
+{
+    const SortingPause pause(ui->docsWidget);
+    ExportDlg dialog(this);
+    dialog.setDocsQuery(m_filterQuery);
+    dialog.exec();
+    updateDocsTable(QString());
+}
 
 void MainWindow::loadData()
 {

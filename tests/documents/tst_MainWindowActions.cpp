@@ -22,6 +22,7 @@
 
 #include "DocumentFixture.h"
 #include "app/AppStyle.h"
+#include "blanks/BlankDlg.h"
 #include "documents/DocDialog.h"
 #include "documents/MainWindow.h"
 #include "documents/NewDocDlg.h"
@@ -29,6 +30,7 @@
 #include "documents/TextMemoDialog.h"
 #include "documents/ZelvoraTableButton.h"
 #include "documents/ZelvoraTextButton.h"
+#include "exchange/ExportDlg.h"
 #include "forms/FormDefinitions.h"
 #include "forms/FormsDlg.h"
 #include "render/PrinPreviewDialog.h"
@@ -127,6 +129,9 @@ private slots:
     void formsAreReloadedAfterAccept();
     void formsAreNotReloadedAfterReject();
     void organisationData();
+    void blanksAreListed();
+    void exchangeShowsAllDocumentsAgain();
+    void exportGoesByTheLastFilter();
 
 private:
     QTableWidget* list() const { return named<QTableWidget>(m_window.get(), "docsWidget"); }
@@ -967,6 +972,78 @@ void tst_MainWindowActions::organisationData()
         [](ChangeOrgDataDlg* dialog) { clickButton(dialog, "closeButton"); });
     named<QAction>(m_window.get(), "menuAction_LocalChangeOrgData")->trigger();
     play();
+}
+
+void tst_MainWindowActions::blanksAreListed()
+{
+    addDocument("Иванова");
+    open();
+    const QByteArray before = m_app->dump();
+    for (int way = 0; way < 2; ++way) {
+        m_driver->expect<BlankDlg>([&](BlankDlg* dialog) {
+            QCOMPARE(dialog->parentWidget(), m_window.get());
+            m_app->exec("INSERT INTO docs (LNAME, TEMPLATE) VALUES ('Позже', 0)");
+            dialog->reject();
+        });
+        if (way == 0) {
+            trigger("БЛАНКИ");
+        } else {
+            named<QAction>(m_window.get(), "actionBlanks")->trigger();
+            play();
+        }
+        QCOMPARE(rows(), QStringList({"1 Иванова"})); // nothing follows
+    }
+    QVERIFY(m_app->dump() != before);
+}
+
+void tst_MainWindowActions::exchangeShowsAllDocumentsAgain()
+{
+    addDocument("Яковлева");
+    addDocument("Иванова");
+    open();
+    list()->sortByColumn(0, Qt::AscendingOrder);
+    named<QLineEdit>(m_window.get(), "filterNameEdit")->setText("Иван");
+    m_window->applyFilters();
+    QCOMPARE(rows(), QStringList({"2 Иванова"}));
+    m_driver->expect<ExportDlg>([&](ExportDlg* dialog) {
+        QCOMPARE(dialog->parentWidget(), m_window.get());
+        QVERIFY(!list()->isSortingEnabled());
+        addDocument("Антонова"); // as an import does
+        dialog->reject();
+    });
+    trigger("ЭКСПОРТ\nИМПОРТ");
+    QCOMPARE(rows(), QStringList({"3 Антонова", "2 Иванова", "1 Яковлева"}));
+    QVERIFY(list()->isSortingEnabled());
+    QCOMPARE(named<QLineEdit>(m_window.get(), "filterNameEdit")->text(), QString("Иван"));
+}
+
+void tst_MainWindowActions::exportGoesByTheLastFilter()
+{
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    addDocument("Иванова");
+    addDocument("Петрова");
+    // The workbook of the template is missing; what counts here is which documents are read.
+    m_app->exec("INSERT INTO export (NAME, FIELDS, TYPE, TEMPLATE, FROM_ROW, TO_ROW, DATE_FORMAT) "
+                "VALUES ('Список', ?, 0, '', 2, 99, 'dd.MM.yyyy')",
+                {R"({"items": [{"col": "A", "tag": "#LNAME"}]})"});
+    open();
+    named<QLineEdit>(m_window.get(), "filterNameEdit")->setText("Петр");
+    m_window->applyFilters();
+    m_window->resetFilters(); // the list shows all, the export keeps to the filter
+    const QString book = m_app->path("out.xlsx");
+    m_driver->expect<ExportDlg>([&](ExportDlg* dialog) {
+        named<QTableWidget>(dialog, "templatesWidget")->setCurrentCell(0, 0);
+        clickButton(dialog, "exportButton");
+        dialog->reject();
+    });
+    m_driver->expectFileDialog(book);
+    m_driver->expect<QMessageBox>([](QMessageBox* box) { box->accept(); });
+    trigger("ЭКСПОРТ\nИМПОРТ");
+    const ProcessResult read = runPython("import openpyxl, sys\n"
+                                         "sheet = openpyxl.load_workbook(sys.argv[1]).active\n"
+                                         "print([c.value for c in sheet['A']])\n",
+                                         {book});
+    QCOMPARE(QString::fromUtf8(read.out), QString("[None, 'Петрова']\n"));
 }
 
 QTEST_MAIN(tst_MainWindowActions)
