@@ -28,7 +28,7 @@ QSizeF unbrokenSize(const QString& text, const QFont& font, qreal lineSpacing)
 } // namespace
 
 FrameLabel::FrameLabel(const QString& text)
-    : QLabel(text)
+    : PageWidget(text)
 {
 }
 
@@ -39,7 +39,7 @@ void FrameLabel::setRoom(const QSizeF& room, const QFont& font, qreal lineSpacin
     if (hasMarkup(text())) {
         return;
     }
-    const QSizeF needed = unbrokenSize(text(), font, lineSpacing);
+    const QSizeF needed = unbrokenSize(text(), QFont(font, this), lineSpacing);
     m_fits =
         needed.width() + rounding <= room.width() && needed.height() + rounding <= room.height();
 }

@@ -3,10 +3,12 @@
 #include <QLabel>
 #include <QSizeF>
 
+#include "render/PageWidget.h"
+
 /// The label of a text item. Its size hints, which cost a rich text label some ten layouts of its
 /// text, are spared where they make no difference: in a frame that has room enough for the text on
 /// unbroken lines, the layout gives a label that is alone in it all the room.
-class FrameLabel : public QLabel
+class FrameLabel : public PageWidget<QLabel>
 {
 public:
     explicit FrameLabel(const QString& text);

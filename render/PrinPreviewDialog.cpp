@@ -25,6 +25,7 @@
 #include "blanks/GraphicsZItem.h"
 #include "forms/FormDefinitions.h"
 #include "render/FrameLabel.h"
+#include "render/PageWidget.h"
 #include "render/QrPixmap.h"
 #include "render/QrPixmapItem.h"
 #include "render/TagExpansion.h"
@@ -141,7 +142,7 @@ QFont fontOf(const QJsonObject& item, const QFont& blankFont)
 
 QTableWidget* makeTable()
 {
-    auto* table = new QTableWidget;
+    auto* table = new PageWidget<QTableWidget>;
     table->setGridStyle(Qt::NoPen);
     table->setShowGrid(false);
     table->setSelectionMode(QAbstractItemView::NoSelection);
@@ -414,10 +415,12 @@ QGraphicsProxyWidget* PrinPreviewDialog::createBlankFieldTableItem(const QJsonOb
         qDebug() << "createBlankFieldTableItem error: Table is empty";
         return frame.container;
     }
+    const QFont cellFont(font, table);
+    table->setFont(cellFont); // a cell takes the resolution of its font from here
     table->setColumnCount(columns.size());
     setColumnWidths(table, item["columns_width"].toArray());
-    setRowDefaults(table, item, font);
-    fillRows(table, docField["value"].toArray(), item, font);
+    setRowDefaults(table, item, cellFont);
+    fillRows(table, docField["value"].toArray(), item, cellFont);
     if (hasStroke(item)) {
         table->setFixedHeight(heightOfRows(table));
         addStroke(frame, createZItem());

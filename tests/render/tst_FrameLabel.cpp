@@ -76,7 +76,8 @@ void tst_FrameLabel::samePlaceAsALabel()
         for (const double width : {5.0, 60.0, 117.3, 160.0, 250.0, 700.0}) {
             for (const double height : {5.0, 24.5, 40.0, 45.0, 64.0, 200.0}) {
                 const QSizeF size(width, height);
-                const auto expected = place(new QLabel(text), text, font, percent, size);
+                const auto expected =
+                    place(new PageWidget<QLabel>(text), text, font, percent, size);
                 auto* label = new FrameLabel(text);
                 const int margin = QApplication::style()->pixelMetric(QStyle::PM_LayoutLeftMargin);
                 label->setRoom(size - QSizeF(2 * margin, 2 * margin), font, percent / 100.0);
@@ -101,7 +102,7 @@ void tst_FrameLabel::hintsAreSparedInALargeFrame()
 void tst_FrameLabel::hintsAreTheToolkitsInASmallFrame()
 {
     const QFont font("Liberation Serif", 12);
-    QLabel plain("Иванов Иван");
+    PageWidget<QLabel> plain("Иванов Иван");
     plain.setFont(font);
     for (const QSizeF& room : {notTold, QSizeF(30, 60), QSizeF(300, 10)}) {
         FrameLabel label("Иванов Иван");

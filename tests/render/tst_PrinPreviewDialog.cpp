@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QTableWidget>
 
 #include "app/AppStyle.h"
@@ -145,6 +146,7 @@ private slots:
     void alignment();
     void font_data();
     void font();
+    void fontsAreThoseOfPaper();
     void tagsAreExpanded();
     void absentKeys();
     void strangeNumbers();
@@ -563,6 +565,16 @@ void tst_PrinPreviewDialog::font()
     QCOMPARE(page.label()->font().pointSize(), size);
     QCOMPARE(page.table(1)->item(0, 0)->font().family(), family);
     QCOMPARE(page.table(1)->item(0, 0)->font().pointSize(), size);
+}
+
+void tst_PrinPreviewDialog::fontsAreThoseOfPaper()
+{
+    // Not those of the screen: its 100 dots per inch would make 12 points 17 units high.
+    QCOMPARE(qRound(QGuiApplication::primaryScreen()->logicalDotsPerInch()), 100);
+    Page page;
+    page.build({textItem("Текст"), tableItem("#T")}, {{"#T", tableEntry({{"а"}})}});
+    QCOMPARE(QFontInfo(page.label()->font()).pixelSize(), 16);
+    QCOMPARE(QFontInfo(page.table(1)->item(0, 0)->font()).pixelSize(), 16);
 }
 
 void tst_PrinPreviewDialog::tagsAreExpanded()
