@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "tools/DatabaseTool.h"
+#include "tools/Display.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -15,11 +16,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv)
     if (argc < 2 || qstrcmp(argv[1], "sample") != 0) {
         return std::make_unique<QCoreApplication>(argc, argv);
     }
-#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen"); // no display is asked for
-    }
-#endif
+    useNoDisplay();
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 

@@ -1,0 +1,469 @@
+#include <QtTest>
+
+#include <QDir>
+#include <QFile>
+#include <QPrinter>
+#include <QProcess>
+#include <QTextStream>
+
+#include "render/PrinPreviewDialog.h"
+#include "support/PdfMeasure.h"
+#include "support/PrintFixture.h"
+#include "support/Process.h"
+#include "tools/PrintOptions.h"
+
+namespace {
+
+constexpr int success = 0;
+constexpr int someFailed = 1;
+constexpr int failure = 2;
+
+const QString program = QString(ZELVORA_BIN_DIR) + "/tools/zelvora-print";
+
+/// Runs the program in an environment without a display; `locale` is the user's language.
+ProcessResult runPrint(const QStringList& arguments, const QString& locale = "C.UTF-8")
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LANGUAGE"}) {
+        environment.remove(name);
+    }
+    environment.insert("LC_ALL", locale);
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(program, arguments);
+    ProcessResult result;
+    if (process.waitForFinished() && process.exitStatus() == QProcess::NormalExit) {
+        result.exitCode = process.exitCode();
+    }
+    result.out = process.readAllStandardOutput();
+    result.err = process.readAllStandardError();
+    return result;
+}
+
+/// A directory with documents of two forms and three blanks.
+class Directory : public PrintFixture
+{
+public:
+    Directory()
+    {
+        landscape = addBlank({blankItem(0, "Бланк^: #LNAME", QRectF(100, 100, 400, 60)),
+                              blankItem(1, "#BLANK_NO", QRectF(600, 100, 98, 98))},
+                             {{"NAME", "Альбом"}, {"OFFSET_X", 2}, {"OFFSET_Y", -3}});
+        portrait = addBlank({blankItem(0, "Книга: #LNAME #ORG_REGION", QRectF(50, 50, 400, 60))},
+                            {{"NAME", "Книга"},
+                             {"PAPER_FORMAT", 1},
+                             {"PAPER_ORIENTATION", 1},
+                             {"SIZE_WIDTH", 148},
+                             {"SIZE_HEIGHT", 210},
+                             {"BACKGROUND_IMG", "back.png"}});
+        addBlank({blankItem(0, "Чужой", QRectF(50, 50, 400, 60))},
+                 {{"NAME", "Чужой"}, {"FORM_ID", 2}});
+        person("Иванов", "9А", "2021-06-25");
+        person("Петрова", "9Б", "2022-06-25");
+        person("Иваненко", "9А", "2023-06-25");
+        person("О'Нил", "11", "2023-06-26", 2);
+        addDocument({}, {{"LNAME", "Шаблонов"}, {"TEMPLATE", 1}});
+        QImage picture(148, 210, QImage::Format_RGB32);
+        picture.fill(Qt::black);
+        picture.save(path("back.png"));
+    }
+
+    QVariant person(const QString& surname, const QString& group, const QString& issued,
+                    int type = 1)
+    {
+        return addDocument(
+            {},
+            {{"LNAME", surname}, {"DOC_GROUP", group}, {"ISSUE_DATE", issued}, {"DOC_TYPE", type}});
+    }
+
+    QStringList filesIn(const QString& folder) const
+    {
+        return QDir(path(folder)).entryList(QDir::Files, QDir::Name);
+    }
+
+    ProcessResult print(const QStringList& arguments, const QString& locale = "C.UTF-8") const
+    {
+        return runPrint(QStringList{"--dir", path()} + arguments, locale);
+    }
+
+    QVariant landscape;
+    QVariant portrait;
+};
+
+} // namespace
+
+/// The companion program that prints documents without a window.
+class tst_ZelvoraPrint : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void helpInTheUsersLanguage();
+    void wrongOptions_data();
+    void wrongOptions();
+    void messagesInTheUsersLanguage();
+    void oneDocument();
+    void samePageAsTheApplications();
+    void chosenBlank_data();
+    void chosenBlank();
+    void unknownBlank();
+    void background();
+    void organisation();
+    void unknownDocument();
+    void aFilePerDocument();
+    void oneFileForAll();
+    void filters_data();
+    void filters();
+    void documentWithoutBlankDoesNotStopTheRest();
+    void namesFitForFiles();
+    void noDatabase();
+    void brokenDatabase();
+    void outputThatCannotBeWritten_data();
+    void outputThatCannotBeWritten();
+    void unknownPrinter();
+    void databaseStaysAsItWas();
+};
+
+void tst_ZelvoraPrint::helpInTheUsersLanguage()
+{
+    const ProcessResult english = runPrint({"--help"});
+    QCOMPARE(english.exitCode, success);
+    QVERIFY(english.out.startsWith("Usage: zelvora-print "));
+    QVERIFY(english.err.isEmpty());
+    const ProcessResult russian = runPrint({"--id", "1", "--help"}, "ru_RU.UTF-8");
+    QCOMPARE(russian.exitCode, success);
+    QVERIFY(russian.out.startsWith("Использование: zelvora-print "));
+    QCOMPARE(runPrint({"-h"}).out, english.out);
+    for (const char* option :
+         {"--id", "--all", "--surname", "--group", "--type", "--from", "--to", "--output",
+          "--printer", "--blank", "--background", "--dir", "--org-data", "--help"})
+    {
+        QVERIFY2(english.out.contains(option) && russian.out.contains(option), option);
+    }
+}
+
+void tst_ZelvoraPrint::wrongOptions_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("nothing") << QStringList() << "one of --id and --all is needed";
+    QTest::newRow("both") << QStringList{"--id", "1", "--all", "--output", "x.pdf"}
+                          << "one of --id and --all is needed";
+    QTest::newRow("no target") << QStringList{"--all"} << "one of --output and --printer is needed";
+    QTest::newRow("two targets") << QStringList{"--all", "--output", "x.pdf", "--printer", "p"}
+                                 << "one of --output and --printer is needed";
+    QTest::newRow("empty target") << QStringList{"--all", "--output", ""}
+                                  << "no file or folder is named";
+    QTest::newRow("unknown") << QStringList{"--all", "--color"} << "unknown option: color";
+    QTest::newRow("no value") << QStringList{"--all", "--output"} << "wrong options: ";
+    QTest::newRow("argument") << QStringList{"--all", "x.pdf"} << "unexpected argument: x.pdf";
+    QTest::newRow("ID") << QStringList{"--id", "1;", "--output", "x.pdf"}
+                        << "the document's ID is no number: 1;";
+    QTest::newRow("ID and filter") << QStringList{"--id", "1", "--group", "9", "--output", "x.pdf"}
+                                   << "--id goes with no filter: --group";
+    QTest::newRow("form") << QStringList{"--all", "--type", "a", "--output", "x.pdf"}
+                          << "the form's ID is no number: a";
+    QTest::newRow("date") << QStringList{"--all", "--from", "25.06.2021", "--output", "x.pdf"}
+                          << "no date of the form yyyy-MM-dd: 25.06.2021";
+}
+
+void tst_ZelvoraPrint::wrongOptions()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    PrintOptions options;
+    QVERIFY(!options.parse(arguments));
+    QVERIFY2(options.error().startsWith(message), qPrintable(options.error()));
+}
+
+void tst_ZelvoraPrint::messagesInTheUsersLanguage()
+{
+    const Directory directory;
+    const ProcessResult english = directory.print({"--all", "--color"});
+    QCOMPARE(english.exitCode, failure);
+    QVERIFY(english.out.isEmpty());
+    QCOMPARE(english.err, QByteArray("zelvora-print: unknown option: color\n"
+                                     "Help: zelvora-print --help\n"));
+    const ProcessResult russian = directory.print({"--all", "--color"}, "ru_RU.UTF-8");
+    QCOMPARE(QString::fromUtf8(russian.err),
+             QString("zelvora-print: неизвестный ключ: color\nСправка: zelvora-print --help\n"));
+}
+
+void tst_ZelvoraPrint::oneDocument()
+{
+    const Directory directory;
+    const QString file = directory.path("one.pdf");
+    const ProcessResult result = directory.print({"--id", "1", "--output", file});
+    QCOMPARE(result.exitCode, success);
+    QCOMPARE(QString::fromUtf8(result.out), file + "\n");
+    QVERIFY2(result.err.isEmpty(), result.err);
+
+    const PdfMeasure pdf(file);
+    QCOMPARE(pdf.pageCount(), 1);
+    QCOMPARE(pdf.text(), QString("Бланк: Иванов"));
+    QVERIFY(qAbs(pdf.pageSize().width() - 297) < 0.5);
+    // The symbol's dark corner at 604 less 7 units (2 mm), 104 and 11 (-3 mm); 793 units on 210 mm.
+    const double unit = 210.0 / 793;
+    const QRectF symbol = pdf.ink(QRectF(150, 20, 50, 50));
+    QVERIFY(qAbs(symbol.left() - 597 * unit) < 0.3);
+    QVERIFY(qAbs(symbol.top() - 115 * unit) < 0.3);
+    QVERIFY(qAbs(symbol.width() - 65 * unit) < 0.3);
+}
+
+void tst_ZelvoraPrint::samePageAsTheApplications()
+{
+    Directory directory;
+    const QVariant document = directory.addDocument(
+        {{"#T", tableEntry({{"Алгебра и начала анализа", "5"}, {"Физика", "4"}, {"Химия", "3"}})}});
+    directory.addBlank({blankItem(0, "Очень длинный текст #LNAME", QRectF(50, 50, 150, 60)),
+                        blankItem(0, "Росчерк", QRectF(300, 50, 300, 160), {{"f_cut", 1}}),
+                        blankItem(2, "#T", QRectF(50, 300, 300, 90)),
+                        blankItem(2, "#T", QRectF(500, 300, 300, 300), {{"f_cut", 1}})},
+                       {{"NAME", "Полный"}});
+    const QString ours = directory.path("ours.pdf");
+    QCOMPARE(directory.print({"--id", document.toString(), "--blank", "Полный", "--output", ours})
+                 .exitCode,
+             success);
+
+    // The application's way: a shown dialog whose event loop has run.
+    const QVariant blank = directory.value("SELECT ID FROM blanks WHERE NAME = 'Полный'");
+    PrinPreviewDialog dialog(document);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(dialog.buildScene(dialog.pageScene(), document, blank));
+    QTest::qWait(50);
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(directory.path("application.pdf"));
+    QVERIFY(dialog.printTo(printer));
+    QCOMPARE(PdfMeasure(ours).image(), PdfMeasure(directory.path("application.pdf")).image());
+    QVERIFY(PdfMeasure(ours).ink().width() > 150);
+}
+
+void tst_ZelvoraPrint::chosenBlank_data()
+{
+    QTest::addColumn<QString>("blank");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("first of the form") << ""
+                                       << "Бланк: Иванов";
+    QTest::newRow("by ID") << "2"
+                           << "Книга: Иванов";
+    QTest::newRow("by name") << "Книга"
+                             << "Книга: Иванов";
+}
+
+void tst_ZelvoraPrint::chosenBlank()
+{
+    QFETCH(QString, blank);
+    QFETCH(QString, text);
+    const Directory directory;
+    QCOMPARE(directory.portrait.toInt(), 2);
+    const QString file = directory.path("one.pdf");
+    const QStringList choice = blank.isEmpty() ? QStringList() : QStringList{"--blank", blank};
+    QCOMPARE(directory.print(QStringList{"--id", "1", "--output", file} + choice).exitCode,
+             success);
+    QCOMPARE(PdfMeasure(file).text(), text);
+}
+
+void tst_ZelvoraPrint::unknownBlank()
+{
+    const Directory directory;
+    for (const QString blank : {"Чужой", "3", "Нет такого"}) {
+        const ProcessResult result =
+            directory.print({"--id", "1", "--blank", blank, "--output", directory.path("x.pdf")});
+        QCOMPARE(result.exitCode, failure);
+        QCOMPARE(QString::fromUtf8(result.err),
+                 "zelvora-print: document 1: it has no blank " + blank + "\n");
+        QVERIFY(!QFile::exists(directory.path("x.pdf")));
+    }
+}
+
+void tst_ZelvoraPrint::background()
+{
+    const Directory directory;
+    const QString file = directory.path("one.pdf");
+    const QStringList common = {"--id", "1", "--blank", "Книга", "--output", file};
+    QCOMPARE(directory.print(common).exitCode, success);
+    QVERIFY(PdfMeasure(file).ink().height() < 20); // the text alone
+    QCOMPARE(directory.print(common + QStringList{"--background"}).exitCode, success);
+    QVERIFY(PdfMeasure(file).ink().height() > 200); // the black picture
+}
+
+void tst_ZelvoraPrint::organisation()
+{
+    const Directory directory;
+    QFile data(directory.path("org.json"));
+    QVERIFY(data.open(QIODevice::WriteOnly));
+    data.write("{\"region\": \"Тверская область\"}");
+    data.close();
+    const QString file = directory.path("one.pdf");
+    const QStringList common = {"--id", "1", "--blank", "Книга", "--output", file};
+    QCOMPARE(directory.print(common + QStringList{"--org-data", data.fileName()}).exitCode,
+             success);
+    QCOMPARE(PdfMeasure(file).text(), QString("Книга: Иванов Тверская область"));
+    const ProcessResult missing = directory.print(common + QStringList{"--org-data", "/no/such"});
+    QCOMPARE(missing.exitCode, failure);
+    QCOMPARE(missing.err, QByteArray("zelvora-print: there is no file /no/such\n"));
+}
+
+void tst_ZelvoraPrint::unknownDocument()
+{
+    const Directory directory;
+    const ProcessResult result =
+        directory.print({"--id", "77", "--output", directory.path("x.pdf")});
+    QCOMPARE(result.exitCode, failure);
+    QCOMPARE(result.err, QByteArray("zelvora-print: there are no such documents\n"));
+    QVERIFY(!QFile::exists(directory.path("x.pdf")));
+}
+
+void tst_ZelvoraPrint::aFilePerDocument()
+{
+    const Directory directory;
+    const ProcessResult result =
+        directory.print({"--all", "--output", directory.path("out/pages")});
+    QVERIFY2(result.err.isEmpty(), result.err);
+    QCOMPARE(result.exitCode, success);
+    const QStringList files = {"1_Иванов_Иван.pdf", "2_Петрова_Иван.pdf", "3_Иваненко_Иван.pdf",
+                               "4_О'Нил_Иван.pdf"};
+    QCOMPARE(directory.filesIn("out/pages"), files);
+    QCOMPARE(result.out.count('\n'), 4);
+    QCOMPARE(PdfMeasure(directory.path("out/pages/" + files[1])).text(), QString("Бланк: Петрова"));
+    QCOMPARE(PdfMeasure(directory.path("out/pages/" + files[3])).text(), QString("Чужой"));
+}
+
+void tst_ZelvoraPrint::oneFileForAll()
+{
+    const Directory directory;
+    const QString file = directory.path("all.pdf");
+    const ProcessResult result = directory.print({"--all", "--output", file});
+    QCOMPARE(result.exitCode, success);
+    QCOMPARE(QString::fromUtf8(result.out), file + "\n");
+    const PdfMeasure pdf(file);
+    QCOMPARE(pdf.pageCount(), 4);
+    QCOMPARE(pdf.text(1), QString("Бланк: Иванов"));
+    QCOMPARE(pdf.text(2), QString("Бланк: Петрова"));
+    QCOMPARE(pdf.text(3), QString("Бланк: Иваненко"));
+    QCOMPARE(pdf.text(4), QString("Чужой"));
+}
+
+void tst_ZelvoraPrint::filters_data()
+{
+    QTest::addColumn<QStringList>("filter");
+    QTest::addColumn<int>("printed");
+    QTest::newRow("surname") << QStringList{"--surname", "Иван"} << 2;
+    QTest::newRow("middle of a surname") << QStringList{"--surname", "ане"} << 1;
+    QTest::newRow("apostrophe") << QStringList{"--surname", "'"} << 1;
+    QTest::newRow("class") << QStringList{"--group", "9"} << 3;
+    QTest::newRow("form") << QStringList{"--type", "2"} << 1;
+    QTest::newRow("from") << QStringList{"--from", "2023-06-25"} << 2;
+    QTest::newRow("to") << QStringList{"--to", "2022-06-25"} << 2;
+    QTest::newRow("one day") << QStringList{"--from", "2022-06-25", "--to", "2022-06-25"} << 1;
+    QTest::newRow("all of them") << QStringList{"--surname", "Иван",      "--group", "А",
+                                                "--type",    "1",         "--from",  "2022-01-01",
+                                                "--to",      "2023-12-31"}
+                                 << 1;
+    QTest::newRow("nobody") << QStringList{"--surname", "Шаблонов"} << 0; // a template
+}
+
+void tst_ZelvoraPrint::filters()
+{
+    QFETCH(QStringList, filter);
+    QFETCH(int, printed);
+    const Directory directory;
+    const ProcessResult result =
+        directory.print(QStringList{"--all", "--output", directory.path("out")} + filter);
+    QCOMPARE(result.exitCode, printed > 0 ? success : failure);
+    QCOMPARE(directory.filesIn("out").size(), printed);
+}
+
+void tst_ZelvoraPrint::documentWithoutBlankDoesNotStopTheRest()
+{
+    Directory directory;
+    directory.person("Безбланков", "9А", "2023-06-25", 3);
+    directory.person("Последняя", "9А", "2023-06-25");
+    for (const QString target : {"out", "all.pdf"}) {
+        const ProcessResult result =
+            directory.print({"--all", "--group", "9А", "--output", directory.path(target)});
+        QCOMPARE(result.exitCode, someFailed);
+        QCOMPARE(result.err, QByteArray("zelvora-print: document 6: no blank prints it\n"));
+    }
+    QCOMPARE(directory.filesIn("out").size(), 3);
+    QCOMPARE(PdfMeasure(directory.path("all.pdf")).pageCount(), 3);
+    QCOMPARE(PdfMeasure(directory.path("all.pdf")).text(3), QString("Бланк: Последняя"));
+}
+
+void tst_ZelvoraPrint::namesFitForFiles()
+{
+    Directory directory;
+    directory.person("../Сидоров/\\:*?\"<>|", "5", "2023-06-25");
+    directory.person("", "5", "2023-06-25");
+    QCOMPARE(directory.print({"--all", "--group", "5", "--output", directory.path("out")}).exitCode,
+             success);
+    const QStringList expected = {"6_.._Сидоров__________Иван.pdf", "7__Иван.pdf"};
+    QCOMPARE(directory.filesIn("out"), expected);
+}
+
+void tst_ZelvoraPrint::noDatabase()
+{
+    const QTemporaryDir empty;
+    const ProcessResult result =
+        runPrint({"--dir", empty.path(), "--all", "--output", empty.filePath("x.pdf")});
+    QCOMPARE(result.exitCode, failure);
+    QVERIFY(result.err.contains("can't open the database " + empty.filePath("docs.db").toUtf8()));
+    QVERIFY(QDir(empty.path()).isEmpty());
+}
+
+void tst_ZelvoraPrint::brokenDatabase()
+{
+    const QTemporaryDir dir;
+    QFile file(dir.filePath("docs.db"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray("это не база данных\n").repeated(100));
+    file.close();
+    const ProcessResult result =
+        runPrint({"--dir", dir.path(), "--all", "--output", dir.filePath("x.pdf")});
+    QCOMPARE(result.exitCode, failure);
+    QVERIFY(result.err.contains("zelvora-print: can't read the documents: "));
+}
+
+void tst_ZelvoraPrint::outputThatCannotBeWritten_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("no such folder") << "no/such/x.pdf"
+                                    << "can't write the file ";
+    QTest::newRow("below a file") << "docs.db/out"
+                                  << "can't make the folder ";
+}
+
+void tst_ZelvoraPrint::outputThatCannotBeWritten()
+{
+    QFETCH(QString, output);
+    QFETCH(QString, message);
+    const Directory directory;
+    const QString path = directory.path(output);
+    const ProcessResult result = directory.print({"--id", "1", "--output", path});
+    QCOMPARE(result.exitCode, failure);
+    QCOMPARE(QString::fromUtf8(result.err), "zelvora-print: " + message + path + "\n");
+    QVERIFY(result.out.isEmpty());
+}
+
+void tst_ZelvoraPrint::unknownPrinter()
+{
+    const Directory directory;
+    const ProcessResult result = directory.print({"--id", "1", "--printer", "Нет такого"});
+    QCOMPARE(result.exitCode, failure);
+    QCOMPARE(QString::fromUtf8(result.err),
+             QString("zelvora-print: there is no printer Нет такого\n"));
+}
+
+void tst_ZelvoraPrint::databaseStaysAsItWas()
+{
+    const Directory directory;
+    const QByteArray before = directory.dump();
+    QCOMPARE(directory.print({"--all", "--output", directory.path("out")}).exitCode, success);
+    QCOMPARE(directory.dump(), before);
+}
+
+QTEST_MAIN(tst_ZelvoraPrint)
+#include "tst_ZelvoraPrint.moc"

@@ -1,0 +1,60 @@
+#include "tools/PrintTool.h"
+
+#include <QTextStream>
+
+#include "app/AppHelpers.h"
+#include "store/DataBase.h"
+#include "store/OrgData.h"
+#include "tools/PrintJob.h"
+#include "tools/PrintOptions.h"
+#include "tools/UserLanguage.h"
+
+namespace {
+
+constexpr int success = 0;
+constexpr int someFailed = 1;
+constexpr int failure = 2;
+
+int fail(QTextStream& err, const QString& reason)
+{
+    err << "zelvora-print: " << reason << '\n';
+    return failure;
+}
+
+} // namespace
+
+int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& err)
+{
+    PrintOptions options;
+    if (!options.parse(arguments)) {
+        fail(err, options.error());
+        err << inUserLanguage("Справка: zelvora-print --help\n", "Help: zelvora-print --help\n");
+        return failure;
+    }
+    if (options.helpWanted()) {
+        out << PrintOptions::helpText();
+        return success;
+    }
+    if (!options.directory().isEmpty()) {
+        setAppDirPath(options.directory());
+    }
+    if (!options.organisationFile().isEmpty()) {
+        orgDataPath = options.organisationFile();
+        if (!loadOrgData()) {
+            return fail(err, inUserLanguage("нет файла ", "there is no file ") + orgDataPath);
+        }
+    } else {
+        loadOrgData();
+    }
+    if (!dataBase.open()) {
+        return fail(err,
+                    inUserLanguage("не удалось открыть базу данных ", "can't open the database ") +
+                        appFilePath("docs.db"));
+    }
+    PrintJob job(options, out, err);
+    const PrintJob::Result result = job.run();
+    if (result == PrintJob::Result::NotDone) {
+        return failure;
+    }
+    return result == PrintJob::Result::Done ? success : someFailed;
+}

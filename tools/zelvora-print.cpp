@@ -1,0 +1,34 @@
+#include <QApplication>
+#include <QTextStream>
+
+#include <cstdio>
+
+#include "tools/Display.h"
+#include "tools/PrintTool.h"
+#include "tools/UserLanguage.h"
+
+namespace {
+
+// The toolkit's warnings are about windows that are never shown; the log and what is worse stay.
+void writeLog(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    if (type != QtWarningMsg) {
+        std::fprintf(stderr, "%s\n", message.toUtf8().constData());
+    }
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    qInstallMessageHandler(writeLog);
+    useNoDisplay();
+    // The layouts' margins come from the toolkit, which scales them with the screen.
+    qputenv("QT_FONT_DPI", "96");
+    const QApplication app(argc, argv);
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    prepareTerminal(out);
+    prepareTerminal(err);
+    return runPrintTool(QApplication::arguments().mid(1), out, err);
+}
