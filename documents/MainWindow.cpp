@@ -14,10 +14,8 @@
 #include <QPushButton>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QSqlRecord>
 #include <QStyledItemDelegate>
 #include <QToolBar>
-#include <QVector>
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
@@ -26,6 +24,7 @@
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
 #include "documents/DocumentFields.h"
+#include "documents/DocumentList.h"
 #include "documents/NewDocDlg.h"
 #include "documents/ZelvoraTableButton.h"
 #include "documents/ZelvoraTextButton.h"
@@ -81,16 +80,6 @@ public:
     }
 };
 
-/// What the list shows of a document.
-struct ListEntry
-{
-    QVariant id;
-    QString personName;
-    QString group;
-    QString typeName;
-    QString issueDate;
-};
-
 void logSqlFailure(const char* what, const QSqlQuery& query)
 {
     qDebug() << what;
@@ -102,46 +91,6 @@ void logSelectFailure(const QSqlQuery& query)
 {
     qDebug() << "Unable to execute select query";
     qDebug() << query.lastError().text();
-}
-
-QString personName(const QString& lname, const QString& fname, const QString& mname)
-{
-    return lname + " " + fname + " " + mname;
-}
-
-ListEntry listEntry(const QVariant& id, const DocumentFields& fields)
-{
-    return {id, personName(fields.lname(), fields.fname(), fields.mname()), fields.docGroup(),
-            docTypeNames[fields.docType()], fields.issueDate()};
-}
-
-QVector<ListEntry> readEntries(QSqlQuery& documents)
-{
-    const QSqlRecord columns = documents.record();
-    const int group = columns.indexOf("DOC_GROUP");
-    const int type = columns.indexOf("DOC_TYPE");
-    const int issueDate = columns.indexOf("ISSUE_DATE");
-
-    QVector<ListEntry> entries;
-    while (documents.next()) {
-        entries.append({documents.value(0),
-                        personName(documents.value(4).toString(), documents.value(3).toString(),
-                                   documents.value(5).toString()),
-                        documents.value(group).toString(),
-                        docTypeNames[documents.value(type).toInt()],
-                        documents.value(issueDate).toString()});
-    }
-    return entries;
-}
-
-void setRow(QTableWidget* table, int row, const ListEntry& entry)
-{
-    auto* person = new QTableWidgetItem(entry.personName);
-    person->setData(Qt::UserRole, entry.id);
-    table->setItem(row, 0, person);
-    table->setItem(row, 1, new QTableWidgetItem(entry.group));
-    table->setItem(row, 2, new QTableWidgetItem(entry.typeName));
-    table->setItem(row, 3, new QTableWidgetItem(entry.issueDate));
 }
 
 /// Reads a document into the dialog; false if it can't be read.
@@ -264,7 +213,7 @@ void MainWindow::updateDocsTable(const QString& query)
         logSqlFailure("Unable to select from docs query", documents);
         return;
     }
-    fillDocsTable(documents);
+    fillDocumentList(ui->docsWidget, documents);
     ui->docsWidget->setCurrentCell(0, 0);
 }
 
@@ -380,7 +329,7 @@ void MainWindow::onEditDoc()
     }
     // Also after a refused update: the row then shows what was entered, and the database keeps
     // what it had.
-    setRow(ui->docsWidget, row, listEntry(id, dialog));
+    setDocumentListRow(ui->docsWidget, row, documentListRow(id, dialog));
     selChange();
 }
 
@@ -581,22 +530,6 @@ void MainWindow::setupDates()
     applyCalendarStyle(ui->toDate->calendarWidget());
 }
 
-void MainWindow::fillDocsTable(QSqlQuery& documents)
-{
-    const QVector<ListEntry> entries = readEntries(documents);
-    QTableWidget* const table = ui->docsWidget;
-    // A cell set into the sort column of a sorted table moves its row at once: the next cells of
-    // the document would land in another row, and each move costs a walk over the column. So the
-    // rows are put in with sorting suspended, and a list that is sorted is sorted once, whole.
-    const bool sorted = table->isSortingEnabled();
-    table->setSortingEnabled(false);
-    table->setRowCount(entries.size());
-    for (int row = 0; row < entries.size(); ++row) {
-        setRow(table, row, entries.at(row));
-    }
-    table->setSortingEnabled(sorted);
-}
-
 QVariant MainWindow::rowDocId(int row) const
 {
     const QTableWidgetItem* item = row < 0 ? nullptr : ui->docsWidget->item(row, 0);
@@ -606,7 +539,7 @@ QVariant MainWindow::rowDocId(int row) const
 void MainWindow::insertRow(int row, const QVariant& id, const DocumentFields& fields)
 {
     ui->docsWidget->insertRow(row);
-    setRow(ui->docsWidget, row, listEntry(id, fields));
+    setDocumentListRow(ui->docsWidget, row, documentListRow(id, fields));
     ui->docsWidget->setCurrentCell(row, 0);
 }
 

@@ -9,7 +9,6 @@
 class DocumentFields;
 class QJsonObject;
 class QPushButton;
-class QSqlQuery;
 class QToolBar;
 
 namespace Ui {
@@ -72,7 +71,6 @@ private:
     void setupTables();
     void connectSignals();
     void setupDates();
-    void fillDocsTable(QSqlQuery& documents);
     QVariant rowDocId(int row) const;
     void insertRow(int row, const QVariant& id, const DocumentFields& fields);
     void showContent(const QJsonObject& content);

@@ -96,6 +96,7 @@ private slots:
     void rowsStayWholeUnderSorting_data();
     void rowsStayWholeUnderSorting();
     void sortsByTextOfAnyColumn();
+    void changedCellKeepsItsPlaceInTheOrder();
     void filterQueryIsComposed_data();
     void filterQueryIsComposed();
     void filterSelects_data();
@@ -107,6 +108,7 @@ private slots:
     void typesAreReloaded();
     void failedTypesLeaveMapAndCombo();
     void noDatabase();
+    void tableOfAnotherShape();
     void hundredThousandDocuments();
 
 private:
@@ -586,6 +588,19 @@ void tst_MainWindow::sortsByTextOfAnyColumn()
     QCOMPARE(header->sortIndicatorSection(), 3);
 }
 
+void tst_MainWindow::changedCellKeepsItsPlaceInTheOrder()
+{
+    addSample();
+    open();
+    list()->sortByColumn(0, Qt::AscendingOrder);
+    const QSignalSpy changes(list(), &QTableWidget::itemChanged);
+    list()->item(0, 0)->setText("Яшина");
+    QCOMPARE(changes.size(), 1);
+    QCOMPARE(list()->item(3, 0)->text(), QString("Яшина"));
+    QCOMPARE(list()->item(3, 0)->data(Qt::UserRole).toInt(), 4);
+    QCOMPARE(list()->item(3, 3)->text(), QString("2025-01-15"));
+}
+
 void tst_MainWindow::filterQueryIsComposed_data()
 {
     QTest::addColumn<QString>("name");
@@ -801,6 +816,18 @@ void tst_MainWindow::noDatabase()
     find<QToolButton>("filterApplyBtn")->click();
     find<QToolButton>("filterResetBtn")->click();
     QVERIFY(!QFile::exists(m_app->path("docs.db")));
+}
+
+void tst_MainWindow::tableOfAnotherShape()
+{
+    m_app->exec("DROP TABLE docs");
+    m_app->exec("CREATE TABLE docs (ID INTEGER, TEMPLATE INTEGER)");
+    m_app->exec("INSERT INTO docs VALUES (7, 0)");
+    const LogCatcher log;
+    open();
+    QCOMPARE(rowTexts(list()), QStringList({"7|  |||"}));
+    QVERIFY(log.contains("Unable to execute select query")); // the content pane's
+    QCOMPARE(find<QTableWidget>("contentWidget")->rowCount(), 0);
 }
 
 void tst_MainWindow::hundredThousandDocuments()
