@@ -47,7 +47,7 @@ public:
     {
         ConsoleReporter::Finalize();
         std::printf("\n%-20s %12s  %-14s %12s %8s\n", "case", "ours, us", "peer", "peer, us",
-                    "ratio");
+                    peerKind == Peers::Rivals ? "faster" : "of floor");
         for (const Peer& peer : peers) {
             const double ratio =
                 peerKind == Peers::Rivals ? peer.time / peer.ourTime : peer.ourTime / peer.time;

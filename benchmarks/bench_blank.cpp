@@ -18,9 +18,9 @@
 
 #include <memory>
 
-#include "RatioReporter.h"
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "benchmarks/RatioReporter.h"
 #include "blanks/BlankWindow.h"
 #include "store/DataBase.h"
 #include "store/Schema.h"
@@ -229,7 +229,7 @@ int main(int argc, char* argv[])
     add("drag step/bare item", dragBareItem);
     add("select/ours", select);
     add("select/bare table", fillBareTable);
-    RatioReporter reporter(RatioReporter::Clock::Cpu);
+    RatioReporter reporter(RatioReporter::Clock::Cpu, RatioReporter::Peers::Floors);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;
 }

@@ -226,7 +226,7 @@ int main(int argc, char* argv[])
     add("rows-500/same widgets", tableValueFloor);
 
     benchmark::Initialize(&argc, argv);
-    RatioReporter reporter(RatioReporter::Clock::Cpu);
+    RatioReporter reporter(RatioReporter::Clock::Cpu, RatioReporter::Peers::Floors);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;
 }

@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include "app/AppHelpers.h"
+#include "benchmarks/RatioReporter.h"
 #include "forms/FormDefinitions.h"
 #include "forms/FormsDlg.h"
 #include "store/DataBase.h"
@@ -77,15 +78,20 @@ void editItemFloor(benchmark::State& state)
     }
 }
 
-void selectForm(benchmark::State& state)
+void storeForm(int count)
 {
     QJsonArray fields;
-    for (int i = 0; i < state.range(0); ++i) {
+    for (int i = 0; i < count; ++i) {
         fields.append(QJsonObject{{"tag", QString("#FIELD_%1").arg(i)},
                                   {"name", QString("Поле %1").arg(i)},
                                   {"type", 0}});
     }
     writeFormFields(formId, {{"fields", fields}});
+}
+
+void selectForm(benchmark::State& state)
+{
+    storeForm(static_cast<int>(state.range(0)));
     FormsDlg dialog;
     dialog.show();
     dialog.findChild<QTableWidget*>("formsWidget")->setCurrentCell(0, 0);
@@ -94,11 +100,25 @@ void selectForm(benchmark::State& state)
     }
 }
 
-} // namespace
+void selectFormFloor(benchmark::State& state)
+{
+    storeForm(static_cast<int>(state.range(0)));
+    QTableWidget table(0, 3);
+    table.show();
+    for (auto _ : state) {
+        const QJsonArray fields = readFormFields(formId).object.value("fields").toArray();
+        table.setRowCount(0);
+        table.setRowCount(fields.size());
+        for (int row = 0; row < fields.size(); ++row) {
+            const QJsonObject field = fields[row].toObject();
+            table.setItem(row, 0, new QTableWidgetItem(field["tag"].toString()));
+            table.setItem(row, 1, new QTableWidgetItem(field["name"].toString()));
+            table.setItem(row, 2, new QTableWidgetItem(fieldTypeNames.value(0)));
+        }
+    }
+}
 
-BENCHMARK(editItem)->Arg(100)->Arg(5000)->Unit(benchmark::kMillisecond);
-BENCHMARK(editItemFloor)->Arg(100)->Arg(5000)->Unit(benchmark::kMillisecond);
-BENCHMARK(selectForm)->Arg(300)->Unit(benchmark::kMillisecond);
+} // namespace
 
 int main(int argc, char* argv[])
 {
@@ -114,7 +134,18 @@ int main(int argc, char* argv[])
     query.exec("INSERT INTO lists (ID, LIST_NAME, LIST_ITEMS) VALUES (1, 'Список', '')");
     query.exec(
         "INSERT INTO forms (ID, FORM_NAME, FORM_FULLNAME, FIELDS) VALUES (1, 'Форма', '', '')");
+    const auto add = [](const char* name, void (*run)(benchmark::State&), int count) {
+        benchmark::RegisterBenchmark(name, run)->Arg(count)->Unit(benchmark::kMillisecond);
+    };
+    add("edit item of 100/ours", editItem, 100);
+    add("edit item of 100/bare table", editItemFloor, 100);
+    add("edit item of 5000/ours", editItem, 5000);
+    add("edit item of 5000/bare table", editItemFloor, 5000);
+    add("show 300 fields/ours", selectForm, 300);
+    add("show 300 fields/bare table", selectFormFloor, 300);
+
     benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    RatioReporter reporter(RatioReporter::Clock::Cpu, RatioReporter::Peers::Floors);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;
 }
