@@ -50,8 +50,22 @@ Frame makeFrame()
     return {container, layout};
 }
 
+/// Black ink, whatever the desktop's colours are: a page is paper.
+void setPaperColors(QWidget* widget)
+{
+    QPalette palette = widget->palette();
+    if (palette.color(QPalette::WindowText) == Qt::black &&
+        palette.color(QPalette::Text) == Qt::black) {
+        return;
+    }
+    palette.setColor(QPalette::WindowText, Qt::black);
+    palette.setColor(QPalette::Text, Qt::black);
+    widget->setPalette(palette);
+}
+
 void addWidget(const Frame& frame, QWidget* widget)
 {
+    setPaperColors(widget);
     auto* proxy = new VectorProxyWidget;
     proxy->setWidget(widget);
     frame.layout->insertItem(-1, proxy);

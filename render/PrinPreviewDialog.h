@@ -33,12 +33,13 @@ public:
     /// Names and IDs of blanks.
     using BlankList = QList<QPair<QString, QVariant>>;
 
-    explicit PrinPreviewDialog(const QVariant& docId, QWidget* parent = nullptr);
+    /// `document` is the ID of a document.
+    explicit PrinPreviewDialog(const QVariant& document, QWidget* parent = nullptr);
     ~PrinPreviewDialog() override;
 
     /// The blanks that can print the document, in the database's order; empty if there is none or
     /// the document cannot be read.
-    BlankList loadBlanksForDoc(const QVariant& docId);
+    BlankList loadBlanksForDoc(const QVariant& document);
 
     /// The blanks of a form.
     BlankList loadBlanksForForm(const QVariant& formId);
@@ -49,7 +50,7 @@ public:
 
     /// Clears the page and lays the document out on the blank. False, with an empty page, if one
     /// of the two rows cannot be read. The page must outlive its use by the other operations.
-    bool buildScene(QGraphicsScene* page, const QVariant& docId, const QVariant& blankId);
+    bool buildScene(QGraphicsScene* page, const QVariant& document, const QVariant& blankId);
 
     /// Adds one item object of the blank's `CONTENT` to the page that was built last.
     void createBlankFieldItem(const QJsonObject& item);

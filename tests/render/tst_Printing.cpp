@@ -132,6 +132,7 @@ private slots:
     void textIsText();
     void tableColumnsAndRows();
     void alignments();
+    void inkIsBlackUnderADarkDesktop();
 
     void withoutAPage();
     void acceptsWhileThePainterIsOpen();
@@ -496,6 +497,27 @@ void tst_Printing::alignments()
                                 word.center().y() - room.center().y()};
             QVERIFY2(qAbs(y[vertical]) < 1.0, QByteArray::number(y[vertical]));
         }
+    }
+}
+
+void tst_Printing::inkIsBlackUnderADarkDesktop()
+{
+    const QPalette light = QApplication::palette();
+    QPalette dark(QColor(40, 40, 40), QColor(20, 20, 20));
+    dark.setColor(QPalette::WindowText, Qt::white);
+    dark.setColor(QPalette::Text, Qt::white);
+    QApplication::setPalette(dark);
+    Sheet sheet;
+    sheet.build({blankItem(0, "Текст", QRectF(100, 100, 300, 60)),
+                 blankItem(2, "#T", QRectF(100, 300, 300, 90))},
+                {}, {{"#T", tableEntry({{"Алгебра", "5"}})}});
+    QVERIFY(sheet.print());
+    QApplication::setPalette(light);
+    const PdfMeasure pdf(sheet.file());
+    for (const char* text : {"Текст", "Алгебра", "5"}) {
+        const QRectF box = pdf.word(text).box;
+        QVERIFY(!box.isNull());
+        QVERIFY2(!pdf.ink(box).isNull(), text);
     }
 }
 
