@@ -458,10 +458,11 @@ QGraphicsProxyWidget* PrinPreviewDialog::createBlankFieldTextItem(const QString&
     const int lineHeight = static_cast<int>(lineSpacing * 100.0F);
     const QString markup =
         "<p style=\"line-height: " + QString::number(lineHeight) + "%;\">" + text + "</p>";
-    label->setText(QString(markup).replace('\n', "<br>"));
     label->setWordWrap(true);
     label->setStyleSheet("background: transparent; border: 0;");
     label->setAlignment(alignmentOf(item));
+    // Last: each of the settings above would go through the text's layout again.
+    label->setText(QString(markup).replace('\n', "<br>"));
     if (hasStroke(item)) {
         label->setFixedWidth(qMax(static_cast<int>(lengthOf(item, "size_w")), 0));
         label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
