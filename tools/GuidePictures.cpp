@@ -178,6 +178,14 @@ QJsonObject fieldOfForm(int formId, const QString& tag)
     return {};
 }
 
+void changeSample(const QString& statement)
+{
+    QSqlQuery query;
+    if (!query.exec(statement)) {
+        qFatal("the sample refused: %s", qUtf8Printable(statement));
+    }
+}
+
 QJsonObject documentContent(int id)
 {
     QSqlQuery query("SELECT CONTENT FROM docs WHERE ID = " + QString::number(id));
@@ -504,13 +512,13 @@ void Pictures::calibration()
                                    blanks->setCurrentIndex(blanks->findData(blankId));
                                    take(dialog, "test-sheet-preview");
                                });
-    QSqlQuery("DELETE FROM blanks WHERE ID = " + QString::number(blankId));
+    changeSample("DELETE FROM blanks WHERE ID = " + QString::number(blankId));
 }
 
 void Pictures::exchange()
 {
     // The sample names its workbook by the folder that it was made in.
-    QSqlQuery("UPDATE export SET TEMPLATE = 'C:/Zelvora/templates/registry.xlsx'");
+    changeSample("UPDATE export SET TEMPLATE = 'C:/Zelvora/templates/registry.xlsx'");
     ExportDlg dialog;
     dialog.show();
     part<QTableWidget>(&dialog, "templatesWidget")->setCurrentCell(0, 0);
@@ -548,7 +556,7 @@ void Pictures::messages()
     inModal<QMessageBox>([&] { runDatabaseUpdate(file); },
                          [this](QMessageBox* box) { take(box, "update-error"); });
 
-    QSqlQuery("DELETE FROM blanks WHERE FORM_ID = " + QString::number(diplomaForm));
+    changeSample("DELETE FROM blanks WHERE FORM_ID = " + QString::number(diplomaForm));
     PrinPreviewDialog preview(diplomaDocument);
     inModal<QMessageBox>([&] { preview.exec(); },
                          [this](QMessageBox* box) { take(box, "no-blank"); });
@@ -578,12 +586,16 @@ bool Pictures::makeAll(const QStringList& only)
                                                  {"organisation", &Pictures::organisation},
                                                  {"questions", &Pictures::questions},
                                                  {"messages", &Pictures::messages}};
+    QStringList unknown = only;
     for (const auto& [name, make] : steps) {
-        if (only.isEmpty() || only.contains(name)) {
+        if (only.isEmpty() || unknown.removeAll(name) > 0) {
             (this->*make)();
         }
     }
-    return m_allWritten;
+    if (!unknown.isEmpty()) {
+        qWarning() << "no such pictures:" << unknown;
+    }
+    return m_allWritten && unknown.isEmpty();
 }
 
 } // namespace
