@@ -107,6 +107,8 @@ private slots:
     void editWithApostropheShowsWhatWasEntered();
     void editMovesTheRowInSortedList();
     void editOfDeletedFormWritesNothing();
+    void editUnderTheNamelessType();
+    void editOfRowOfNulls();
     void editOfVanishedDocument();
     void editSelectFails();
 
@@ -681,6 +683,34 @@ void tst_MainWindowActions::editOfDeletedFormWritesNothing()
     trigger("РЕДАКТИРОВАТЬ\nДОКУМЕНТ");
     QCOMPARE(m_app->dump(), before);
     QCOMPARE(rows(), QStringList({"1 Иванова"}));
+}
+
+void tst_MainWindowActions::editUnderTheNamelessType()
+{
+    addDocument("Иванова", 77);
+    open(); // the fill leaves the type of no form in the map, under an empty name
+    m_driver->expect<DocDialog>([](DocDialog* dialog) {
+        QCOMPARE(named<QComboBox>(dialog, "docTypeCmb")->currentData().toInt(), 77);
+        type(dialog, "lnameEdit", "Кузнецова");
+        clickButton(dialog, "saveButton");
+    });
+    trigger("РЕДАКТИРОВАТЬ\nДОКУМЕНТ");
+    QCOMPARE(stored("SELECT LNAME, DOC_TYPE FROM docs"), QString("Кузнецова|77"));
+    QCOMPARE(list()->item(0, 2)->text(), QString());
+}
+
+void tst_MainWindowActions::editOfRowOfNulls()
+{
+    m_app->exec("INSERT INTO docs (TEMPLATE) VALUES (0)");
+    open();
+    const QByteArray before = m_app->dump();
+    m_driver->expect<DocDialog>([](DocDialog* dialog) {
+        QCOMPARE(named<QLineEdit>(dialog, "lnameEdit")->text(), QString());
+        clickButton(dialog, "saveButton"); // of no type: nothing to be stored
+    });
+    trigger("РЕДАКТИРОВАТЬ\nДОКУМЕНТ");
+    QCOMPARE(m_app->dump(), before);
+    QCOMPARE(rows(), QStringList({"1 "}));
 }
 
 void tst_MainWindowActions::editOfVanishedDocument()
