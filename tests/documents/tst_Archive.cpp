@@ -140,7 +140,7 @@ void tst_Archive::addDocument(const QString& lname)
 // A database of the right schema with one document, made by another process.
 QString tst_Archive::makeArchive(const QString& name, const QString& lname)
 {
-    const QString path = m_app->path(name);
+    QString path = m_app->path(name);
     const ProcessResult result =
         runPython("import shutil, sqlite3, sys\n"
                   "shutil.copy(sys.argv[1], sys.argv[2])\n"
