@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr qint64 unpackedMax = 256 * 1024 * 1024; // bytes, all parts together
+constexpr qint64 unpackedMax = 128 * 1024 * 1024; // bytes, all parts together
 constexpr int rowMax = 1048576;
 constexpr int columnMax = 16384;
 
@@ -71,6 +71,9 @@ private:
         if (m_root == QLatin1String("workbook")) {
             return isSoundWorkbookElement();
         }
+        if (m_root == QLatin1String("styleSheet")) {
+            return isSoundFormat();
+        }
         if (m_root == QLatin1String("Relationships")) {
             return isSoundRelationship();
         }
@@ -101,6 +104,14 @@ private:
         const QString sheet = attribute("localSheetId");
         return name != QLatin1String("definedName") || sheet.isEmpty() ||
                (sheet.toInt() >= 0 && sheet.toInt() < m_sheetCount);
+    }
+
+    /// A format points into lists by number; only too large numbers are caught by the library.
+    bool isSoundFormat() const
+    {
+        return m_reader.name() != QLatin1String("xf") ||
+               (attribute("fontId").toInt() >= 0 && attribute("fillId").toInt() >= 0 &&
+                attribute("borderId").toInt() >= 0);
     }
 
     /// Only sheets with cells and sheets with a chart are known to the library.

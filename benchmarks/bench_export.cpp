@@ -1,0 +1,91 @@
+#include <benchmark/benchmark.h>
+
+#include <QElapsedTimer>
+
+#include <xlsxdocument.h>
+
+#include "ExchangeBench.h"
+#include "RatioReporter.h"
+#include "exchange/DocumentExport.h"
+#include "exchange/WorkbookFile.h"
+
+/// Exporting 5,000 documents by 20 columns through a template, beside openpyxl with sqlite3: once
+/// with the same queries as ours, one for each expanded cell, and once with one query for all.
+
+namespace {
+
+constexpr int documents = 5000;
+constexpr double nsPerSecond = 1e9;
+
+ExchangeBench& bench()
+{
+    static ExchangeBench shared;
+    static const bool filled = [] {
+        shared.addDocuments(documents);
+        QXlsx::Document workbook;
+        for (const ExchangeItem& item : ExchangeBench::items()) {
+            workbook.write(QXlsx::CellReference(item.cellName(1)), item.tag);
+        }
+        return workbook.saveAs(shared.path("template.xlsx"));
+    }();
+    if (!filled) {
+        qFatal("no template");
+    }
+    return shared;
+}
+
+void ours(benchmark::State& state)
+{
+    for (auto _ : state) {
+        QElapsedTimer timer;
+        timer.start();
+        QSqlQuery query;
+        query.setForwardOnly(true);
+        query.exec("SELECT * FROM docs WHERE docs.TEMPLATE = 0;");
+        const auto workbook = openWorkbook(bench().path("template.xlsx"), nullptr);
+        DocumentExport(*workbook, ExchangeBench::items(), "dd.MM.yyyy").writeDocuments(query, 2);
+        workbook->saveAs(bench().path("ours.xlsx"));
+        state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) / nsPerSecond);
+    }
+}
+
+void peer(benchmark::State& state, const char* job)
+{
+    const QString out = bench().path(QString(job) + ".xlsx");
+    for (auto _ : state) {
+        const double seconds = ExchangeBench::runPeer(
+            job, {bench().path("docs.db"), bench().path("template.xlsx")}, out);
+        if (seconds < 0) {
+            state.SkipWithError("the peer failed");
+            return;
+        }
+        state.SetIterationTime(seconds);
+    }
+    if (ExchangeBench::texts(out) != ExchangeBench::texts(bench().path("ours.xlsx"))) {
+        state.SkipWithError("the peer's workbook holds other texts");
+    }
+}
+
+void add(const char* name, const std::function<void(benchmark::State&)>& function)
+{
+    benchmark::RegisterBenchmark(name, function)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(1)
+        ->Repetitions(3)
+        ->ReportAggregatesOnly();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    add("export/ours", ours);
+    add("export/openpyxl", [](benchmark::State& state) { peer(state, "export"); });
+    add("export/openpyxl, lean", [](benchmark::State& state) { peer(state, "lean"); });
+    RatioReporter reporter(RatioReporter::Clock::Real);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return 0;
+}
