@@ -162,8 +162,8 @@ bool QrEncoder::encodeData(int errorLevel, int lowestVersion, bool autoExtend, i
     level = errorLevel;
     maskingNumber = mask;
     if (errorLevel < 0 || errorLevel >= QrTables::levelCount || mask < -1 ||
-        mask >= QrPatterns::maskCount || lowestVersion > QrTables::versionCount ||
-        source == nullptr)
+        mask >= QrPatterns::maskCount || lowestVersion < 0 ||
+        lowestVersion > QrTables::versionCount || source == nullptr)
         return false;
 
     const std::size_t length =
