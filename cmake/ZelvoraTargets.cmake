@@ -1,4 +1,5 @@
-# Settings that all targets of the tree share, and the functions that declare tests and benchmarks.
+# Settings that all targets of the tree share, and the functions that declare tests, benchmarks
+# and fuzz targets.
 
 # Compiler settings of one target.
 function(zelvora_set_defaults target)
@@ -53,4 +54,23 @@ function(zelvora_add_benchmark name)
     add_executable(${name} ${name}.cpp)
     target_link_libraries(${name} PRIVATE zelvora_lib benchmark::benchmark ${ARG_LIBS})
     zelvora_set_defaults(${name})
+endfunction()
+
+# A fuzz target: zelvora_add_fuzz_target(fuzz_name). The source is fuzz_name.cpp in the current
+# folder, the inputs known so far are the files of corpus/fuzz_name. With ZELVORA_FUZZ libFuzzer
+# drives it; otherwise it is a test that runs the known inputs.
+function(zelvora_add_fuzz_target name)
+    add_executable(${name} ${name}.cpp)
+    target_link_libraries(${name} PRIVATE fuzz_support)
+    zelvora_set_defaults(${name})
+    if(ZELVORA_FUZZ)
+        target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+        return()
+    endif()
+    target_sources(${name} PRIVATE replay.cpp)
+    add_test(NAME ${name} COMMAND ${name} "${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name}")
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT 120
+        # Leaks are for scripts/fuzz: Qt's JSON parser has one of its own.
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=0")
 endfunction()
