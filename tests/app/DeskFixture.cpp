@@ -3,8 +3,12 @@
 #include <QAction>
 #include <QComboBox>
 #include <QDateEdit>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
 #include <QMainWindow>
 #include <QTableWidget>
+#include <QTemporaryDir>
 #include <QToolBar>
 #include <QtTest>
 
@@ -28,15 +32,43 @@ QString typedSection(const QDateEdit* edit, QDateTimeEdit::Section section, cons
     }
 }
 
+// The tool draws the backgrounds, which takes a while: it runs once per test program.
+const QString& sampleMaster()
+{
+    static const QTemporaryDir master;
+    static const QString directory = master.path();
+    if (!QFile::exists(directory + "/docs.db")) {
+        const ProcessResult made =
+            runProcess(QString(ZELVORA_BIN_DIR) + "/tools/zelvora-db", {"sample", directory});
+        if (made.exitCode != 0) {
+            qFatal("no sample: %s", made.err.constData());
+        }
+    }
+    return directory;
+}
+
+void copyDirectory(const QString& from, const QString& to)
+{
+    QDirIterator entry(from, QDir::AllEntries | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    while (entry.hasNext()) {
+        const QString source = entry.next();
+        const QString target = to + source.mid(from.size());
+        const bool ok =
+            entry.fileInfo().isDir() ? QDir().mkpath(target) : QFile::copy(source, target);
+        if (!ok) {
+            qFatal("%s could not be made", qPrintable(target));
+        }
+    }
+}
+
 } // namespace
 
 SampleApplication::SampleApplication()
     : TempApplication(Database::None)
 {
-    const ProcessResult made =
-        runProcess(QString(ZELVORA_BIN_DIR) + "/tools/zelvora-db", {"sample", path()});
-    if (made.exitCode != 0 || !QFile::copy(path("docs.db"), pristine()) || !dataBase.open()) {
-        qFatal("no sample: %s", made.err.constData());
+    copyDirectory(sampleMaster(), path());
+    if (!QFile::copy(path("docs.db"), pristine()) || !dataBase.open()) {
+        qFatal("the sample's database cannot be opened");
     }
     exec("PRAGMA synchronous = OFF");
 }
@@ -56,24 +88,24 @@ void pressToolBar(const QMainWindow* window, const QString& text)
     QFAIL(qPrintable("no such action: " + text));
 }
 
-int rowOfDocument(const QTableWidget* list, int id)
+int rowOfRecord(const QTableWidget* table, int id)
 {
-    for (int row = 0; row < list->rowCount(); ++row) {
-        if (list->item(row, 0)->data(Qt::UserRole).toInt() == id) {
+    for (int row = 0; row < table->rowCount(); ++row) {
+        if (table->item(row, 0)->data(Qt::UserRole).toInt() == id) {
             return row;
         }
     }
     return -1;
 }
 
-void clickDocument(QTableWidget* list, int id, Qt::KeyboardModifiers modifiers)
+void clickRecord(QTableWidget* table, int id, Qt::KeyboardModifiers modifiers)
 {
-    const int row = rowOfDocument(list, id);
-    QVERIFY2(row >= 0, qPrintable(QString("no row of document %1").arg(id)));
-    const QTableWidgetItem* item = list->item(row, 0);
-    list->scrollToItem(item);
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, modifiers,
-                      list->visualItemRect(item).center());
+    const int row = rowOfRecord(table, id);
+    QVERIFY2(row >= 0, qPrintable(QString("no row of %1").arg(id)));
+    const QTableWidgetItem* item = table->item(row, 0);
+    table->scrollToItem(item);
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers,
+                      table->visualItemRect(item).center());
 }
 
 void chooseByKeys(QComboBox* combo, int index)

@@ -23,11 +23,11 @@ public:
 /// Presses a button of the main window's toolbars by its text; a missing one fails the test.
 void pressToolBar(const QMainWindow* window, const QString& text);
 
-/// Row of the document list that shows this document; -1 if none does.
-int rowOfDocument(const QTableWidget* list, int id);
+/// Row of a table whose first item carries this identifier; -1 if none does.
+int rowOfRecord(const QTableWidget* table, int id);
 
-/// Clicks the row of a document in the list.
-void clickDocument(QTableWidget* list, int id, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+/// Clicks the row of a record.
+void clickRecord(QTableWidget* table, int id, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
 /// Makes an item of a combo current by the arrow keys, from where the combo stands.
 void chooseByKeys(QComboBox* combo, int index);

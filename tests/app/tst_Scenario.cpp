@@ -203,7 +203,7 @@ void tst_Scenario::createDocument(int typeIndex, const FixedFields& fields,
 void tst_Scenario::changeDocument(int id, const QString& action,
                                   const std::function<void(DocDialog*)>& change)
 {
-    clickDocument(list(), id);
+    clickRecord(list(), id);
     m_driver->expect<DocDialog>([&](DocDialog* dialog) {
         change(dialog);
         clickButton(dialog, "saveButton");
@@ -291,8 +291,8 @@ void tst_Scenario::copySome()
 
 void tst_Scenario::deleteSome()
 {
-    clickDocument(list(), 205);
-    clickDocument(list(), 17, Qt::ControlModifier);
+    clickRecord(list(), 205);
+    clickRecord(list(), 17, Qt::ControlModifier);
     m_driver->expectMessage("Zelvora", "Удалить выбранные документы?", "Да");
     press("УДАЛИТЬ ДОКУМЕНТ");
 }
