@@ -12,6 +12,7 @@
 #include <limits>
 
 #include "documents/CellDateEdit.h"
+#include "documents/CellTextDelegate.h"
 #include "documents/TableMemoDialog.h"
 #include "documents/TextMemoDialog.h"
 #include "documents/WheelGuard.h"
@@ -250,6 +251,7 @@ bool buildContent(const QVariant& formId, QJsonObject* content)
 void setUpContentTable(QTableWidget* table)
 {
     table->setColumnWidth(captionColumn, captionWidth);
+    table->setItemDelegate(new CellTextDelegate(table));
     QHeaderView* rows = table->verticalHeader();
     rows->setDefaultSectionSize(rowHeight);
     rows->setMinimumSectionSize(rowHeight);

@@ -14,13 +14,13 @@
 #include <QPushButton>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QStyledItemDelegate>
 #include <QToolBar>
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
 #include "blanks/BlankDlg.h"
 #include "documents/Archive.h"
+#include "documents/CellTextDelegate.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
 #include "documents/DocumentFields.h"
@@ -64,20 +64,6 @@ public:
 
 private:
     QTableWidget* m_table;
-};
-
-/// Lays out no more of a text than a cell can show: laying out megabytes takes seconds, at each
-/// repaint. The item keeps the whole text.
-class CellTextDelegate : public QStyledItemDelegate
-{
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    QString displayText(const QVariant& value, const QLocale& locale) const override
-    {
-        constexpr int visible = 2000; // characters, more than two lines of the widest screen
-        return QStyledItemDelegate::displayText(value, locale).left(visible);
-    }
 };
 
 void logSqlFailure(const char* what, const QSqlQuery& query)

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+/// Lays out no more of a text than a cell can show: laying out megabytes takes seconds, at each
+/// repaint and each fit of a row to its text. The item, and so its editor, keeps the whole text.
+class CellTextDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QString displayText(const QVariant& value, const QLocale& locale) const override;
+};
