@@ -20,12 +20,13 @@ function(zelvora_set_defaults target)
     endif()
 endfunction()
 
-# A program of the product: zelvora_add_program(name source...), installed beside the others.
+# A program of the product: zelvora_add_program(name source...), installed beside the others. The
+# layout of a system package is another component, see packaging/.
 function(zelvora_add_program name)
     add_executable(${name} ${ARGN})
     target_link_libraries(${name} PRIVATE zelvora_lib)
     zelvora_set_defaults(${name})
-    install(TARGETS ${name} RUNTIME DESTINATION .)
+    install(TARGETS ${name} RUNTIME DESTINATION . COMPONENT portable)
 endfunction()
 
 # A Qt Test program: zelvora_add_test(tst_Name [SOURCES more...] [LIBS more...] [TIMEOUT s]
