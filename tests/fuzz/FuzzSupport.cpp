@@ -44,9 +44,7 @@ QSqlQuery execute(const QString& statement, const QVariantList& values)
     return query;
 }
 
-} // namespace
-
-void startFuzzing()
+void startApplication()
 {
     static QApplication* application = nullptr; // lives as long as the process
     if (application) {
@@ -59,6 +57,18 @@ void startFuzzing()
     application = new QApplication(argc, argv);
     application->installEventFilter(new MessageBoxCloser(application));
     qInstallMessageHandler(ignoreMessage);
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    constexpr std::size_t longest = 16384;
+    startApplication();
+    if (size <= longest) {
+        tryInput(QByteArray(reinterpret_cast<const char*>(data), static_cast<int>(size)));
+    }
+    return 0;
 }
 
 void require(bool holds, const char* property)
@@ -90,11 +100,6 @@ QVariant sqlValue(const QString& statement)
 {
     QSqlQuery query = execute(statement, {});
     return query.next() ? query.value(0) : QVariant();
-}
-
-QByteArray bytesOf(const std::uint8_t* data, std::size_t size)
-{
-    return QByteArray(reinterpret_cast<const char*>(data), static_cast<int>(size));
 }
 
 QJsonObject throughJsonText(const QJsonObject& object)

@@ -9,12 +9,12 @@
 
 class QJsonObject;
 
-/// What a fuzz target implements: tries one input and ends the process if something is wrong.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+/// What a fuzz target implements: tries one input and ends the process if something is wrong. There
+/// is an application without a display; its log is silent and its message boxes close themselves.
+void tryInput(const QByteArray& input);
 
-/// Starts an application without a display whose log is silent and whose message boxes close
-/// themselves. Every target calls it first; the calls after the first do nothing.
-void startFuzzing();
+/// What libFuzzer calls: tryInput() for all but very long inputs.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 /// Ends the process, which is a finding, unless a property holds.
 void require(bool holds, const char* property);
@@ -27,9 +27,6 @@ void runSql(const QString& statement, const QVariantList& values = QVariantList(
 
 /// The first column of the first row of a statement that must not fail.
 QVariant sqlValue(const QString& statement);
-
-/// The input as bytes of its own.
-QByteArray bytesOf(const std::uint8_t* data, std::size_t size);
 
 /// What becomes of an object that is written as JSON text and read back: characters that are no
 /// Unicode do not survive.

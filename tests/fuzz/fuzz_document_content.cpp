@@ -17,7 +17,6 @@
 
 namespace {
 
-constexpr std::size_t largestContent = 8192;
 constexpr int docId = 1;
 constexpr int fixedRows = 4; // of the pane, before the entries
 
@@ -129,23 +128,17 @@ void checkTags(const QJsonObject& content)
 
 } // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void tryInput(const QByteArray& input)
 {
-    startFuzzing();
     static auto* fixture = new Fixture;
-    if (size > largestContent) {
-        return 0;
-    }
-    const QByteArray bytes = bytesOf(data, size);
-    runSql("UPDATE docs SET CONTENT = ? WHERE ID = 1", {bytes});
-    const QJsonObject content = QJsonDocument::fromJson(bytes).object();
+    runSql("UPDATE docs SET CONTENT = ? WHERE ID = 1", {input});
+    const QJsonObject content = QJsonDocument::fromJson(input).object();
 
     fixture->window->selChange();
     require(fixture->pane->rowCount() == fixedRows + shownEntries(content),
             "the pane shows each entry up to a table");
     checkEntries(&fixture->contentTable, content);
     checkTags(content);
-    require(sqlValue("SELECT CONTENT FROM docs WHERE ID = 1").toByteArray() == bytes,
+    require(sqlValue("SELECT CONTENT FROM docs WHERE ID = 1").toByteArray() == input,
             "showing a document leaves it alone");
-    return 0;
 }
