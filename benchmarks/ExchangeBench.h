@@ -20,6 +20,13 @@
 class ExchangeBench
 {
 public:
+    /// How long a job of the peer took, in seconds; negative if it failed.
+    struct PeerTime
+    {
+        double clock = -1;
+        double processor = -1;
+    };
+
     ExchangeBench()
     {
         setAppDirPath(m_dir.path());
@@ -100,18 +107,20 @@ public:
         QSqlDatabase::database().commit();
     }
 
-    /// Runs a job of the peer with the mapping; returns the seconds that the job took, or -1.
-    static double runPeer(const QString& job, const QStringList& before, const QString& last)
+    /// Runs a job of the peer with the mapping.
+    static PeerTime runPeer(const QString& job, const QStringList& before, const QString& last)
     {
         QJsonArray mapping;
         for (const ExchangeItem& item : items()) {
             mapping.append(QJsonArray{item.column, item.tag});
         }
         const QString text = QJsonDocument(mapping).toJson(QJsonDocument::Compact);
-        bool ok = false;
-        const double seconds =
-            output(QStringList{job} + before + QStringList{text, last}).toDouble(&ok);
-        return ok ? seconds : -1;
+        const QList<QByteArray> times =
+            output(QStringList{job} + before + QStringList{text, last}).split(' ');
+        if (times.size() != 2) {
+            return {};
+        }
+        return {times[0].toDouble(), times[1].toDouble()};
     }
 
     /// The texts of a workbook's first sheet as the peer reads them.

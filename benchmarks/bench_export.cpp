@@ -1,6 +1,6 @@
 #include <benchmark/benchmark.h>
 
-#include <QElapsedTimer>
+#include <ctime>
 
 #include <xlsxdocument.h>
 
@@ -10,12 +10,12 @@
 #include "exchange/WorkbookFile.h"
 
 /// Exporting 5,000 documents by 20 columns through a template, beside openpyxl with sqlite3: once
-/// with the same queries as ours, one for each expanded cell, and once with one query for all.
+/// by the same steps and statements, a query for each expanded cell, and once with one query for
+/// all. Times are of the processor, since the job hardly waits for anything.
 
 namespace {
 
 constexpr int documents = 5000;
-constexpr double nsPerSecond = 1e9;
 
 ExchangeBench& bench()
 {
@@ -37,15 +37,15 @@ ExchangeBench& bench()
 void ours(benchmark::State& state)
 {
     for (auto _ : state) {
-        QElapsedTimer timer;
-        timer.start();
+        const QString workbookPath = bench().path("template.xlsx");
+        const std::clock_t begin = std::clock();
         QSqlQuery query;
         query.setForwardOnly(true);
         query.exec("SELECT * FROM docs WHERE docs.TEMPLATE = 0;");
-        const auto workbook = openWorkbook(bench().path("template.xlsx"), nullptr);
+        const auto workbook = openWorkbook(workbookPath, nullptr);
         DocumentExport(*workbook, ExchangeBench::items(), "dd.MM.yyyy").writeDocuments(query, 2);
         workbook->saveAs(bench().path("ours.xlsx"));
-        state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) / nsPerSecond);
+        state.SetIterationTime(static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC);
     }
 }
 
@@ -53,8 +53,10 @@ void peer(benchmark::State& state, const char* job)
 {
     const QString out = bench().path(QString(job) + ".xlsx");
     for (auto _ : state) {
-        const double seconds = ExchangeBench::runPeer(
-            job, {bench().path("docs.db"), bench().path("template.xlsx")}, out);
+        const double seconds =
+            ExchangeBench::runPeer(job, {bench().path("docs.db"), bench().path("template.xlsx")},
+                                   out)
+                .processor;
         if (seconds < 0) {
             state.SkipWithError("the peer failed");
             return;

@@ -1,7 +1,8 @@
 #include <benchmark/benchmark.h>
 
 #include <QElapsedTimer>
-#include <QFile>
+
+#include <ctime>
 
 #include <xlsxdocument.h>
 
@@ -12,7 +13,8 @@
 #include "exchange/WorkbookFile.h"
 
 /// Importing 2,000 rows of 20 columns into a database on disk, a commit for each row, beside
-/// openpyxl with sqlite3 committing each row.
+/// openpyxl with sqlite3 committing each row. Times are by the clock, since both wait for the disk;
+/// the counter tells what the processor did of it.
 
 namespace {
 
@@ -59,6 +61,7 @@ void ours(benchmark::State& state)
         QSqlQuery("DELETE FROM docs;");
         QElapsedTimer timer;
         timer.start();
+        const std::clock_t begin = std::clock();
         QSqlQuery form("SELECT FIELDS, FORM_NAME FROM forms WHERE ID = 1;");
         form.next();
         const auto workbook = openWorkbook(bench().path("rows.xlsx"), nullptr);
@@ -73,6 +76,8 @@ void ours(benchmark::State& state)
             }
         }
         state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) / nsPerSecond);
+        state.counters["processor_ms"] =
+            1e3 * static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
     }
     ourResult = imported();
 }
@@ -81,14 +86,15 @@ void peer(benchmark::State& state)
 {
     for (auto _ : state) {
         QSqlQuery("DELETE FROM docs;");
-        const double seconds =
+        const ExchangeBench::PeerTime time =
             ExchangeBench::runPeer("import", {bench().path("docs.db"), bench().path("rows.xlsx")},
                                    QString::number(lastRow));
-        if (seconds < 0) {
+        if (time.clock < 0) {
             state.SkipWithError("the peer failed");
             return;
         }
-        state.SetIterationTime(seconds);
+        state.SetIterationTime(time.clock);
+        state.counters["processor_ms"] = 1e3 * time.processor;
     }
     if (imported() != ourResult || ourResult.size() != rows) {
         state.SkipWithError("the peer imported something else");

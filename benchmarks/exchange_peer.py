@@ -1,12 +1,12 @@
 """The jobs of bench_export and bench_import in Python: openpyxl with sqlite3.
 
-exchange_peer.py export DATABASE TEMPLATE ITEMS OUT  one query for each expanded cell
-exchange_peer.py lean DATABASE TEMPLATE ITEMS OUT    one query for all documents
+exchange_peer.py export DATABASE TEMPLATE ITEMS OUT  the same steps and statements as ours
+exchange_peer.py lean DATABASE TEMPLATE ITEMS OUT    one query for all documents, cells by number
 exchange_peer.py import DATABASE WORKBOOK ITEMS LAST a commit for each row
 exchange_peer.py check WORKBOOK                      the cells' texts, to compare two results
 
-ITEMS is a JSON array of [column, tag]. Prints the seconds that the job took; the start of the
-interpreter and its libraries does not count.
+ITEMS is a JSON array of [column, tag]. Prints the seconds that the job took by the clock and of the
+processor; the start of the interpreter and its libraries does not count.
 """
 import datetime
 import json
@@ -32,26 +32,29 @@ def parse_date(text, notation):
         return None
 
 
-def expand_tag(tag, row, content):
-    name = tag[1:]
-    if name in row.keys() and name != "CONTENT":
-        if tag in DATES:
-            day = parse_date(row[name], "%Y-%m-%d")
-            return f"{day.day} {MONTHS[day.month]} {day.year}" if day else "0  0"
-        return str(row[name])
+def expand_tag(tag, values, content):
+    if tag in DATES:
+        day = parse_date(values[tag], "%Y-%m-%d")
+        return f"{day.day} {MONTHS[day.month]} {day.year}" if day else "0  0"
+    if tag in values:
+        return values[tag]
     if tag in content:
         return str(content[tag].get("value", ""))
     return tag
 
 
-def expand(text, row, content):
-    result = TAG.sub(lambda found: expand_tag(found[0], row, content), text)
+def expand(text, values, content):
+    result = TAG.sub(lambda found: expand_tag(found[0], values, content), text)
     return result.replace("^", "").replace("\\n", "\n")
 
 
+def tag_values(row):
+    return {"#" + name: str(row[name]) for name in row.keys() if name != "CONTENT"}
+
+
 def expand_for_document(connection, text, identifier):
-    row = connection.execute("SELECT * FROM docs WHERE ID = ?;", (identifier,)).fetchone()
-    return expand(text, row, json.loads(row["CONTENT"]))
+    row = connection.execute(f"SELECT * FROM docs WHERE ID = {identifier};").fetchone()
+    return expand(text, tag_values(row), json.loads(row["CONTENT"]))
 
 
 def cell_text(tag, row, forms, expanded):
@@ -65,20 +68,34 @@ def cell_text(tag, row, forms, expanded):
     return expanded(tag)
 
 
-def export(database, template, items, out, lean=False):
+def open_export(database, template):
     connection = sqlite3.connect(database)
     connection.row_factory = sqlite3.Row
     forms = dict(connection.execute("SELECT ID, FORM_NAME FROM forms;").fetchall())
-    book = openpyxl.load_workbook(template)
+    return connection, forms, openpyxl.load_workbook(template)
+
+
+def export(database, template, items, out):
+    connection, forms, book = open_export(database, template)
+    sheet = book.worksheets[0]
+    line = 2
+    for row in connection.execute("SELECT * FROM docs WHERE docs.TEMPLATE = 0;"):
+        expanded = lambda tag: expand_for_document(connection, tag, row["ID"])
+        for column, tag in items:
+            sheet[f"{column}{line}"] = cell_text(tag, row, forms, expanded)
+        line += 1
+    book.save(out)
+
+
+def export_lean(database, template, items, out):
+    connection, forms, book = open_export(database, template)
     sheet = book.worksheets[0]
     columns = [(openpyxl.utils.column_index_from_string(column), tag) for column, tag in items]
     line = 2
     for row in connection.execute("SELECT * FROM docs WHERE docs.TEMPLATE = 0;"):
-        if lean:
-            content = json.loads(row["CONTENT"])
-            expanded = lambda tag: expand(tag, row, content)
-        else:
-            expanded = lambda tag: expand_for_document(connection, tag, row["ID"])
+        values = tag_values(row)
+        content = json.loads(row["CONTENT"])
+        expanded = lambda tag: expand(tag, values, content)
         for column, tag in columns:
             sheet.cell(line, column).value = cell_text(tag, row, forms, expanded)
         line += 1
@@ -123,18 +140,19 @@ def check(workbook):
     print(json.dumps([[cell or "" for cell in row] for row in sheet.values]))
 
 
+JOBS = {"export": export, "lean": export_lean, "import": import_rows}
+
+
 def main():
     job, *arguments = sys.argv[1:]
     if job == "check":
         check(*arguments)
         return
     arguments[2] = json.loads(arguments[2])
-    begin = time.process_time()
-    if job == "import":
-        import_rows(*arguments)
-    else:
-        export(*arguments, lean=job == "lean")
-    print(time.process_time() - begin)
+    begin = time.perf_counter()
+    begin_processor = time.process_time()
+    JOBS[job](*arguments)
+    print(time.perf_counter() - begin, time.process_time() - begin_processor)
 
 
 if __name__ == "__main__":

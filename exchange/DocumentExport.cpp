@@ -10,7 +10,7 @@
 
 #include "exchange/CellName.h"
 #include "forms/FormDefinitions.h"
-#include "render/TagExpansion.h"
+#include "render/DocumentTags.h"
 
 namespace {
 
@@ -68,17 +68,19 @@ void DocumentExport::bindColumns(const QSqlQuery& documents)
 
 void DocumentExport::writeRow(const QSqlQuery& document, int row)
 {
+    DocumentTags tags(document.value(m_idIndex));
     for (const Column& column : qAsConst(m_columns)) {
         const QXlsx::CellReference cell = cellFromName(column.item.cellName(row));
         // As a rich string, so that a value that looks like a formula or a link stays a text.
-        const QXlsx::RichString value(text(column, document));
+        const QXlsx::RichString value(text(column, document, tags));
         if (cell.isValid()) {
             m_workbook.write(cell, QVariant::fromValue(value), QXlsx::Format());
         }
     }
 }
 
-QString DocumentExport::text(const Column& column, const QSqlQuery& document) const
+QString DocumentExport::text(const Column& column, const QSqlQuery& document,
+                             DocumentTags& tags) const
 {
     switch (column.source) {
     case Source::Duplicate:
@@ -92,5 +94,5 @@ QString DocumentExport::text(const Column& column, const QSqlQuery& document) co
     case Source::Expansion:
         break;
     }
-    return expandTagsForDoc(column.item.tag, document.value(m_idIndex), nullptr);
+    return tags.expand(column.item.tag, nullptr);
 }

@@ -5,8 +5,8 @@
 
 #include "exchange/ExchangeTemplate.h"
 
+class DocumentTags;
 class QSqlQuery;
-class QVariant;
 
 namespace QXlsx {
 class Document;
@@ -45,7 +45,7 @@ private:
     static Source sourceOf(const QString& tag);
     void bindColumns(const QSqlQuery& documents);
     void writeRow(const QSqlQuery& document, int row);
-    QString text(const Column& column, const QSqlQuery& document) const;
+    QString text(const Column& column, const QSqlQuery& document, DocumentTags& tags) const;
 
     QXlsx::Document& m_workbook;
     QVector<ExchangeItem> m_items;
