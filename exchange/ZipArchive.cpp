@@ -123,8 +123,9 @@ bool inflateAll(PackedBytes& packed, CheckedSink& sink)
         const QByteArray piece = packed.next();
         state = piece.isEmpty() ? Z_DATA_ERROR : inflatePiece(stream, piece, sink);
     }
+    const bool isAllUsed = packed.atEnd() && stream.avail_in == 0;
     inflateEnd(&stream);
-    return state == Z_STREAM_END;
+    return state == Z_STREAM_END && isAllUsed;
 }
 
 } // namespace

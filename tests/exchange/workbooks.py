@@ -7,12 +7,15 @@ cells FILE SPEC     a workbook written part by part from a description
 openpyxl FILE SPEC  the texts of the description saved by openpyxl as it saves them
 template FILE       a formatted workbook of several sheets, as office programs save it
 extras FILE         the same with what the reading library passes over
+damage FILE WAY     a workbook of two rows, damaged in one of the ways of DAMAGES
+rows FILE COUNT     a workbook of so many rows
 read FILE           cells and formatting as openpyxl reads them
 
 The description: {"writer": "excel" or "libreoffice", "active": index of the active sheet,
 "sheets": [{"name": ..., "cells": {"A2": cell}, "merged": ["A2:B2"], "dimension": "A1:B2"}]}.
 A cell is a text (a shared string) or [kind, value]; the kinds are those of Writer.cell.
 """
+import io
 import json
 import re
 import sys
@@ -282,6 +285,125 @@ def save_extras(path):
     officialize(path)
 
 
+PLAIN = {"sheets": [{"name": "Лист1", "cells": {"A2": "нет", "B2": "Иванов",
+                                               "A3": "нет", "B3": "Петров"}}]}
+SHEET = "xl/worksheets/sheet1.xml"
+
+
+def plain_parts():
+    return {name: text.encode() for name, text in Writer(PLAIN).parts()}
+
+
+def zipped(parts):
+    out = io.BytesIO()
+    with zipfile.ZipFile(out, "w", zipfile.ZIP_DEFLATED) as book:
+        for name, data in parts.items():
+            book.writestr(name, data)
+    return out.getvalue()
+
+
+def with_part(name, change):
+    """A workbook one part of which was changed."""
+    parts = plain_parts()
+    parts[name] = change(parts[name].decode()).encode()
+    return zipped(parts)
+
+
+def with_replaced(name, old, new):
+    def change(text):
+        assert old in text
+        return text.replace(old, new)
+    return with_part(name, change)
+
+
+def directory_entry(data, name):
+    """Where the directory tells of the part."""
+    at = data.index(b"PK\x01\x02")
+    while data[at + 46:at + 46 + len(name)] != name.encode():
+        at = data.index(b"PK\x01\x02", at + 1)
+    return at
+
+
+def patched(name, offset, value, size=4):
+    """A sound archive but for one number in the directory."""
+    data = bytearray(zipped(plain_parts()))
+    at = directory_entry(data, name) + offset
+    data[at:at + size] = value.to_bytes(size, "little")
+    return bytes(data)
+
+
+def with_flipped_bit():
+    data = bytearray(zipped(plain_parts()))
+    at = int.from_bytes(data[directory_entry(data, SHEET) + 42:][:4], "little")
+    data[at + 30 + len(SHEET) + 200] ^= 4
+    return bytes(data)
+
+
+def bomb(declared=None):
+    parts = plain_parts()
+    parts[SHEET] = parts[SHEET].replace(b"</row>", b" " * (160 << 20) + b"</row>", 1)
+    data = bytearray(zipped(parts))
+    if declared is not None:
+        at = directory_entry(data, SHEET) + 24
+        data[at:at + 4] = declared.to_bytes(4, "little")
+    return bytes(data)
+
+
+DAMAGES = {
+    "text file": lambda: "Фамилия;Имя\nИванов;Иван\n".encode(),
+    "empty file": lambda: b"",
+    "cut in the middle": lambda: zipped(plain_parts())[:1500],
+    "cut at the end": lambda: zipped(plain_parts())[:-10],
+    "another zip": lambda: zipped({"readme.txt": b"no workbook"}),
+    "flipped bit": with_flipped_bit,
+    "part behind the end": lambda: patched(SHEET, 42, 0x7fffffff),
+    "packed size too large": lambda: patched(SHEET, 20, 0x7fffffff),
+    "declared size too large": lambda: patched(SHEET, 24, 0xfffffff0),
+    "encrypted": lambda: patched(SHEET, 8, 1, 2),
+    "unknown method": lambda: patched(SHEET, 10, 99, 2),
+    "bomb": bomb,
+    "bomb that denies it": lambda: bomb(2000),
+    "sheet cut": lambda: with_part(SHEET, lambda text: text[:text.index("</row>") + 30]),
+    "tags crossed": lambda: with_replaced(SHEET, "</c></row>", "</row></c>"),
+    "validation cut": lambda: with_replaced(
+        SHEET, "</worksheet>", "<dataValidations count='1'><dataValidation type='list'>"),
+    "entities": lambda: with_replaced(
+        SHEET, "<worksheet", '<!DOCTYPE x [<!ENTITY a "aaaaaaaa">]><worksheet'),
+    "cells without names": lambda: with_part(SHEET, lambda text: re.sub(r' r="A\d"', "", text)),
+    "cell that no sheet has": lambda: with_replaced(SHEET, 'r="B3"', 'r="ZZZ9999999"'),
+    "dimension without cells": lambda: with_replaced(SHEET, "<sheetViews>",
+                                                     '<dimension ref=""/><sheetViews>'),
+    "endless columns": lambda: with_replaced(
+        SHEET, "<sheetData>", '<cols><col min="1" max="2147483647" width="9"/></cols><sheetData>'),
+    "name of a missing sheet": lambda: with_replaced(
+        "xl/workbook.xml", "</workbook>",
+        '<definedNames><definedName name="x" localSheetId="7">Лист1!A1</definedName>'
+        "</definedNames></workbook>"),
+    "negative font": lambda: with_replaced("xl/styles.xml", '<cellXfs count="4"><xf numFmtId="0" '
+                                           'fontId="0"',
+                                           '<cellXfs count="4"><xf numFmtId="0" applyFont="1" '
+                                           'fontId="-9999999"'),
+    "dialog sheet": lambda: with_replaced("xl/_rels/workbook.xml.rels",
+                                          'relationships/worksheet"',
+                                          'relationships/dialogsheet"'),
+}
+
+
+def save_damaged(path, way):
+    with open(path, "wb") as file:
+        file.write(DAMAGES[way]())
+
+
+def save_rows(path, count):
+    parts = plain_parts()
+    rows = "".join(f'<row r="{row}"><c r="A{row}" t="s"><v>0</v></c>'
+                   f'<c r="B{row}"><v>{row}</v></c></row>' for row in range(1, count + 1))
+    parts[SHEET] = re.sub("<sheetData>.*</sheetData>", f"<sheetData>{rows}</sheetData>",
+                          parts[SHEET].decode()).encode()
+    with open(path, "wb") as file:
+        file.write(zipped(parts))
+
+
 def read(path):
     book = openpyxl.load_workbook(path)
     return {
@@ -321,7 +443,7 @@ def read_sheet(sheet):
 
 
 COMMANDS = {"cells": save_cells, "openpyxl": save_by_openpyxl, "template": save_template,
-            "extras": save_extras, "read": read}
+            "extras": save_extras, "damage": save_damaged, "rows": save_rows, "read": read}
 
 if __name__ == "__main__":
     for line in sys.stdin:
