@@ -1,5 +1,7 @@
 #pragma once
 
+#include <benchmark/benchmark.h>
+
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -9,6 +11,9 @@
 #include <QSqlQuery>
 #include <QTemporaryDir>
 
+#include <functional>
+
+#include "RatioReporter.h"
 #include "app/AppHelpers.h"
 #include "exchange/ExchangeTemplate.h"
 #include "forms/FormDefinitions.h"
@@ -138,3 +143,22 @@ private:
 
     QTemporaryDir m_dir;
 };
+
+/// Registers a job that sets the time of its one iteration itself.
+inline void addJob(const char* name, const std::function<void(benchmark::State&)>& job)
+{
+    benchmark::RegisterBenchmark(name, job)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(1)
+        ->Repetitions(3)
+        ->ReportAggregatesOnly();
+}
+
+/// Runs all jobs and prints how they compare.
+inline void runJobs(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    RatioReporter reporter(RatioReporter::Clock::Real);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+}

@@ -5,7 +5,6 @@
 #include <xlsxdocument.h>
 
 #include "ExchangeBench.h"
-#include "RatioReporter.h"
 #include "exchange/DocumentExport.h"
 #include "exchange/WorkbookFile.h"
 
@@ -68,26 +67,14 @@ void peer(benchmark::State& state, const char* job)
     }
 }
 
-void add(const char* name, const std::function<void(benchmark::State&)>& function)
-{
-    benchmark::RegisterBenchmark(name, function)
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond)
-        ->Iterations(1)
-        ->Repetitions(3)
-        ->ReportAggregatesOnly();
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    add("export/ours", ours);
-    add("export/openpyxl", [](benchmark::State& state) { peer(state, "export"); });
-    add("export/openpyxl, lean", [](benchmark::State& state) { peer(state, "lean"); });
-    RatioReporter reporter(RatioReporter::Clock::Real);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    addJob("export/ours", ours);
+    addJob("export/openpyxl", [](benchmark::State& state) { peer(state, "export"); });
+    addJob("export/openpyxl, lean", [](benchmark::State& state) { peer(state, "lean"); });
+    runJobs(argc, argv);
     return 0;
 }

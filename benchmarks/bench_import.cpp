@@ -7,7 +7,6 @@
 #include <xlsxdocument.h>
 
 #include "ExchangeBench.h"
-#include "RatioReporter.h"
 #include "exchange/DocumentExport.h"
 #include "exchange/DocumentImport.h"
 #include "exchange/WorkbookFile.h"
@@ -101,25 +100,13 @@ void peer(benchmark::State& state)
     }
 }
 
-void add(const char* name, void (*function)(benchmark::State&))
-{
-    benchmark::RegisterBenchmark(name, function)
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond)
-        ->Iterations(1)
-        ->Repetitions(3)
-        ->ReportAggregatesOnly();
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    add("import/ours", ours);
-    add("import/openpyxl", peer);
-    RatioReporter reporter(RatioReporter::Clock::Real);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    addJob("import/ours", ours);
+    addJob("import/openpyxl", peer);
+    runJobs(argc, argv);
     return 0;
 }

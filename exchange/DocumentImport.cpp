@@ -27,7 +27,7 @@ QString DocumentImport::readRow(int row)
     m_tagValues.clear();
     m_content = m_emptyContent;
     for (const ExchangeItem& item : qAsConst(m_items)) {
-        const QString name = item.cellName(row);
+        QString name = item.cellName(row);
         const QVariant cell = readCell(m_workbook, cellFromName(name));
         if (!cell.isValid()) {
             return name;

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr qint64 unpackedMax = 128 * 1024 * 1024; // bytes, all parts together
+constexpr qint64 unpackedMax = 128LL * 1024 * 1024; // bytes, all parts together
 constexpr int rowMax = 1048576;
 constexpr int columnMax = 16384;
 

@@ -71,7 +71,7 @@ public:
     /// The next piece; empty if the device ends too early.
     QByteArray next()
     {
-        const QByteArray piece = m_device.read(qMin<qint64>(m_left, pieceSize));
+        QByteArray piece = m_device.read(qMin<qint64>(m_left, pieceSize));
         m_left -= piece.size();
         return piece;
     }

@@ -80,7 +80,7 @@ QByteArray fileBytes(const QString& path)
 /// Exports by the first template as a user does; returns the path of the new workbook.
 QString tst_Export::run(const QString& file)
 {
-    const QString path = m_fixture->app.path(file);
+    QString path = m_fixture->app.path(file);
     ModalDriver user;
     user.expectFileDialog(path);
     user.expectMessage("Экспорт данных", "Документ\n" + path + "\nУспешно экспортирован");
@@ -94,7 +94,7 @@ QString tst_Export::run(const QString& file)
 
 QString tst_Export::makeTemplate(const QString& kind)
 {
-    const QString path = m_fixture->app.path("school.xlsx");
+    QString path = m_fixture->app.path("school.xlsx");
     workbooks({kind, path});
     return path;
 }

@@ -745,8 +745,8 @@ void tst_Import::roundTrip()
              {"LNAME", "Фамилия-" + number},
              {"FNAME", i % 3 ? "Имя " + number : "=Имя"},
              {"MNAME", i % 5 ? "Отчество" : ""},
-             {"BIRTH_DATE", QDate(2000, 1, 1).addDays(i * 11).toString("yyyy-MM-dd")},
-             {"DOC_GROUP", QString("%1 \"%2\"").arg(9 + i % 3).arg("АБВ"[i % 3])},
+             {"BIRTH_DATE", QDate(2000, 1, 1).addDays(i * 11LL).toString("yyyy-MM-dd")},
+             {"DOC_GROUP", QString("%1 \"%2\"").arg(9 + i % 3).arg(QString("АБВ")[i % 3])},
              {"ISSUE_DATE", i % 9 ? QDate(2019, 6, 25).addDays(i).toString("yyyy-MM-dd") : ""},
              {"EDIT_DATE", QDate(2020, 1, 1).addDays(i).toString("yyyy-MM-dd")},
              {"DUPLICATE", i % 4 == 0}});
