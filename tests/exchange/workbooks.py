@@ -3,13 +3,13 @@
 Serves one client: each line of input is a JSON array of a command and its arguments, and each is
 answered by a line of JSON, the command's result.
 
-cells FILE SPEC     a workbook written part by part from a description
-openpyxl FILE SPEC  the texts of the description saved by openpyxl as it saves them
-template FILE       a formatted workbook of several sheets, as office programs save it
-extras FILE         the same with what the reading library passes over
-damage FILE WAY     a workbook of two rows, damaged in one of the ways of DAMAGES
-rows FILE COUNT     a workbook of so many rows
-read FILE           cells and formatting as openpyxl reads them
+cells FILE DESCRIPTION     a workbook written part by part from a description
+openpyxl FILE DESCRIPTION  the texts of the description saved by openpyxl as it saves them
+template FILE              a formatted workbook of several sheets, as office programs save it
+extras FILE                the same with what the reading library passes over
+damage FILE WAY            a workbook of two rows, damaged in one of the ways of DAMAGES
+rows FILE COUNT            a workbook of so many rows
+read FILE                  cells and formatting as openpyxl reads them
 
 The description: {"writer": "excel" or "libreoffice", "active": index of the active sheet,
 "sheets": [{"name": ..., "cells": {"A2": cell}, "merged": ["A2:B2"], "dimension": "A1:B2"}]}.
@@ -41,9 +41,9 @@ STYLES = [0, 14, 22, 21]
 class Writer:
     """One workbook, written without any library, so that every attribute is the test's own."""
 
-    def __init__(self, spec):
-        self.spec = spec
-        self.libre = spec.get("writer") == "libreoffice"
+    def __init__(self, description):
+        self.description = description
+        self.libre = description.get("writer") == "libreoffice"
         self.strings = []
 
     def shared(self, xml):
@@ -103,7 +103,7 @@ class Writer:
         dimension = sheet.get("dimension", "")
         if dimension:
             dimension = f'<dimension ref="{dimension}"/>'
-        selected = ' tabSelected="1"' if index == self.spec.get("active", 0) else ""
+        selected = ' tabSelected="1"' if index == self.description.get("active", 0) else ""
         return (f'{XML}<worksheet xmlns="{MAIN}" xmlns:r="{RELS}">{dimension}<sheetViews>'
                 f'<sheetView{selected} workbookViewId="0"/></sheetViews>'
                 f'{sheet.get("head", "")}'
@@ -122,7 +122,7 @@ class Writer:
                 "</styleSheet>")
 
     def parts(self):
-        sheets = self.spec["sheets"]
+        sheets = self.description["sheets"]
         yield "_rels/.rels", (
             f'{XML}<Relationships xmlns="{PACKAGE}/relationships"><Relationship Id="rId1" '
             f'Type="{RELS}/officeDocument" Target="xl/workbook.xml"/></Relationships>')
@@ -130,8 +130,8 @@ class Writer:
                        for i, s in enumerate(sheets))
         yield "xl/workbook.xml", (
             f'{XML}<workbook xmlns="{MAIN}" xmlns:r="{RELS}"><bookViews><workbookView '
-            f'activeTab="{self.spec.get("active", 0)}"/></bookViews><sheets>{tabs}</sheets>'
-            f'{self.spec.get("workbook", "")}</workbook>')
+            f'activeTab="{self.description.get("active", 0)}"/></bookViews><sheets>{tabs}</sheets>'
+            f'{self.description.get("workbook", "")}</workbook>')
         links = "".join(f'<Relationship Id="rId{i + 1}" Type="{RELS}/worksheet" '
                         f'Target="worksheets/sheet{i + 1}.xml"/>' for i in range(len(sheets)))
         yield "xl/_rels/workbook.xml.rels", (
@@ -160,13 +160,13 @@ class Writer:
                 book.writestr(name, text)
 
 
-def save_cells(path, spec):
-    Writer(spec).save(path)
+def save_cells(path, description):
+    Writer(description).save(path)
 
 
-def save_by_openpyxl(path, spec):
+def save_by_openpyxl(path, description):
     book = openpyxl.Workbook()
-    for name, value in spec["sheets"][0]["cells"].items():
+    for name, value in description["sheets"][0]["cells"].items():
         book.active[name] = value
     book.save(path)
 
