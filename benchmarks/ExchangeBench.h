@@ -144,14 +144,17 @@ private:
     QTemporaryDir m_dir;
 };
 
+constexpr int repetitions = 5;
+
 /// Registers a job that sets the time of its one iteration itself.
-inline void addJob(const char* name, const std::function<void(benchmark::State&)>& job)
+inline void addJob(const char* name, const std::function<void(benchmark::State&)>& job,
+                   int times = repetitions)
 {
     benchmark::RegisterBenchmark(name, job)
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond)
         ->Iterations(1)
-        ->Repetitions(3)
+        ->Repetitions(times)
         ->ReportAggregatesOnly();
 }
 
