@@ -24,6 +24,7 @@
 #include "blanks/BlankRecord.h"
 #include "blanks/GraphicsZItem.h"
 #include "forms/FormDefinitions.h"
+#include "render/BlankPaper.h"
 #include "render/FrameLabel.h"
 #include "render/PageWidget.h"
 #include "render/QrPixmap.h"
@@ -232,29 +233,6 @@ int heightOfRows(const QTableWidget* table)
         height += table->rowHeight(row);
     }
     return height;
-}
-
-/// Sets the blank's paper on the printer. A size in millimetres is taken exactly: matched to the
-/// nearest named size, it could be a millimetre off, and every mark with it.
-void setPaper(QPrinter& printer, int orientation, int format, const QSizeF& sizeMm)
-{
-    printer.setPageOrientation(orientation == PaperOrientation::landscape ? QPageLayout::Landscape
-                                                                          : QPageLayout::Portrait);
-    switch (format) {
-    case PaperFormat::a4:
-        printer.setPageSize(QPageSize(QPageSize::A4));
-        return;
-    case PaperFormat::a5:
-        printer.setPageSize(QPageSize(QPageSize::A5));
-        return;
-    case PaperFormat::customMm:
-        // Height first, also for portrait: existing blanks are made for it.
-        printer.setPageSize(QPageSize(QSizeF(sizeMm.height(), sizeMm.width()),
-                                      QPageSize::Millimeter, QString(), QPageSize::ExactMatch));
-        return;
-    default:
-        qDebug() << "PrinPreviewDialog Error: Unknown page format";
-    }
 }
 
 /// The picture scaled into the page; null if it is none. A scan takes far longer to load than the
@@ -499,7 +477,7 @@ bool PrinPreviewDialog::printPage(QPrinter& printer, QPainter& painter)
     if (!scene) {
         return false;
     }
-    setPaper(printer, paperOrientation, paperFormat, blankPageSize);
+    BlankPaper(paperOrientation, paperFormat, blankPageSize).setOn(printer);
     if (backgroundItem && !ui->checkPrintBG->isChecked()) {
         backgroundItem->hide();
     }
