@@ -22,12 +22,12 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/WheelGuard.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/FontFamily.h"
 #include "blanks/ResizableRectItem.h"
 #include "blanks/TableLayoutDialog.h"
 #include "blanks/ZelvoraView.h"
-#include "documents/WheelGuard.h"
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
 #include "ui_BlankWindow.h"

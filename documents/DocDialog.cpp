@@ -2,7 +2,7 @@
 
 #include "app/AppStyle.h"
 #include "documents/DocumentContent.h"
-#include "documents/WheelGuard.h"
+#include "app/WheelGuard.h"
 #include "documents/ZelvoraTableButton.h"
 #include "ui_DocDialog.h"
 

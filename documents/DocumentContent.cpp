@@ -15,7 +15,7 @@
 #include "documents/CellTextDelegate.h"
 #include "documents/TableMemoDialog.h"
 #include "documents/TextMemoDialog.h"
-#include "documents/WheelGuard.h"
+#include "app/WheelGuard.h"
 #include "documents/ZelvoraTableButton.h"
 #include "documents/ZelvoraTextButton.h"
 #include "forms/FormDefinitions.h"

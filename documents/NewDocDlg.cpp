@@ -8,7 +8,7 @@
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
 #include "documents/TextValDialog.h"
-#include "documents/WheelGuard.h"
+#include "app/WheelGuard.h"
 #include "documents/ZelvoraTableButton.h"
 #include "forms/FormDefinitions.h"
 #include "ui_NewDocDlg.h"

@@ -14,7 +14,7 @@
 #include "app/AppStyle.h"
 #include "documents/CellDateEdit.h"
 #include "documents/DocumentContent.h"
-#include "documents/WheelGuard.h"
+#include "app/WheelGuard.h"
 #include "forms/FormDefinitions.h"
 #include "ui_TableMemoDialog.h"
 

@@ -1,4 +1,4 @@
-#include "documents/WheelGuard.h"
+#include "app/WheelGuard.h"
 
 #include <QEvent>
 #include <QWidget>
