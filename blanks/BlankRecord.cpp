@@ -6,10 +6,15 @@
 int mmToPixels(int millimetres)
 {
     constexpr double unitsPerMillimetre = 3.7795;
-    // A row may hold any integer; a product beyond the range has no defined conversion.
+    return truncated(millimetres * unitsPerMillimetre);
+}
+
+int truncated(double length)
+{
+    // Stored numbers may be any; beyond the range of int a conversion is undefined.
     constexpr double lowest = std::numeric_limits<int>::min();
     constexpr double highest = std::numeric_limits<int>::max();
-    return static_cast<int>(std::clamp(millimetres * unitsPerMillimetre, lowest, highest));
+    return static_cast<int>(std::max(lowest, std::min(length, highest)));
 }
 
 QString paperFormatName(int code)

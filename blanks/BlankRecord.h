@@ -40,5 +40,9 @@ constexpr int center = 2;
 /// of the system; page sizes and print offsets all pass through it.
 int mmToPixels(int millimetres);
 
+/// Cuts a length in scene units to a whole number, toward zero; beyond the range of int it is the
+/// nearest end of it.
+int truncated(double length);
+
 /// The name of a paper format code: "A4", "A5", "CustomMM", or "Unknown" for any other code.
 QString paperFormatName(int code);

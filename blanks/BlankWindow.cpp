@@ -1,32 +1,25 @@
 #include "blanks/BlankWindow.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDebug>
-#include <QFontComboBox>
 #include <QGraphicsPixmapItem>
 #include <QGraphicsScene>
 #include <QGraphicsTextItem>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QRandomGenerator>
-#include <QSpinBox>
 #include <QSqlError>
 #include <QSqlQuery>
 
 #include <algorithm>
-#include <limits>
-#include <utility>
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
-#include "app/WheelGuard.h"
 #include "blanks/BlankRecord.h"
-#include "blanks/FontFamily.h"
+#include "blanks/ItemPropertiesTable.h"
 #include "blanks/ResizableRectItem.h"
 #include "blanks/TableLayoutDialog.h"
+#include "blanks/TagTree.h"
 #include "blanks/ZelvoraView.h"
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
@@ -34,62 +27,10 @@
 
 namespace {
 
-// Keys of the rows of the properties table.
-namespace PropertyKey {
-constexpr int text = 0;
-constexpr int x = 1;
-constexpr int y = 2;
-constexpr int width = 3;
-constexpr int height = 4;
-constexpr int hAlign = 5;
-constexpr int vAlign = 6;
-constexpr int font = 7;
-constexpr int fontSize = 8;
-constexpr int zStroke = 9;
-constexpr int columns = 10;
-constexpr int lineSpacing = 11;
-} // namespace PropertyKey
-
-// The rows that are plain table items stand first, each in the row of its key.
-constexpr int textRowCount = 5;
-constexpr int valueColumn = 1;
-constexpr int tagColumn = 1;
-
 // What a QR picture's side is less than its frame's: as loaded, and after a change.
 constexpr int qrMarginLoaded = 2;
 constexpr int qrMarginChanged = 1;
 constexpr int newQrSide = 96;
-const QPointF qrPosition(1.0, 1.0);
-
-struct Tag
-{
-    const char* caption;
-    const char* tag;
-};
-
-const Tag organisationTags[] = {
-    {"Название огранизации ВП", "#ORG_NAME_1"},
-    {"Название организации ПП", "#ORG_NAME_2"},
-    {"Регион (область)", "#ORG_REGION"},
-    {"Населённый пункт", "#ORG_LOCALITY"},
-    {"Полное имя директора", "#ORG_DIRECTOR"},
-    {"Сокращенное имя директора", "#ORG_DIRECTOR_SHORT"},
-};
-
-const Tag fixedFieldTags[] = {
-    {"Фамилия", "#LNAME"},          {"Имя", "#FNAME"},
-    {"Отчество", "#MNAME"},         {"Дата рождения", "#BIRTH_DATE"},
-    {"Дата выдачи", "#ISSUE_DATE"}, {"Дата изменения", "#EDIT_DATE"},
-    {"Серия бланка", "#BLANK_SER"}, {"Номер бланка", "#BLANK_NO"},
-    {"Дубликат", "#DUPLICATE"},
-};
-
-int truncated(double value)
-{
-    constexpr double lowest = std::numeric_limits<int>::min();
-    constexpr double highest = std::numeric_limits<int>::max();
-    return static_cast<int>(std::max(lowest, std::min(value, highest)));
-}
 
 bool isQr(const QJsonObject& item)
 {
@@ -99,6 +40,11 @@ bool isQr(const QJsonObject& item)
 QString jsonText(const QJsonObject& object)
 {
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+QRectF geometryOf(const QGraphicsRectItem* frame)
+{
+    return QRectF(frame->pos(), frame->rect().size());
 }
 
 QJsonObject itemObject(const QGraphicsItem* frame)
@@ -150,7 +96,7 @@ QSize pageSize(const QSqlQuery& blank)
 
 int qrSide(const QSizeF& frame, int margin)
 {
-    return truncated(std::min(frame.width(), frame.height())) - margin;
+    return truncated(std::min(frame.width(), frame.height()) - margin);
 }
 
 // Shows the text as a QR picture with a side of that many scene units; none if it is below 1.
@@ -163,6 +109,14 @@ void showQr(QGraphicsPixmapItem* child, const QString& text, int side)
     makeQrPixmap(text, picture);
     child->setPixmap(picture.scaled(pixels, pixels, Qt::IgnoreAspectRatio, Qt::FastTransformation));
     child->setScale(side > pixels ? static_cast<double>(side) / pixels : 1.0);
+}
+
+QGraphicsPixmapItem* newQrChild(const QString& text, int side)
+{
+    auto* picture = new QGraphicsPixmapItem;
+    showQr(picture, text, side);
+    picture->setPos(1.0, 1.0);
+    return picture;
 }
 
 QGraphicsTextItem* textChild(const QGraphicsItem* frame)
@@ -195,23 +149,15 @@ int alignedOffset(double start, double frameExtent, double childExtent, int alig
     }
 }
 
-QTreeWidgetItem* addGroup(QTreeWidget* tree, const QString& caption)
+// The fields of a form; none, and a line in the log, if they can't be read.
+QJsonArray formFields(const QString& formId)
 {
-    return new QTreeWidgetItem(tree, {caption});
-}
-
-void addLeaf(QTreeWidgetItem* group, const QString& caption, const QString& tag)
-{
-    auto* leaf = new QTreeWidgetItem(group, {caption});
-    leaf->setData(tagColumn, Qt::UserRole, tag);
-}
-
-template <std::size_t count>
-void addLeaves(QTreeWidgetItem* group, const Tag (&tags)[count])
-{
-    for (const Tag& tag : tags) {
-        addLeaf(group, tag.caption, tag.tag);
+    const JsonColumn form = readFormFields(formId);
+    if (form.status == JsonColumn::Status::QueryFailed) {
+        qDebug() << "Unable to execute select items query";
+        qDebug() << form.error;
     }
+    return form.object["fields"].toArray();
 }
 
 } // namespace
@@ -228,6 +174,7 @@ BlankWindow::BlankWindow(QWidget* parent)
     ui->splitter->setSizes({150, 400, 150});
     ui->splitter->setStretchFactor(1, 1);
     ui->blankTree->setColumnHidden(tagColumn, true);
+    properties = new ItemPropertiesTable(ui->propertiesWidget, this);
     view->setScene(scene);
     ui->blankViewLayout->addWidget(view);
 
@@ -238,6 +185,9 @@ BlankWindow::BlankWindow(QWidget* parent)
     connect(scene, &QGraphicsScene::selectionChanged, this, &BlankWindow::sceneSelectionChanged);
     connect(view, &ZelvoraView::endDrag, this, &BlankWindow::invalidateCurrentItem);
     connect(ui->propertiesWidget, &QTableWidget::cellChanged, this, &BlankWindow::itemValueChanged);
+    connect(properties, &ItemPropertiesTable::propertyChanged, this,
+            &BlankWindow::itemPropertyChanged);
+    connect(properties, &ItemPropertiesTable::columnsRequested, this, &BlankWindow::tableEdit);
 }
 
 BlankWindow::~BlankWindow()
@@ -294,24 +244,9 @@ void BlankWindow::loadBlankTree()
         return;
     }
     const QString formId = query.next() ? query.value("FORM_ID").toString() : QString();
-    addLeaves(addGroup(ui->blankTree, "Организация"), organisationTags);
-    addLeaves(addGroup(ui->blankTree, "Основные поля"), fixedFieldTags);
-    addFormFields(addGroup(ui->blankTree, "Дополнительные поля"), formId);
-}
-
-void BlankWindow::addFormFields(QTreeWidgetItem* group, const QString& formId)
-{
-    const JsonColumn form = readFormFields(formId);
-    if (form.status == JsonColumn::Status::QueryFailed) {
-        qDebug() << "Unable to execute select items query";
-        qDebug() << form.error;
-        return;
-    }
-    const QJsonArray fields = form.object["fields"].toArray();
-    for (const QJsonValue& field : fields) {
-        addLeaf(group, field["name"].toString(),
-                field["tag"].toString() + "," + QString::number(field["type"].toInt()));
-    }
+    addOrganisationTags(ui->blankTree);
+    addFixedFieldTags(ui->blankTree);
+    addFormFieldTags(ui->blankTree, formFields(formId));
 }
 
 void BlankWindow::createItem(QRectF rect, const QString& value, int kind)
@@ -320,22 +255,9 @@ void BlankWindow::createItem(QRectF rect, const QString& value, int kind)
     // and lets the keyboard move the new item at once.
     view->setFocus();
 
-    QJsonObject item{{"v_align", VerticalAlign::center}, {"h_align", HorizontalAlign::center}};
-    if (kind == BlankItemKind::table) {
-        item["columns_align"] = QJsonArray{HorizontalAlign::left};
-        item["columns_width"] = QJsonArray{150};
-        item["row_from"] = 1;
-        item["row_to"] = 10;
-        item["v_align"] = VerticalAlign::top;
-        item["h_align"] = HorizontalAlign::left;
-    }
-
     QGraphicsItem* child = nullptr;
     if (kind == BlankItemKind::qr) {
-        auto* picture = new QGraphicsPixmapItem;
-        showQr(picture, value, newQrSide);
-        picture->setPos(qrPosition);
-        child = picture;
+        child = newQrChild(value, newQrSide);
         rect.setSize(QSizeF(newQrSide + qrMarginLoaded, newQrSide + qrMarginLoaded));
     } else {
         auto* text = new QGraphicsTextItem(value);
@@ -345,54 +267,63 @@ void BlankWindow::createItem(QRectF rect, const QString& value, int kind)
         text->setFont(blankFont);
         child = text;
     }
-
-    item["type"] = kind;
-    item["pos_x"] = rect.x();
-    item["pos_y"] = rect.y();
-    item["size_w"] = rect.width();
-    item["size_h"] = rect.height();
-    item["value"] = value;
-    item["font"] = blankFont.family();
-    item["font_size"] = blankFont.pointSize();
-    item["line_spacing"] = "1";
-
-    QGraphicsRectItem* frame =
-        addFrame(QRectF(QPointF(0.0, 0.0), rect.size()), rect.topLeft(), item);
-    child->setParentItem(frame);
-    if (kind != BlankItemKind::qr) {
-        placeText(frame, textChild(frame), item);
-    }
+    QGraphicsRectItem* frame = addFrame(newItemObject(rect, value, kind), child);
     scene->clearSelection();
     frame->setSelected(true);
 }
 
 void BlankWindow::addItemFromJson(const QJsonObject& item)
 {
-    const QRectF rect(0.0, 0.0, item["size_w"].toDouble(), item["size_h"].toDouble());
-    QGraphicsRectItem* frame =
-        addFrame(rect, QPointF(item["pos_x"].toDouble(), item["pos_y"].toDouble()), item);
     const QString value = item["value"].toString();
     if (isQr(item)) {
-        auto* picture = new QGraphicsPixmapItem(frame);
-        showQr(picture, value, qrSide(rect.size(), qrMarginLoaded));
-        picture->setPos(qrPosition);
+        const QSizeF size(item["size_w"].toDouble(), item["size_h"].toDouble());
+        addFrame(item, newQrChild(value, qrSide(size, qrMarginLoaded)));
         return;
     }
-    auto* text = new QGraphicsTextItem(value, frame);
+    auto* text = new QGraphicsTextItem(value);
     text->setFont(itemFont(item));
-    placeText(frame, text, item);
+    addFrame(item, text);
 }
 
-QGraphicsRectItem* BlankWindow::addFrame(const QRectF& rect, const QPointF& position,
-                                         const QJsonObject& item)
+QJsonObject BlankWindow::newItemObject(const QRectF& rect, const QString& value, int kind) const
 {
+    QJsonObject item{{"type", kind},
+                     {"pos_x", rect.x()},
+                     {"pos_y", rect.y()},
+                     {"size_w", rect.width()},
+                     {"size_h", rect.height()},
+                     {"value", value},
+                     {"font", blankFont.family()},
+                     {"font_size", blankFont.pointSize()},
+                     {"line_spacing", "1"},
+                     {"h_align", HorizontalAlign::center},
+                     {"v_align", VerticalAlign::center}};
+    if (kind == BlankItemKind::table) {
+        item["h_align"] = HorizontalAlign::left;
+        item["v_align"] = VerticalAlign::top;
+        item["columns_align"] = QJsonArray{HorizontalAlign::left};
+        item["columns_width"] = QJsonArray{150};
+        item["row_from"] = 1;
+        item["row_to"] = 10;
+    }
+    return item;
+}
+
+// Puts a frame with its child at the item's place on the page.
+QGraphicsRectItem* BlankWindow::addFrame(const QJsonObject& item, QGraphicsItem* child)
+{
+    const QRectF rect(0.0, 0.0, item["size_w"].toDouble(), item["size_h"].toDouble());
     auto* frame = new ResizableRectItem(rect, &resizeLimits);
     setItemObject(frame, item);
-    frame->setPos(position);
+    frame->setPos(item["pos_x"].toDouble(), item["pos_y"].toDouble());
     frame->setFlag(QGraphicsItem::ItemIsSelectable);
     frame->setFlag(QGraphicsItem::ItemIsFocusable);
     frame->setFlag(QGraphicsItem::ItemIsMovable);
     scene->addItem(frame);
+    child->setParentItem(frame);
+    if (!isQr(item)) {
+        placeText(frame, textChild(frame), item);
+    }
     return frame;
 }
 
@@ -468,13 +399,13 @@ void BlankWindow::treeItemDblClick(QTreeWidgetItem* leaf)
 
 void BlankWindow::sceneSelectionChanged()
 {
-    ui->propertiesWidget->setRowCount(0);
+    properties->clear();
     const QGraphicsRectItem* frame = selectedFrame();
     if (!frame) {
         return;
     }
     valueGuard = false;
-    buildPropertyRows(frame, itemObject(frame));
+    properties->show(itemObject(frame), geometryOf(frame));
     valueGuard = true;
 }
 
@@ -496,9 +427,7 @@ void BlankWindow::itemPropertyChanged()
         return;
     }
     QJsonObject item = itemObject(frame);
-    for (int row = 0; row < ui->propertiesWidget->rowCount(); ++row) {
-        readProperty(row, item);
-    }
+    properties->readProperties(item);
     if (!isQr(item)) {
         QGraphicsTextItem* text = textChild(frame);
         text->setPlainText(item["value"].toString());
@@ -510,7 +439,7 @@ void BlankWindow::itemPropertyChanged()
 
 void BlankWindow::itemValueChanged(int row, int column)
 {
-    if (row >= textRowCount || column != valueColumn || !valueGuard) {
+    if (!valueGuard || !ItemPropertiesTable::isTypedCell(row, column)) {
         return;
     }
     QGraphicsRectItem* frame = selectedFrame();
@@ -518,11 +447,7 @@ void BlankWindow::itemValueChanged(int row, int column)
         return;
     }
     QJsonObject item = itemObject(frame);
-    item["value"] = propertyText(PropertyKey::text);
-    item["pos_x"] = propertyText(PropertyKey::x).toInt();
-    item["pos_y"] = propertyText(PropertyKey::y).toInt();
-    item["size_w"] = propertyText(PropertyKey::width).toInt();
-    item["size_h"] = propertyText(PropertyKey::height).toInt();
+    properties->readTypedCells(item);
     setItemObject(frame, item);
 
     frame->setPos(item["pos_x"].toInt(), item["pos_y"].toInt());
@@ -539,15 +464,8 @@ void BlankWindow::invalidateCurrentItem()
     if (!frame) {
         return;
     }
-    const QRectF rect = frame->rect();
-    const std::pair<int, double> values[] = {{PropertyKey::x, frame->x()},
-                                             {PropertyKey::y, frame->y()},
-                                             {PropertyKey::width, rect.width()},
-                                             {PropertyKey::height, rect.height()}};
     valueGuard = false;
-    for (const auto& [row, value] : values) {
-        ui->propertiesWidget->item(row, valueColumn)->setText(QString::number(truncated(value)));
-    }
+    properties->showGeometry(geometryOf(frame));
     valueGuard = true;
     refreshChild(frame, itemObject(frame));
 }
@@ -624,149 +542,4 @@ void BlankWindow::refreshChild(QGraphicsRectItem* frame, const QJsonObject& item
     }
     showQr(qrChild(frame), item["value"].toString(), qrSide(frame->rect().size(), qrMarginChanged));
     view->viewport()->update();
-}
-
-void BlankWindow::buildPropertyRows(const QGraphicsRectItem* frame, const QJsonObject& item)
-{
-    const QRectF rect = frame->rect();
-    addTextRow("Текст", PropertyKey::text, item["value"].toString());
-    addTextRow("X", PropertyKey::x, QString::number(truncated(frame->x())));
-    addTextRow("Y", PropertyKey::y, QString::number(truncated(frame->y())));
-    addTextRow("Ширина", PropertyKey::width, QString::number(truncated(rect.width())));
-    addTextRow("Высота", PropertyKey::height, QString::number(truncated(rect.height())));
-    addAlignRow("Выравнивание X", PropertyKey::hAlign, {"Слева", "Справа", "По центру"},
-                item["h_align"].toInt());
-    addAlignRow("Выравнивание Y", PropertyKey::vAlign, {"Сверху", "Снизу", "По центру"},
-                item["v_align"].toInt());
-    addFontRow(item["font"].toString());
-    addFontSizeRow(item["font_size"].toInt());
-    addLineSpacingRow(item["line_spacing"].toString("1,0"));
-    addZStrokeRow(item["f_cut"].toInt() != 0);
-    if (item["type"].toInt() == BlankItemKind::table) {
-        addColumnsRow();
-    }
-}
-
-void BlankWindow::addPropertyRow(const QString& caption, int key)
-{
-    const int row = ui->propertiesWidget->rowCount();
-    ui->propertiesWidget->insertRow(row);
-    auto* captionItem = new QTableWidgetItem(caption);
-    captionItem->setFlags(captionItem->flags() & ~Qt::ItemIsEditable);
-    captionItem->setData(Qt::UserRole, key);
-    ui->propertiesWidget->setItem(row, 0, captionItem);
-}
-
-void BlankWindow::addTextRow(const QString& caption, int key, const QString& text)
-{
-    addPropertyRow(caption, key);
-    ui->propertiesWidget->setItem(ui->propertiesWidget->rowCount() - 1, valueColumn,
-                                  new QTableWidgetItem(text));
-}
-
-void BlankWindow::addEditorRow(const QString& caption, int key, QWidget* editor)
-{
-    addPropertyRow(caption, key);
-    editor->setStyleSheet("border: none");
-    WheelGuard::install(editor);
-    ui->propertiesWidget->setCellWidget(ui->propertiesWidget->rowCount() - 1, valueColumn, editor);
-}
-
-void BlankWindow::addAlignRow(const QString& caption, int key, const QStringList& entries,
-                              int align)
-{
-    auto* combo = new QComboBox;
-    combo->addItems(entries);
-    combo->setCurrentIndex(align);
-    connectCombo(combo);
-    addEditorRow(caption, key, combo);
-}
-
-void BlankWindow::addFontRow(const QString& family)
-{
-    auto* combo = new QFontComboBox;
-    showFontFamily(combo, family);
-    connectCombo(combo);
-    addEditorRow("Шрифт", PropertyKey::font, combo);
-}
-
-void BlankWindow::addFontSizeRow(int pointSize)
-{
-    constexpr int largestSize = 999;
-    auto* spin = new QSpinBox;
-    spin->setRange(0, largestSize);
-    spin->setValue(pointSize);
-    connect(spin, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            &BlankWindow::itemPropertyChanged);
-    addEditorRow("Размер шрифта", PropertyKey::fontSize, spin);
-}
-
-void BlankWindow::addLineSpacingRow(const QString& spacing)
-{
-    auto* combo = new QComboBox;
-    combo->addItems({"1,0", "1,15", "1,5", "2,0"});
-    combo->setCurrentText(spacing);
-    connectCombo(combo);
-    addEditorRow("Межстрочный интервал", PropertyKey::lineSpacing, combo);
-}
-
-void BlankWindow::addZStrokeRow(bool isCut)
-{
-    auto* check = new QCheckBox;
-    check->setChecked(isCut);
-    connect(check, &QCheckBox::stateChanged, this, &BlankWindow::itemPropertyChanged);
-    addEditorRow("Росчерк", PropertyKey::zStroke, check);
-}
-
-void BlankWindow::addColumnsRow()
-{
-    auto* button = new QPushButton("Изменить");
-    connect(button, &QPushButton::clicked, this, &BlankWindow::tableEdit);
-    addEditorRow("Столбцы", PropertyKey::columns, button);
-}
-
-void BlankWindow::connectCombo(QComboBox* combo)
-{
-    connect(combo, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            &BlankWindow::itemPropertyChanged);
-}
-
-QString BlankWindow::propertyText(int row) const
-{
-    return ui->propertiesWidget->item(row, valueColumn)->text();
-}
-
-// Copies what a row of the properties table shows into the item object. Position and size have
-// their own slot, and a QR item's text goes with them.
-void BlankWindow::readProperty(int row, QJsonObject& item) const
-{
-    QWidget* editor = ui->propertiesWidget->cellWidget(row, valueColumn);
-    const auto* combo = qobject_cast<QComboBox*>(editor);
-    switch (ui->propertiesWidget->item(row, 0)->data(Qt::UserRole).toInt()) {
-    case PropertyKey::text:
-        if (!isQr(item)) {
-            item["value"] = propertyText(row);
-        }
-        break;
-    case PropertyKey::hAlign:
-        item["h_align"] = combo->currentIndex();
-        break;
-    case PropertyKey::vAlign:
-        item["v_align"] = combo->currentIndex();
-        break;
-    case PropertyKey::font:
-        item["font"] = combo->currentText();
-        break;
-    case PropertyKey::fontSize:
-        item["font_size"] = qobject_cast<QSpinBox*>(editor)->value();
-        break;
-    case PropertyKey::zStroke:
-        item["f_cut"] = qobject_cast<QCheckBox*>(editor)->isChecked() ? 1 : 0;
-        break;
-    case PropertyKey::lineSpacing:
-        item["line_spacing"] = combo->currentText();
-        break;
-    default:
-        break;
-    }
 }

@@ -9,12 +9,10 @@
 
 #include "blanks/ResizeLimits.h"
 
-class QComboBox;
+class ItemPropertiesTable;
 class QGraphicsItem;
-class QGraphicsPixmapItem;
 class QGraphicsRectItem;
 class QGraphicsScene;
-class QGraphicsTextItem;
 class QSqlQuery;
 class QTreeWidgetItem;
 class ZelvoraView;
@@ -86,27 +84,12 @@ public slots:
 
 private:
     void buildPage(const QSqlQuery& blank);
-    QGraphicsRectItem* addFrame(const QRectF& rect, const QPointF& position,
-                                const QJsonObject& item);
+    QJsonObject newItemObject(const QRectF& rect, const QString& value, int kind) const;
+    QGraphicsRectItem* addFrame(const QJsonObject& item, QGraphicsItem* child);
     QGraphicsRectItem* selectedFrame() const;
     QRectF newItemRect() const;
     QFont itemFont(const QJsonObject& item) const;
     void refreshChild(QGraphicsRectItem* frame, const QJsonObject& item);
-    void addFormFields(QTreeWidgetItem* group, const QString& formId);
-
-    void buildPropertyRows(const QGraphicsRectItem* frame, const QJsonObject& item);
-    void addPropertyRow(const QString& caption, int key);
-    void addTextRow(const QString& caption, int key, const QString& text);
-    void addEditorRow(const QString& caption, int key, QWidget* editor);
-    void addAlignRow(const QString& caption, int key, const QStringList& entries, int align);
-    void addFontRow(const QString& family);
-    void addFontSizeRow(int pointSize);
-    void addLineSpacingRow(const QString& spacing);
-    void addZStrokeRow(bool isCut);
-    void addColumnsRow();
-    void connectCombo(QComboBox* combo);
-    QString propertyText(int row) const;
-    void readProperty(int row, QJsonObject& item) const;
 
     std::unique_ptr<Ui::BlankWindow> ui;
     QFont blankFont; // FONT at FONT_SIZE of the blank
@@ -115,4 +98,5 @@ private:
     int blankId = 0;
     ResizeLimits resizeLimits;
     bool valueGuard = true; // false while the program itself fills the properties table
+    ItemPropertiesTable* properties;
 };

@@ -1,0 +1,225 @@
+#include "blanks/ItemPropertiesTable.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFontComboBox>
+#include <QJsonObject>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTableWidget>
+
+#include "app/WheelGuard.h"
+#include "blanks/BlankRecord.h"
+#include "blanks/FontFamily.h"
+
+namespace {
+
+// Keys of the rows.
+namespace PropertyKey {
+constexpr int text = 0;
+constexpr int x = 1;
+constexpr int y = 2;
+constexpr int width = 3;
+constexpr int height = 4;
+constexpr int hAlign = 5;
+constexpr int vAlign = 6;
+constexpr int font = 7;
+constexpr int fontSize = 8;
+constexpr int zStroke = 9;
+constexpr int columns = 10;
+constexpr int lineSpacing = 11;
+} // namespace PropertyKey
+
+// The rows that are plain table items stand first, each in the row of its key.
+constexpr int typedRowCount = 5;
+constexpr int captionColumn = 0;
+constexpr int valueColumn = 1;
+
+QString wholeUnits(double length)
+{
+    return QString::number(truncated(length));
+}
+
+} // namespace
+
+ItemPropertiesTable::ItemPropertiesTable(QTableWidget* widget, QObject* parent)
+    : QObject(parent)
+    , m_table(widget)
+{
+}
+
+void ItemPropertiesTable::clear()
+{
+    m_table->setRowCount(0);
+}
+
+void ItemPropertiesTable::show(const QJsonObject& item, const QRectF& geometry)
+{
+    clear();
+    addTextRow("Текст", PropertyKey::text, item["value"].toString());
+    addTextRow("X", PropertyKey::x, wholeUnits(geometry.x()));
+    addTextRow("Y", PropertyKey::y, wholeUnits(geometry.y()));
+    addTextRow("Ширина", PropertyKey::width, wholeUnits(geometry.width()));
+    addTextRow("Высота", PropertyKey::height, wholeUnits(geometry.height()));
+    addAlignRow("Выравнивание X", PropertyKey::hAlign, {"Слева", "Справа", "По центру"},
+                item["h_align"].toInt());
+    addAlignRow("Выравнивание Y", PropertyKey::vAlign, {"Сверху", "Снизу", "По центру"},
+                item["v_align"].toInt());
+    addFontRow(item["font"].toString());
+    addFontSizeRow(item["font_size"].toInt());
+    addLineSpacingRow(item["line_spacing"].toString("1,0"));
+    addZStrokeRow(item["f_cut"].toInt() != 0);
+    if (item["type"].toInt() == BlankItemKind::table) {
+        addColumnsRow();
+    }
+}
+
+void ItemPropertiesTable::showGeometry(const QRectF& geometry)
+{
+    m_table->item(PropertyKey::x, valueColumn)->setText(wholeUnits(geometry.x()));
+    m_table->item(PropertyKey::y, valueColumn)->setText(wholeUnits(geometry.y()));
+    m_table->item(PropertyKey::width, valueColumn)->setText(wholeUnits(geometry.width()));
+    m_table->item(PropertyKey::height, valueColumn)->setText(wholeUnits(geometry.height()));
+}
+
+bool ItemPropertiesTable::isTypedCell(int row, int column)
+{
+    return row < typedRowCount && column == valueColumn;
+}
+
+void ItemPropertiesTable::readTypedCells(QJsonObject& item) const
+{
+    item["value"] = typedText(PropertyKey::text);
+    item["pos_x"] = typedText(PropertyKey::x).toInt();
+    item["pos_y"] = typedText(PropertyKey::y).toInt();
+    item["size_w"] = typedText(PropertyKey::width).toInt();
+    item["size_h"] = typedText(PropertyKey::height).toInt();
+}
+
+void ItemPropertiesTable::readProperties(QJsonObject& item) const
+{
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        readRow(row, item);
+    }
+}
+
+void ItemPropertiesTable::addRow(const QString& caption, int key)
+{
+    const int row = m_table->rowCount();
+    m_table->insertRow(row);
+    auto* captionItem = new QTableWidgetItem(caption);
+    captionItem->setFlags(captionItem->flags() & ~Qt::ItemIsEditable);
+    captionItem->setData(Qt::UserRole, key);
+    m_table->setItem(row, captionColumn, captionItem);
+}
+
+void ItemPropertiesTable::addTextRow(const QString& caption, int key, const QString& text)
+{
+    addRow(caption, key);
+    m_table->setItem(m_table->rowCount() - 1, valueColumn, new QTableWidgetItem(text));
+}
+
+void ItemPropertiesTable::addEditorRow(const QString& caption, int key, QWidget* editor)
+{
+    addRow(caption, key);
+    editor->setStyleSheet("border: none");
+    WheelGuard::install(editor);
+    m_table->setCellWidget(m_table->rowCount() - 1, valueColumn, editor);
+}
+
+void ItemPropertiesTable::addAlignRow(const QString& caption, int key, const QStringList& entries,
+                                      int align)
+{
+    auto* combo = new QComboBox;
+    combo->addItems(entries);
+    combo->setCurrentIndex(align);
+    connectCombo(combo);
+    addEditorRow(caption, key, combo);
+}
+
+void ItemPropertiesTable::addFontRow(const QString& family)
+{
+    auto* combo = new QFontComboBox;
+    showFontFamily(combo, family);
+    connectCombo(combo);
+    addEditorRow("Шрифт", PropertyKey::font, combo);
+}
+
+void ItemPropertiesTable::addFontSizeRow(int pointSize)
+{
+    constexpr int largestSize = 999;
+    auto* spin = new QSpinBox;
+    spin->setRange(0, largestSize);
+    spin->setValue(pointSize);
+    connect(spin, QOverload<int>::of(&QSpinBox::valueChanged), this,
+            &ItemPropertiesTable::propertyChanged);
+    addEditorRow("Размер шрифта", PropertyKey::fontSize, spin);
+}
+
+void ItemPropertiesTable::addLineSpacingRow(const QString& spacing)
+{
+    auto* combo = new QComboBox;
+    combo->addItems({"1,0", "1,15", "1,5", "2,0"});
+    combo->setCurrentText(spacing);
+    connectCombo(combo);
+    addEditorRow("Межстрочный интервал", PropertyKey::lineSpacing, combo);
+}
+
+void ItemPropertiesTable::addZStrokeRow(bool isCut)
+{
+    auto* check = new QCheckBox;
+    check->setChecked(isCut);
+    connect(check, &QCheckBox::stateChanged, this, &ItemPropertiesTable::propertyChanged);
+    addEditorRow("Росчерк", PropertyKey::zStroke, check);
+}
+
+void ItemPropertiesTable::addColumnsRow()
+{
+    auto* button = new QPushButton("Изменить");
+    connect(button, &QPushButton::clicked, this, &ItemPropertiesTable::columnsRequested);
+    addEditorRow("Столбцы", PropertyKey::columns, button);
+}
+
+void ItemPropertiesTable::connectCombo(QComboBox* combo)
+{
+    connect(combo, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &ItemPropertiesTable::propertyChanged);
+}
+
+QString ItemPropertiesTable::typedText(int row) const
+{
+    return m_table->item(row, valueColumn)->text();
+}
+
+void ItemPropertiesTable::readRow(int row, QJsonObject& item) const
+{
+    QWidget* editor = m_table->cellWidget(row, valueColumn);
+    const auto* combo = qobject_cast<QComboBox*>(editor);
+    switch (m_table->item(row, captionColumn)->data(Qt::UserRole).toInt()) {
+    case PropertyKey::text:
+        if (item["type"].toInt() != BlankItemKind::qr) {
+            item["value"] = typedText(row);
+        }
+        break;
+    case PropertyKey::hAlign:
+        item["h_align"] = combo->currentIndex();
+        break;
+    case PropertyKey::vAlign:
+        item["v_align"] = combo->currentIndex();
+        break;
+    case PropertyKey::font:
+        item["font"] = combo->currentText();
+        break;
+    case PropertyKey::fontSize:
+        item["font_size"] = qobject_cast<QSpinBox*>(editor)->value();
+        break;
+    case PropertyKey::zStroke:
+        item["f_cut"] = qobject_cast<QCheckBox*>(editor)->isChecked() ? 1 : 0;
+        break;
+    case PropertyKey::lineSpacing:
+        item["line_spacing"] = combo->currentText();
+        break;
+    default:
+        break;
+    }
+}
