@@ -15,6 +15,7 @@
 #include "blanks/BlankFormatDialog.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/BlankWindow.h"
+#include "store/SqlLog.h"
 #include "ui_BlankDlg.h"
 
 namespace {
@@ -30,11 +31,6 @@ const QStringList& formatColumns()
 
 // The list's failure is shown once per run.
 bool showListError = true;
-
-void logSqlError(const QSqlQuery& query)
-{
-    qDebug().noquote() << "sqlError: " + query.lastError().text();
-}
 
 QString quoted(const QString& text)
 {

@@ -8,7 +8,6 @@
 #include <QJsonDocument>
 #include <QMessageBox>
 #include <QRandomGenerator>
-#include <QSqlError>
 #include <QSqlQuery>
 
 #include <algorithm>
@@ -23,6 +22,7 @@
 #include "blanks/ZelvoraView.h"
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
+#include "store/SqlLog.h"
 #include "ui_BlankWindow.h"
 
 namespace {
@@ -204,8 +204,7 @@ void BlankWindow::loadBlank()
                     "SIZE_WIDTH, SIZE_HEIGHT, CONTENT FROM blanks WHERE ID = " +
                     QString::number(blankId) + ";"))
     {
-        qDebug() << "Unable to execute select from blanks";
-        qDebug() << query.lastError().text();
+        logSqlFailure("Unable to execute select from blanks", query);
         return;
     }
     if (!query.next()) {
@@ -239,8 +238,7 @@ void BlankWindow::loadBlankTree()
     QSqlQuery query;
     query.setForwardOnly(true);
     if (!query.exec("SELECT FORM_ID FROM blanks WHERE ID = " + QString::number(blankId) + ";")) {
-        qDebug() << "Unable to execute select from blanks";
-        qDebug() << query.lastError().text();
+        logSqlFailure("Unable to execute select from blanks", query);
         return;
     }
     const QString formId = query.next() ? query.value("FORM_ID").toString() : QString();
@@ -346,7 +344,7 @@ bool BlankWindow::saveBlank()
     if (isPrepared && query.exec()) {
         return true;
     }
-    qDebug().noquote() << "sqlError: " + query.lastError().text();
+    logSqlError(query);
     QMessageBox::about(this, "Ошибка", "Ошибка сохранения бланка: SQL Error");
     return false;
 }

@@ -1,8 +1,8 @@
 #include "documents/DocDialog.h"
 
 #include "app/AppStyle.h"
-#include "documents/DocumentContent.h"
 #include "app/WheelGuard.h"
+#include "documents/DocumentContent.h"
 #include "documents/ZelvoraTableButton.h"
 #include "ui_DocDialog.h"
 

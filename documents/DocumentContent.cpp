@@ -11,11 +11,11 @@
 
 #include <limits>
 
+#include "app/WheelGuard.h"
 #include "documents/CellDateEdit.h"
 #include "documents/CellTextDelegate.h"
 #include "documents/TableMemoDialog.h"
 #include "documents/TextMemoDialog.h"
-#include "app/WheelGuard.h"
 #include "documents/ZelvoraTableButton.h"
 #include "documents/ZelvoraTextButton.h"
 #include "forms/FormDefinitions.h"

@@ -71,9 +71,3 @@ void DocumentFields::readFixedFields(const Form& form)
     m_number = form.numberEdit->text();
     m_duplicate = form.duplicateCheck->isChecked() ? 1 : 0;
 }
-
-/// The statement that inserts a document (`templateFlag` 0, no name) or a document template
-/// (`templateFlag` 1 and its name). The values are pasted in as they are: an apostrophe in one of
-/// them makes the statement fail as a whole.
-QString insertDocumentSql(const DocumentFields& fields, int templateFlag,
-                          const QString& templateName);

@@ -7,12 +7,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QMessageBox>
-#include <QPushButton>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QToolBar>
 
@@ -21,19 +16,21 @@
 #include "blanks/BlankDlg.h"
 #include "documents/Archive.h"
 #include "documents/CellTextDelegate.h"
+#include "documents/ContentPane.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
 #include "documents/DocumentFields.h"
 #include "documents/DocumentList.h"
+#include "documents/DocumentRecord.h"
 #include "documents/NewDocDlg.h"
 #include "documents/ZelvoraTableButton.h"
-#include "documents/ZelvoraTextButton.h"
 #include "exchange/ExportDlg.h"
 #include "forms/FormDefinitions.h"
 #include "forms/FormsDlg.h"
 #include "render/PrinPreviewDialog.h"
 #include "store/ChangeOrgDataDlg.h"
 #include "store/DataBase.h"
+#include "store/SqlLog.h"
 #include "ui_MainWindow.h"
 
 namespace {
@@ -66,89 +63,10 @@ private:
     QTableWidget* m_table;
 };
 
-void logSqlFailure(const char* what, const QSqlQuery& query)
-{
-    qDebug() << what;
-    qDebug() << query.lastError().text();
-    qDebug() << query.lastQuery();
-}
-
-void logSelectFailure(const QSqlQuery& query)
-{
-    qDebug() << "Unable to execute select query";
-    qDebug() << query.lastError().text();
-}
-
-/// Reads a document into the dialog; false if it can't be read.
-bool loadDocument(DocDialog& dialog, const QVariant& id)
-{
-    QSqlQuery document;
-    if (!document.exec(
-            "SELECT BLANK_SER, BLANK_NO, FNAME, LNAME, MNAME,         BIRTH_DATE, DOC_TYPE, "
-            "DOC_GROUP, ISSUE_DATE, EDIT_DATE, DUPLICATE, CONTENT FROM docs WHERE ID = " +
-            id.toString() + ";"))
-    {
-        logSelectFailure(document);
-        return false;
-    }
-    if (!document.first()) {
-        return false;
-    }
-    dialog.setSeries(document.value("BLANK_SER").toString());
-    dialog.setNumber(document.value("BLANK_NO").toString());
-    dialog.setFname(document.value("FNAME").toString());
-    dialog.setLname(document.value("LNAME").toString());
-    dialog.setMname(document.value("MNAME").toString());
-    dialog.setBirthDate(document.value("BIRTH_DATE").toString());
-    dialog.setDocType(document.value("DOC_TYPE").toInt());
-    dialog.setDocGroup(document.value("DOC_GROUP").toString());
-    dialog.setIssueDate(document.value("ISSUE_DATE").toString());
-    dialog.setEditDate(document.value("EDIT_DATE").toString());
-    dialog.setDuplicate(document.value("DUPLICATE").toInt());
-    dialog.setContent(parseJsonColumn(document.value("CONTENT")));
-    return true;
-}
-
 /// Shows a document in the dialog; true if the user left something to be stored.
 bool editDocument(DocDialog& dialog, const QVariant& id)
 {
     return loadDocument(dialog, id) && dialog.exec() == QDialog::Accepted && dialog.docType() >= 1;
-}
-
-/// Inserts a document; its identifier, or an invalid value if the database refused it.
-QVariant insertDocument(const DocumentFields& fields)
-{
-    QSqlQuery insert;
-    if (!insert.exec(insertDocumentSql(fields, 0, QString()))) {
-        logSqlFailure("error insert into docs ", insert);
-        return QVariant();
-    }
-    return insert.lastInsertId();
-}
-
-/// The values are pasted in as they are: an apostrophe in one of them makes the statement fail as a
-/// whole.
-QString updateDocumentSql(const DocumentFields& fields, const QVariant& id)
-{
-    const QString content = QJsonDocument(fields.content()).toJson();
-    return "UPDATE docs SET BLANK_SER = '" + fields.series() + "', BLANK_NO = '" + fields.number() +
-           "', FNAME = '" + fields.fname() + "', LNAME = '" + fields.lname() + "', MNAME = '" +
-           fields.mname() + "', BIRTH_DATE = '" + fields.birthDate() +
-           "', DOC_TYPE = " + QString::number(fields.docType()) + ", DOC_GROUP = '" +
-           fields.docGroup() + "', ISSUE_DATE = '" + fields.issueDate() + "', EDIT_DATE = '" +
-           fields.editDate() + "', DUPLICATE = " + QString::number(fields.duplicate()) +
-           ", CONTENT = '" + content + "' WHERE ID = " + id.toString() + ";";
-}
-
-void deleteDocument(const QVariant& id)
-{
-    QSqlQuery remove;
-    remove.prepare("DELETE FROM docs WHERE ID = :Id");
-    remove.bindValue(":Id", id);
-    if (!remove.exec()) {
-        qDebug() << "error delete from docs";
-        qDebug() << remove.lastError().text();
-    }
 }
 
 void setTableColours(QTableWidget* table)
@@ -196,7 +114,7 @@ void MainWindow::updateDocsTable(const QString& query)
     if (!documents.exec("PRAGMA case_sensitive_like = false;") ||
         !documents.exec(query.isEmpty() ? "SELECT * FROM docs WHERE docs.TEMPLATE = 0;" : query))
     {
-        logSqlFailure("Unable to select from docs query", documents);
+        logSqlFailureWithQuery("Unable to select from docs query", documents);
         return;
     }
     fillDocumentList(ui->docsWidget, documents);
@@ -309,10 +227,7 @@ void MainWindow::onEditDoc()
     if (!editDocument(dialog, id)) {
         return;
     }
-    QSqlQuery update;
-    if (!update.exec(updateDocumentSql(dialog, id))) {
-        logSqlFailure("error update into docs ", update);
-    }
+    updateDocument(dialog, id);
     // Also after a refused update: the row then shows what was entered, and the database keeps
     // what it had.
     setDocumentListRow(ui->docsWidget, row, documentListRow(id, dialog));
@@ -387,17 +302,14 @@ void MainWindow::selChange()
                        "docs WHERE ID = " +
                        id.toString() + ";"))
     {
-        logSelectFailure(document);
+        logSqlFailure("Unable to execute select query", document);
         return;
     }
     if (!document.first()) {
         return;
     }
-    appendContentText("Серия", document.value("BLANK_SER").toString());
-    appendContentText("Номер", document.value("BLANK_NO").toString());
-    appendContentText("Дата изменения", document.value("EDIT_DATE").toString());
-    appendContentText("Дата рождения", document.value("BIRTH_DATE").toString());
-    showContent(parseJsonColumn(document.value("CONTENT")));
+    showContentPane(ui->contentWidget, document,
+                    valueButtonSlots(this, &MainWindow::onTextView, &MainWindow::onTalbeView));
 }
 
 void MainWindow::applyFilters()
@@ -527,63 +439,4 @@ void MainWindow::insertRow(int row, const QVariant& id, const DocumentFields& fi
     ui->docsWidget->insertRow(row);
     setDocumentListRow(ui->docsWidget, row, documentListRow(id, fields));
     ui->docsWidget->setCurrentCell(row, 0);
-}
-
-void MainWindow::showContent(const QJsonObject& content)
-{
-    for (auto it = content.begin(); it != content.end(); ++it) {
-        const QJsonObject entry = it.value().toObject();
-        const QString name = entry["name"].toString();
-        switch (entry["type"].toInt()) {
-        case FieldType::counter:
-            appendContentText(name, QString::number(entry["value"].toInt()));
-            break;
-        case FieldType::text:
-            appendContentButton(name, textViewButton(entry));
-            break;
-        case FieldType::table:
-            appendContentButton(name, tableViewButton(entry));
-            return; // a table is the last entry shown, whatever stands behind it
-        default:
-            appendContentText(name, entry["value"].toString());
-            break;
-        }
-    }
-}
-
-int MainWindow::appendContentRow(const QString& name)
-{
-    const int row = ui->contentWidget->rowCount();
-    ui->contentWidget->insertRow(row);
-    ui->contentWidget->setItem(row, 0, new QTableWidgetItem(name));
-    return row;
-}
-
-void MainWindow::appendContentText(const QString& name, const QString& value)
-{
-    const int row = appendContentRow(name);
-    ui->contentWidget->setItem(row, 1, new QTableWidgetItem(value));
-}
-
-void MainWindow::appendContentButton(const QString& name, QPushButton* button)
-{
-    button->setText("Просмотр");
-    ui->contentWidget->setCellWidget(appendContentRow(name), 1, button);
-}
-
-QPushButton* MainWindow::textViewButton(const QJsonObject& entry)
-{
-    auto* button = new ZelvoraTextButton(ui->contentWidget);
-    button->setProperty("text", entry["value"].toString());
-    connect(button, &QPushButton::clicked, this, &MainWindow::onTextView);
-    return button;
-}
-
-QPushButton* MainWindow::tableViewButton(const QJsonObject& entry)
-{
-    auto* button = new ZelvoraTableButton(ui->contentWidget);
-    button->columns = entry["columns"].toArray();
-    button->value = entry["value"].toArray();
-    connect(button, &QPushButton::clicked, this, &MainWindow::onTalbeView);
-    return button;
 }

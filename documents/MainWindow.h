@@ -7,8 +7,6 @@
 #include <memory>
 
 class DocumentFields;
-class QJsonObject;
-class QPushButton;
 class QToolBar;
 
 namespace Ui {
@@ -73,12 +71,6 @@ private:
     void setupDates();
     QVariant rowDocId(int row) const;
     void insertRow(int row, const QVariant& id, const DocumentFields& fields);
-    void showContent(const QJsonObject& content);
-    int appendContentRow(const QString& name);
-    void appendContentText(const QString& name, const QString& value);
-    void appendContentButton(const QString& name, QPushButton* button);
-    QPushButton* textViewButton(const QJsonObject& entry);
-    QPushButton* tableViewButton(const QJsonObject& entry);
 
     std::unique_ptr<Ui::MainWindow> ui;
     QToolBar* m_toolBar = nullptr; // the one under construction

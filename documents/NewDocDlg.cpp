@@ -1,16 +1,17 @@
 #include "documents/NewDocDlg.h"
 
 #include <QDebug>
-#include <QSqlError>
 #include <QSqlQuery>
 
 #include "app/AppStyle.h"
+#include "app/WheelGuard.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
+#include "documents/DocumentRecord.h"
 #include "documents/TextValDialog.h"
-#include "app/WheelGuard.h"
 #include "documents/ZelvoraTableButton.h"
 #include "forms/FormDefinitions.h"
+#include "store/SqlLog.h"
 #include "ui_NewDocDlg.h"
 
 namespace {
@@ -97,14 +98,10 @@ void NewDocDlg::addTemplate()
     if (document.exec() != QDialog::Accepted) {
         return;
     }
-    QSqlQuery query;
-    if (!query.exec(insertDocumentSql(document, 1, name.value()))) {
-        qDebug() << "error insert into docs ";
-        qDebug() << query.lastError().text();
-        qDebug() << query.lastQuery();
-        return;
+    const QVariant id = insertDocumentTemplate(document, name.value());
+    if (id.isValid()) {
+        appendTemplate(name.value(), id);
     }
-    appendTemplate(name.value(), query.lastInsertId());
 }
 
 void NewDocDlg::deleteTemplate()
@@ -117,8 +114,7 @@ void NewDocDlg::deleteTemplate()
     query.prepare("DELETE FROM docs WHERE ID = :Id");
     query.bindValue(":Id", item->data(Qt::UserRole));
     if (!query.exec()) {
-        qDebug() << "error delete from forms ";
-        qDebug() << query.lastError().text();
+        logSqlFailure("error delete from forms ", query);
         return;
     }
     delete item; // leaves the list by itself
@@ -135,8 +131,7 @@ void NewDocDlg::createFromTemplate()
                     "WHERE ID = " +
                     item->data(Qt::UserRole).toString() + ";"))
     {
-        qDebug() << "Unable to execute select query";
-        qDebug() << query.lastError().text();
+        logSqlFailure("Unable to execute select query", query);
         return;
     }
     if (!query.first()) {
@@ -176,8 +171,7 @@ void NewDocDlg::loadTemplates()
     QSqlQuery query;
     query.setForwardOnly(true);
     if (!query.exec("SELECT ID, TEMPLATE_NAME FROM docs WHERE TEMPLATE > 0;")) {
-        qDebug() << "Unable to execute select query";
-        qDebug() << query.lastError().text();
+        logSqlFailure("Unable to execute select query", query);
         return;
     }
     while (query.next()) {

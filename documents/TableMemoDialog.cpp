@@ -12,9 +12,9 @@
 #include <algorithm>
 
 #include "app/AppStyle.h"
+#include "app/WheelGuard.h"
 #include "documents/CellDateEdit.h"
 #include "documents/DocumentContent.h"
-#include "app/WheelGuard.h"
 #include "forms/FormDefinitions.h"
 #include "ui_TableMemoDialog.h"
 

@@ -10,7 +10,6 @@
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSqlError>
 #include <QSqlQuery>
 
 #include <xlsxdocument.h>
@@ -22,6 +21,7 @@
 #include "exchange/ExchangeTemplate.h"
 #include "exchange/WorkbookFile.h"
 #include "forms/FormDefinitions.h"
+#include "store/SqlLog.h"
 #include "ui_ExportDlg.h"
 
 namespace {
@@ -56,18 +56,6 @@ void appendRow(QTableWidget* table, const QList<QTableWidgetItem*>& items)
     for (int column = 0; column < items.size(); ++column) {
         table->setItem(row, column, items[column]);
     }
-}
-
-void logFailure(const char* what, const QSqlQuery& query)
-{
-    qDebug() << what;
-    qDebug() << query.lastError().text();
-}
-
-void logFailureWithQuery(const char* what, const QSqlQuery& query)
-{
-    logFailure(what, query);
-    qDebug() << query.lastQuery();
 }
 
 } // namespace
@@ -108,7 +96,7 @@ void ExportDlg::loadTemplates()
     QSqlQuery query;
     query.setForwardOnly(true);
     if (!query.exec("SELECT * FROM export;")) {
-        logFailure("Unable to execute select query", query);
+        logSqlFailure("Unable to execute select query", query);
         return;
     }
     while (query.next()) {
@@ -160,7 +148,7 @@ void ExportDlg::addTemplate()
     query.bindValue(":To", newToRow);
     query.bindValue(":DateFormat", newDateFormat);
     if (!query.exec()) {
-        logFailure("error insert into export", query);
+        logSqlFailure("error insert into export", query);
         return;
     }
     QTableWidgetItem* item = makeItem(newName, query.lastInsertId());
@@ -179,7 +167,7 @@ void ExportDlg::deleteTemplate()
     query.prepare("DELETE FROM export WHERE ID = :Id");
     query.bindValue(":Id", item->data(Qt::UserRole));
     if (!query.exec()) {
-        logFailure("error delete from export ", query);
+        logSqlFailure("error delete from export ", query);
         return;
     }
     const int row = item->row();
@@ -203,7 +191,7 @@ void ExportDlg::editTemplate()
     query.bindValue(":DateFormat", ui->dateFormat->text());
     query.bindValue(":Id", item->data(Qt::UserRole));
     if (!query.exec()) {
-        logFailureWithQuery("error update into export", query);
+        logSqlFailureWithQuery("error update into export", query);
     }
 }
 
@@ -269,7 +257,7 @@ void ExportDlg::selChange()
                     "WHERE ID = " +
                     currentTemplateId.toString() + ";"))
     {
-        logFailure("Unable to execute select query", query);
+        logSqlFailure("Unable to execute select query", query);
         return;
     }
     query.next();
@@ -297,7 +285,7 @@ void ExportDlg::exportClicked()
                             "FROM  export WHERE ID = " +
                             currentTemplateId.toString() + ";"))
     {
-        logFailure("Unable to select export query", templateQuery);
+        logSqlFailure("Unable to select export query", templateQuery);
         return;
     }
     QSqlQuery documents;
@@ -305,7 +293,7 @@ void ExportDlg::exportClicked()
     if (!documents.exec(docsQuery.isEmpty() ? "SELECT * FROM docs WHERE docs.TEMPLATE = 0;"
                                             : docsQuery))
     {
-        logFailureWithQuery("Unable to select from docs query", documents);
+        logSqlFailureWithQuery("Unable to select from docs query", documents);
         return;
     }
     exportDocuments(templateQuery, documents);
@@ -332,7 +320,7 @@ void ExportDlg::importClicked()
                             "WHERE ID = " +
                             currentTemplateId.toString() + ";"))
     {
-        logFailure("Unable to select export query", templateQuery);
+        logSqlFailure("Unable to select export query", templateQuery);
         return;
     }
     request.file = QFileDialog::getOpenFileName(this, "Укажите шаблон для импорта",
@@ -385,7 +373,7 @@ bool ExportDlg::changeItems(const FieldLogLines& log, QJsonDocument::JsonFormat 
 {
     QSqlQuery query;
     if (!query.exec("SELECT FIELDS FROM export WHERE ID = " + currentTemplateId.toString() + ";")) {
-        logFailure(log.selectFailed, query);
+        logSqlFailure(log.selectFailed, query);
         return false;
     }
     bool isObject = false;
@@ -401,7 +389,7 @@ bool ExportDlg::changeItems(const FieldLogLines& log, QJsonDocument::JsonFormat 
     query.bindValue(":Items", QJsonDocument(object).toJson(format));
     query.bindValue(":Id", currentTemplateId.toString());
     if (!query.exec()) {
-        logFailure(log.updateFailed, query);
+        logSqlFailure(log.updateFailed, query);
         return false;
     }
     loadFields(object);
@@ -457,7 +445,7 @@ void ExportDlg::importRows(QSqlQuery& form, QSqlQuery& templateQuery, const Impo
         }
         QSqlQuery insert;
         if (!insert.exec(importer.insertStatement())) {
-            logFailureWithQuery("error insert into docs ", insert);
+            logSqlFailureWithQuery("error insert into docs ", insert);
             break;
         }
     }

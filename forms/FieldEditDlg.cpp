@@ -1,16 +1,15 @@
 #include "forms/FieldEditDlg.h"
 
 #include <QComboBox>
-#include <QDebug>
 #include <QHeaderView>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSqlError>
 #include <QSqlQuery>
 
 #include "app/AppStyle.h"
 #include "forms/FormDefinitions.h"
 #include "forms/TableColumFormDialog.h"
+#include "store/SqlLog.h"
 #include "ui_FieldEditDlg.h"
 
 namespace {
@@ -162,8 +161,7 @@ void FieldEditDlg::fillLists()
     QSqlQuery query;
     query.setForwardOnly(true);
     if (!query.exec("SELECT * FROM lists;")) {
-        qDebug() << "Unable to execute select query";
-        qDebug() << query.lastError().text();
+        logSqlFailure("Unable to execute select query", query);
         return;
     }
     while (query.next()) {

@@ -2,7 +2,6 @@
 
 #include <QDebug>
 #include <QHeaderView>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QTableWidget>
 
@@ -11,6 +10,7 @@
 #include "forms/FieldEditDlg.h"
 #include "forms/FormDefinitions.h"
 #include "forms/FormEditDlg.h"
+#include "store/SqlLog.h"
 #include "ui_FormsDlg.h"
 
 namespace {
@@ -52,8 +52,7 @@ bool execute(QSqlQuery& query, const QString& statement, const BoundValues& valu
     }
     done = done && query.exec();
     if (!done) {
-        qDebug() << failure;
-        qDebug() << query.lastError().text();
+        logSqlFailure(failure, query);
     }
     return done;
 }

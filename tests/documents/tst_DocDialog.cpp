@@ -83,8 +83,6 @@ private slots:
     void textButtonOpensItsEditor();
     void tableButtonOpensItsEditor();
     void slotsWithoutASenderDoNothing();
-
-    void insertStatement();
 };
 
 void tst_DocDialog::looks()
@@ -480,22 +478,6 @@ void tst_DocDialog::slotsWithoutASenderDoNothing()
     dialog.onTextEdit();
     dialog.onTalbeEdit();
     QVERIFY2(driver.finished(), driver.failures());
-}
-
-void tst_DocDialog::insertStatement()
-{
-    TempApplication app;
-    DocDialog dialog;
-    fill(&dialog, 3, {{"#A", QJsonObject{{"type", 0}}}});
-    dialog.setDuplicate(1);
-    const QString content = "{\n    \"#A\": {\n        \"type\": 0\n    }\n}\n";
-    const QString head =
-        "INSERT INTO docs (BLANK_SER, BLANK_NO, FNAME, LNAME, MNAME,BIRTH_DATE, DOC_TYPE, "
-        "DOC_GROUP, ISSUE_DATE, EDIT_DATE, DUPLICATE,TEMPLATE, TEMPLATE_NAME, CONTENT) VALUES ("
-        "'107704', '0012345', 'Мария', 'Д'Арк', 'Александровна', '2004-03-17', 3, 'ПК-41', "
-        "'2024-06-30', '2024-07-01', 1";
-    QCOMPARE(insertDocumentSql(dialog, 0, ""), head + ", 0 , '', '" + content + "');");
-    QCOMPARE(insertDocumentSql(dialog, 1, "Ш"), head + ", 1 , 'Ш', '" + content + "');");
 }
 
 QTEST_MAIN(tst_DocDialog)
