@@ -4,10 +4,9 @@
 #include <QFile>
 #include <QPrinterInfo>
 #include <QRegularExpression>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTextStream>
 
+#include "tools/BlankChoice.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -47,69 +46,43 @@ PrintJob::PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& e
     m_preview.setBackgroundPrinted(options.withBackground());
 }
 
-PrintJob::Result PrintJob::run()
+JobResult PrintJob::run()
 {
     if (!selectDocuments() || !prepareTarget()) {
-        return Result::NotDone;
+        return JobResult::NotDone;
     }
     int printed = 0;
-    for (const Document& document : qAsConst(m_documents)) {
+    for (const PrintDocument& document : m_selection.documents()) {
         printed += print(document) ? 1 : 0;
     }
     const bool isCommonFile = m_options.target() == PrintOptions::Target::OneFile;
     if (isCommonFile && printed > 0) {
         m_commonPainter.end();
         if (!finishFile(m_options.output())) {
-            return Result::NotDone;
+            return JobResult::NotDone;
         }
     }
     if (printed == 0) {
-        return Result::NotDone;
+        return JobResult::NotDone;
     }
-    return printed == m_documents.size() ? Result::Done : Result::SomeFailed;
+    const bool isAll =
+        printed == m_selection.documents().size() && m_selection.unknownIds().isEmpty();
+    return isAll ? JobResult::Done : JobResult::SomeFailed;
 }
 
 bool PrintJob::selectDocuments()
 {
-    const PrintOptions::Selection& selection = m_options.selection();
-    QSqlQuery query;
-    query.setForwardOnly(true);
-    QString statement = "SELECT ID, LNAME, FNAME FROM docs WHERE ";
-    QVariantList values;
-    const auto addTerm = [&](bool wanted, const char* term, const QVariant& value) {
-        if (wanted) {
-            statement += QLatin1String(term);
-            values << value;
-        }
-    };
-    if (selection.id.isNull()) {
-        statement += "TEMPLATE = 0";
-        addTerm(!selection.surname.isEmpty(), " AND LNAME LIKE ?", "%" + selection.surname + "%");
-        addTerm(!selection.group.isEmpty(), " AND DOC_GROUP LIKE ?", "%" + selection.group + "%");
-        addTerm(selection.type.has_value(), " AND DOC_TYPE = ?", selection.type.value_or(0));
-        addTerm(selection.from.isValid(), " AND ISSUE_DATE >= ?",
-                selection.from.toString("yyyy-MM-dd"));
-        addTerm(selection.to.isValid(), " AND ISSUE_DATE <= ?",
-                selection.to.toString("yyyy-MM-dd"));
-    } else {
-        addTerm(true, "ID = ?", selection.id);
-    }
-    query.prepare(statement + " ORDER BY ID");
-    for (const QVariant& value : qAsConst(values)) {
-        query.addBindValue(value);
-    }
-    if (!query.exec()) {
-        report(inUserLanguage("не удалось прочитать документы: ", "can't read the documents: ") +
-               query.lastError().text());
+    if (!m_selection.load(m_options.selection())) {
+        report(m_selection.error());
         return false;
     }
-    while (query.next()) {
-        m_documents.append({query.value(0), query.value(1).toString(), query.value(2).toString()});
+    for (const qint64 id : m_selection.unknownIds()) {
+        report(inUserLanguage("нет документа ", "there is no document ") + QString::number(id));
     }
-    if (m_documents.isEmpty()) {
+    if (m_selection.documents().isEmpty() && m_selection.unknownIds().isEmpty()) {
         report(inUserLanguage("таких документов нет", "there are no such documents"));
     }
-    return !m_documents.isEmpty();
+    return !m_selection.documents().isEmpty();
 }
 
 bool PrintJob::prepareTarget()
@@ -126,8 +99,8 @@ bool PrintJob::prepareTarget()
         }
         return true;
     case PrintOptions::Target::Printer:
-        if (!QPrinterInfo::availablePrinterNames().contains(m_options.output())) {
-            report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.output());
+        if (!QPrinterInfo::availablePrinterNames().contains(m_options.printer())) {
+            report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer());
             return false;
         }
         return true;
@@ -135,7 +108,7 @@ bool PrintJob::prepareTarget()
     return false;
 }
 
-bool PrintJob::print(const Document& document)
+bool PrintJob::print(const PrintDocument& document)
 {
     if (!buildPage(document)) {
         return false;
@@ -156,18 +129,15 @@ bool PrintJob::print(const Document& document)
     return false;
 }
 
-bool PrintJob::buildPage(const Document& document)
+bool PrintJob::buildPage(const PrintDocument& document)
 {
     const QString name = inUserLanguage("документ ", "document ") + document.id.toString() + ": ";
-    const QVariant blank = chooseBlank(document.id);
-    if (blank.isNull()) {
-        report(name +
-               (m_options.blank().isEmpty()
-                    ? inUserLanguage("для него нет бланков", "no blank prints it")
-                    : inUserLanguage("нет бланка ", "it has no blank ") + m_options.blank()));
+    const BlankChoice blank = chooseBlank(m_preview, document.id, m_options.blank());
+    if (blank.id.isNull()) {
+        report(name + blank.problem);
         return false;
     }
-    if (!m_preview.buildScene(m_preview.pageScene(), document.id, blank)) {
+    if (!m_preview.buildScene(m_preview.pageScene(), document.id, blank.id)) {
         report(name + inUserLanguage("не удалось прочитать его или бланк",
                                      "it or its blank can't be read"));
         return false;
@@ -175,27 +145,7 @@ bool PrintJob::buildPage(const Document& document)
     return true;
 }
 
-QVariant PrintJob::chooseBlank(const QVariant& docId)
-{
-    const PrinPreviewDialog::BlankList blanks = m_preview.loadBlanksForDoc(docId);
-    const QString wanted = m_options.blank();
-    if (wanted.isEmpty()) {
-        return blanks.isEmpty() ? QVariant() : blanks.first().second;
-    }
-    for (const auto& [name, id] : blanks) {
-        if (id.toString() == wanted) {
-            return id;
-        }
-    }
-    for (const auto& [name, id] : blanks) {
-        if (name == wanted) {
-            return id;
-        }
-    }
-    return QVariant();
-}
-
-bool PrintJob::printToFile(const Document& document)
+bool PrintJob::printToFile(const PrintDocument& document)
 {
     const QString name =
         QStringList{document.id.toString(), document.surname, document.name}.join('_');
@@ -205,9 +155,9 @@ bool PrintJob::printToFile(const Document& document)
     return finishFile(path);
 }
 
-bool PrintJob::printToPrinter(const Document& document)
+bool PrintJob::printToPrinter(const PrintDocument& document)
 {
-    QPrinter printer(QPrinterInfo::printerInfo(m_options.output()), QPrinter::HighResolution);
+    QPrinter printer(QPrinterInfo::printerInfo(m_options.printer()), QPrinter::HighResolution);
     printer.setDocName("Zelvora " + document.id.toString());
     QPainter painter;
     if (m_preview.printPage(printer, painter)) {

@@ -2,36 +2,99 @@
 
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QRegularExpression>
+
+#include <cmath>
 
 #include "tools/UserLanguage.h"
 
 namespace {
 
+using Action = PrintOptions::Action;
+
+constexpr unsigned only(Action action)
+{
+    return 1U << static_cast<unsigned>(action);
+}
+
+constexpr unsigned everyAction = ~0U;
+constexpr unsigned documentActions =
+    only(Action::Print) | only(Action::Check) | only(Action::Proof);
+
+struct OptionRule
+{
+    const char* name;
+    bool hasValue;
+    unsigned actions; // that it goes with, a bit each
+};
+
+// Help comes from helpText(), in the user's language, so that no descriptions stand here. Another
+// action's option is an error: it would be passed over, and a sheet of paper may depend on it.
+constexpr OptionRule optionRules[] = {
+    {"help", false, everyAction},
+    {"dir", true, everyAction},
+    {"org-data", true, everyAction},
+    {"quiet", false, everyAction},
+    {"blank", true, everyAction},
+    {"check", false, only(Action::Check)},
+    {"proof", false, only(Action::Proof)},
+    {"calibration", false, only(Action::Calibration)},
+    {"id", true, documentActions},
+    {"all", false, documentActions},
+    {"surname", true, documentActions},
+    {"group", true, documentActions},
+    {"type", true, documentActions},
+    {"from", true, documentActions},
+    {"to", true, documentActions},
+    {"where", true, documentActions},
+    {"background", false, documentActions},
+    {"margins", true, documentActions},
+    {"output", true, only(Action::Print) | only(Action::Proof) | only(Action::Calibration)},
+    {"printer", true, documentActions | only(Action::Calibration)},
+    {"name", true, only(Action::Print)},
+    {"copies", true, only(Action::Print)},
+    {"strict", false, only(Action::Print)},
+    {"json", false, only(Action::Check)},
+    {"resolution", true, only(Action::Proof)}};
+
 void addOptions(QCommandLineParser& parser)
 {
-    // Help comes from helpText(), in the user's language, so that no descriptions stand here.
-    for (const char* flag : {"all", "background", "help"}) {
-        parser.addOption(QCommandLineOption(QLatin1String(flag)));
+    for (const OptionRule& rule : optionRules) {
+        const QString valueName = rule.hasValue ? QLatin1String(rule.name) : QString();
+        parser.addOption(
+            QCommandLineOption(QString(QLatin1String(rule.name)), QString(), valueName));
     }
-    for (const char* name : {"dir", "org-data", "id", "surname", "group", "type", "from", "to",
-                             "blank", "output", "printer"})
-    {
-        parser.addOption(QCommandLineOption(QLatin1String(name), QString(), QLatin1String(name)));
-    }
+}
+
+/// A finite number of millimetres, with a decimal point.
+bool readMillimetres(const QString& text, double& millimetres)
+{
+    bool isNumber = false;
+    millimetres = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(millimetres);
+}
+
+bool isPdf(const QString& path)
+{
+    return path.endsWith(".pdf", Qt::CaseInsensitive);
 }
 
 } // namespace
 
 bool PrintOptions::parse(const QStringList& arguments)
 {
-    QCommandLineParser parser;
-    addOptions(parser);
     // The parser expects the program's name first.
-    const bool parsed = parser.parse(QStringList("zelvora-print") + arguments);
-    m_helpWanted = parser.isSet("help") || arguments.contains("-h");
+    QStringList rest = QStringList("zelvora-print") + arguments;
+    m_helpWanted = arguments.contains("--help") || arguments.contains("-h");
     if (m_helpWanted) {
         return true;
     }
+    if (!takeReadOffsets(rest)) {
+        return false;
+    }
+    QCommandLineParser parser;
+    addOptions(parser);
+    const bool parsed = parser.parse(rest);
     if (!parser.unknownOptionNames().isEmpty()) {
         return fail("неизвестный ключ: ", "unknown option: ", parser.unknownOptionNames().first());
     }
@@ -44,59 +107,107 @@ bool PrintOptions::parse(const QStringList& arguments)
     }
     m_directory = parser.value("dir");
     m_organisationFile = parser.value("org-data");
+    m_isQuiet = parser.isSet("quiet");
     m_blank = parser.value("blank");
-    m_withBackground = parser.isSet("background");
-    return parseSelection(parser) && parseTarget(parser);
+    return parseAction(parser) && parseSelection(parser) && parseTarget(parser) &&
+           parseManner(parser);
+}
+
+// The parser knows no option with two values, and would take a negative one for an option.
+bool PrintOptions::takeReadOffsets(QStringList& arguments)
+{
+    const int place = arguments.indexOf("--offsets");
+    if (place < 0) {
+        return true;
+    }
+    constexpr int taken = 3;
+    const auto read = [&](int index, double& value) {
+        return readMillimetres(QString(arguments.value(index)).replace(',', '.'), value);
+    };
+    if (!read(place + 1, m_readOffsets.rx()) || !read(place + 2, m_readOffsets.ry())) {
+        return fail("ключу --offsets нужны два числа, в миллиметрах",
+                    "--offsets needs two numbers, in millimetres");
+    }
+    arguments.erase(arguments.begin() + place, arguments.begin() + place + taken);
+    m_action = Action::Offsets;
+    return true;
+}
+
+bool PrintOptions::parseAction(const QCommandLineParser& parser)
+{
+    int actions = m_action == Action::Offsets ? 1 : 0;
+    const auto take = [&](const char* option, Action action) {
+        if (parser.isSet(QLatin1String(option))) {
+            m_action = action;
+            ++actions;
+        }
+    };
+    take("check", Action::Check);
+    take("proof", Action::Proof);
+    take("calibration", Action::Calibration);
+    if (actions > 1) {
+        return fail("возможен только один из ключей --check, --proof, --calibration и --offsets",
+                    "only one of --check, --proof, --calibration and --offsets is possible");
+    }
+    for (const OptionRule& rule : optionRules) {
+        const QString name = QLatin1String(rule.name);
+        if (parser.isSet(name) && (rule.actions & only(m_action)) == 0) {
+            return fail("здесь не нужен ключ --", "out of place here: --", name);
+        }
+    }
+    return true;
 }
 
 bool PrintOptions::parseSelection(const QCommandLineParser& parser)
 {
-    if (parser.isSet("id") == parser.isSet("all")) {
-        return fail("нужен один из ключей --id и --all", "one of --id and --all is needed");
+    if ((documentActions & only(m_action)) == 0) {
+        return true;
     }
-    if (parser.isSet("id")) {
-        for (const char* filter : {"surname", "group", "type", "from", "to"}) {
-            if (parser.isSet(QLatin1String(filter))) {
-                return fail("ключ --id не сочетается с отбором: ", "--id goes with no filter: ",
-                            QLatin1String("--") + filter);
-            }
+    QString filter; // the first that narrows the choice
+    for (const char* name : {"surname", "group", "type", "from", "to", "where"}) {
+        // An empty value narrows nothing. That must not print all: a script's variable may be
+        // unset.
+        if (filter.isEmpty() && !parser.value(QLatin1String(name)).isEmpty()) {
+            filter = QLatin1String("--") + name;
         }
-        bool isNumber = false;
-        m_selection.id = parser.value("id").toLongLong(&isNumber);
-        return isNumber || fail("номер документа — не число: ", "the document's ID is no number: ",
-                                parser.value("id"));
+    }
+    const bool isAll = parser.isSet("all");
+    if (parser.isSet("id")) {
+        if (isAll || !filter.isEmpty()) {
+            return fail("ключ --id не сочетается с ключом ", "--id does not go with ",
+                        isAll ? QString("--all") : filter);
+        }
+        return parseIds(parser.value("id"));
+    }
+    if (!isAll && filter.isEmpty()) {
+        return fail("какие документы? Нужен ключ --id, отбор или --all",
+                    "which documents? --id, a filter or --all is needed");
     }
     m_selection.surname = parser.value("surname");
     m_selection.group = parser.value("group");
-    if (parser.isSet("type")) {
-        bool isNumber = false;
-        m_selection.type = parser.value("type").toInt(&isNumber);
-        if (!isNumber) {
-            return fail(
-                "номер формы — не число: ", "the form's ID is no number: ", parser.value("type"));
-        }
-    }
+    m_selection.type = parser.value("type");
+    m_selection.condition = parser.value("where");
     return parseDate(parser.value("from"), m_selection.from) &&
            parseDate(parser.value("to"), m_selection.to);
 }
 
-bool PrintOptions::parseTarget(const QCommandLineParser& parser)
+bool PrintOptions::parseIds(const QString& list)
 {
-    if (parser.isSet("output") == parser.isSet("printer")) {
-        return fail("нужен один из ключей --output и --printer",
-                    "one of --output and --printer is needed");
+    static const QRegularExpression form(R"(^\s*(\d+)\s*(?:-\s*(\d+)\s*)?$)");
+    const QStringList parts = list.split(',');
+    for (const QString& part : parts) {
+        const QRegularExpressionMatch match = form.match(part);
+        bool isFirst = false;
+        bool isLast = false;
+        const qint64 first = match.captured(1).toLongLong(&isFirst);
+        const bool isRange = !match.captured(2).isNull();
+        const qint64 last = match.captured(isRange ? 2 : 1).toLongLong(&isLast);
+        if (!isFirst || !isLast || first > last) {
+            return fail("не номер и не промежуток номеров документов: ",
+                        "neither an ID nor a range of IDs: ", part);
+        }
+        m_selection.ids.append({first, last});
     }
-    if (parser.isSet("printer")) {
-        m_target = Target::Printer;
-        m_output = parser.value("printer");
-        return true;
-    }
-    m_output = parser.value("output");
-    if (m_output.isEmpty()) {
-        return fail("не указан файл или каталог", "no file or folder is named");
-    }
-    const bool isFile = m_output.endsWith(".pdf", Qt::CaseInsensitive);
-    m_target = isFile && !QFileInfo(m_output).isDir() ? Target::OneFile : Target::FilePerDocument;
     return true;
 }
 
@@ -110,6 +221,106 @@ bool PrintOptions::parseDate(const QString& text, QDate& date)
            fail("дата не в виде ГГГГ-ММ-ДД: ", "no date of the form yyyy-MM-dd: ", text);
 }
 
+bool PrintOptions::parseTarget(const QCommandLineParser& parser)
+{
+    m_printer = parser.value("printer");
+    if (parser.isSet("printer") && m_printer.isEmpty()) {
+        return fail("не указан принтер", "no printer is named");
+    }
+    const bool isFile = parser.isSet("output");
+    switch (m_action) {
+    case Action::Check:
+    case Action::Offsets:
+        return true;
+    case Action::Proof:
+        return isFile ? parseFileTarget(parser) : fail("нужен ключ --output", "--output is needed");
+    case Action::Print:
+    case Action::Calibration:
+        break;
+    }
+    if (m_action == Action::Calibration && m_blank.isEmpty()) {
+        return fail("нужен ключ --blank", "--blank is needed");
+    }
+    if (isFile == parser.isSet("printer")) {
+        return fail("нужен один из ключей --output и --printer",
+                    "one of --output and --printer is needed");
+    }
+    if (isFile) {
+        return parseFileTarget(parser);
+    }
+    m_target = Target::Printer;
+    return true;
+}
+
+bool PrintOptions::parseFileTarget(const QCommandLineParser& parser)
+{
+    m_output = parser.value("output");
+    if (m_output.isEmpty()) {
+        return fail("не указан файл или каталог", "no file or folder is named");
+    }
+    const bool isFile = m_action == Action::Proof ? m_output.endsWith(".png", Qt::CaseInsensitive)
+                                                  : isPdf(m_output);
+    m_target = isFile && !QFileInfo(m_output).isDir() ? Target::OneFile : Target::FilePerDocument;
+    if (m_action == Action::Calibration && m_target != Target::OneFile) {
+        return fail("это не файл .pdf: ", "this is no .pdf file: ", m_output);
+    }
+    return true;
+}
+
+bool PrintOptions::parseManner(const QCommandLineParser& parser)
+{
+    constexpr int mostCopies = 99;
+    constexpr int leastResolution = 36;
+    constexpr int mostResolution = 1200;
+    m_withBackground = parser.isSet("background");
+    m_isStrict = parser.isSet("strict");
+    m_asJson = parser.isSet("json");
+    m_namePattern = parser.value("name");
+    if (parser.isSet("name") && m_target != Target::FilePerDocument) {
+        return fail("ключ --name нужен только с каталогом", "--name goes with a folder only");
+    }
+    return parseNumber(parser, "copies", 1, mostCopies, m_copies) &&
+           parseNumber(parser, "resolution", leastResolution, mostResolution, m_resolution) &&
+           (!parser.isSet("margins") || parseMargins(parser.value("margins")));
+}
+
+bool PrintOptions::parseNumber(const QCommandLineParser& parser, const char* option, int least,
+                               int most, int& number)
+{
+    if (!parser.isSet(QLatin1String(option))) {
+        return true;
+    }
+    bool isNumber = false;
+    const QString text = parser.value(QLatin1String(option));
+    number = text.toInt(&isNumber);
+    return (isNumber && number >= least && number <= most) ||
+           fail(QString("--%1 — не число от %2 до %3: ").arg(option).arg(least).arg(most),
+                QString("--%1 is no number from %2 to %3: ").arg(option).arg(least).arg(most),
+                text);
+}
+
+bool PrintOptions::parseMargins(const QString& text)
+{
+    const QStringList parts = text.split(',');
+    QVector<double> values;
+    for (const QString& part : parts) {
+        double value = 0;
+        if (!readMillimetres(part, value) || value < 0) {
+            values.clear();
+            break;
+        }
+        values.append(value);
+    }
+    if (values.size() == 1) {
+        m_margins = QMarginsF(values[0], values[0], values[0], values[0]);
+    } else if (values.size() == 4) {
+        m_margins = QMarginsF(values[0], values[1], values[2], values[3]);
+    }
+    return m_margins.has_value() ||
+           fail("поля — не одно и не четыре числа в миллиметрах: ",
+                "the margins are neither one nor four numbers of millimetres: ", text);
+}
+
 bool PrintOptions::fail(const QString& russian, const QString& english, const QString& detail)
 {
     m_error = inUserLanguage(russian, english) + detail;
@@ -119,60 +330,111 @@ bool PrintOptions::fail(const QString& russian, const QString& english, const QS
 QString PrintOptions::helpText()
 {
     return inUserLanguage(
-        "Использование: zelvora-print [КЛЮЧИ] --id НОМЕР --output ПУТЬ\n"
-        "               zelvora-print [КЛЮЧИ] --all [ОТБОР] --output ПУТЬ\n"
+        "Использование:\n"
+        "  zelvora-print [КЛЮЧИ] ДОКУМЕНТЫ КУДА             напечатать\n"
+        "  zelvora-print [КЛЮЧИ] --check ДОКУМЕНТЫ          проверить до печати\n"
+        "  zelvora-print [КЛЮЧИ] --proof ДОКУМЕНТЫ КУДА     нарисовать с рамками и замечаниями\n"
+        "  zelvora-print [КЛЮЧИ] --calibration --blank БЛАНК КУДА\n"
+        "                                                   напечатать лист со шкалами\n"
+        "  zelvora-print [КЛЮЧИ] --offsets X Y              вычислить смещение печати\n"
         "\n"
         "Печатает документы без окна, так же, как их печатает приложение.\n"
         "\n"
-        "Что печатать:\n"
-        "  --id НОМЕР        один документ\n"
-        "  --all             все документы, которые проходят отбор:\n"
-        "    --surname ТЕКСТ   часть фамилии\n"
-        "    --group ТЕКСТ     часть названия класса\n"
-        "    --type НОМЕР      номер формы\n"
-        "    --from ГГГГ-ММ-ДД, --to ГГГГ-ММ-ДД\n"
-        "                      дата выдачи, включая оба дня\n"
+        "Документы:\n"
+        "  --id СПИСОК         номера и промежутки номеров: 5 или 3,7,10-20\n"
+        "  --all               все документы\n"
+        "  --surname ТЕКСТ     часть фамилии; отборы сочетаются\n"
+        "  --group ТЕКСТ       часть названия класса\n"
+        "  --type ФОРМА        номер или название формы\n"
+        "  --from ГГГГ-ММ-ДД   дата выдачи: с этого дня включительно\n"
+        "  --to ГГГГ-ММ-ДД     дата выдачи: по этот день включительно\n"
+        "  --where УСЛОВИЕ     условие SQL на столбцы таблицы docs\n"
+        "  --blank БЛАНК       номер или название бланка; без ключа — первый бланк формы\n"
         "\n"
         "Куда:\n"
-        "  --output ПУТЬ     файл .pdf (по странице на документ) или каталог (по файлу на\n"
-        "                    документ; создаётся, если его нет)\n"
-        "  --printer ИМЯ     принтер вместо файла\n"
+        "  --output ПУТЬ       файл .pdf (по странице на документ) или каталог (по файлу на\n"
+        "                      документ; создаётся, если его нет)\n"
+        "  --name ОБРАЗЕЦ      имена файлов в каталоге, с метками в фигурных скобках:\n"
+        "                      {#LNAME}_{#BLANK_NO}.pdf; без ключа — номер, фамилия и имя\n"
+        "  --printer ИМЯ       принтер вместо файла\n"
         "\n"
-        "Как:\n"
-        "  --blank БЛАНК     номер или название бланка; без ключа — первый бланк формы\n"
-        "  --background      печатать и фон бланка\n"
-        "  --dir КАТАЛОГ     каталог приложения с docs.db; без ключа — каталог программы\n"
-        "  --org-data ФАЙЛ   данные организации; без ключа — данные пользователя\n"
-        "  --help            показать эту справку\n"
+        "Печать:\n"
+        "  --background        печатать и фон бланка\n"
+        "  --copies ЧИСЛО      экземпляров каждого документа, от 1 до 99\n"
+        "  --strict            не печатать документы с замечаниями\n"
         "\n"
-        "Код завершения: 0 — всё напечатано, 1 — часть документов не напечатана,\n"
-        "2 — задание не выполнено.\n",
-        "Usage: zelvora-print [OPTIONS] --id ID --output PATH\n"
-        "       zelvora-print [OPTIONS] --all [FILTER] --output PATH\n"
+        "Проверка (--check) и пробный рисунок (--proof):\n"
+        "  --margins ПОЛЯ      поля, на которых принтер не печатает, в мм: одно число или\n"
+        "                      ЛЕВОЕ,ВЕРХНЕЕ,ПРАВОЕ,НИЖНЕЕ; с ключом --printer — поля принтера\n"
+        "  --json              замечания в виде JSON\n"
+        "  --output ПУТЬ       файл .png или каталог для рисунков\n"
+        "  --resolution ЧИСЛО  точек на дюйм рисунка, от 36 до 1200; без ключа 150\n"
+        "\n"
+        "Настройка печати на место:\n"
+        "  --calibration       лист со шкалами для бумаги бланка\n"
+        "  --offsets X Y       по двум числам, снятым с листа, в мм, вычислить «Смещение\n"
+        "                      печати X» и «Смещение печати Y» для формата бланка\n"
+        "\n"
+        "Прочее:\n"
+        "  --dir КАТАЛОГ       каталог приложения с docs.db; без ключа — каталог программы\n"
+        "  --org-data ФАЙЛ     данные организации; без ключа — данные пользователя\n"
+        "  --quiet             не показывать ход работы\n"
+        "  --help              показать эту справку\n"
+        "\n"
+        "Код завершения: 0 — сделано всё и замечаний нет; 1 — часть документов не напечатана\n"
+        "или есть замечания; 2 — задание не выполнено.\n",
+        "Usage:\n"
+        "  zelvora-print [OPTIONS] DOCUMENTS TARGET         print\n"
+        "  zelvora-print [OPTIONS] --check DOCUMENTS        look for faults before printing\n"
+        "  zelvora-print [OPTIONS] --proof DOCUMENTS TARGET draw with frames and findings\n"
+        "  zelvora-print [OPTIONS] --calibration --blank BLANK TARGET\n"
+        "                                                   print a sheet of scales\n"
+        "  zelvora-print [OPTIONS] --offsets X Y            work out the print offsets\n"
         "\n"
         "Prints documents without a window, just as the application prints them.\n"
         "\n"
-        "What to print:\n"
-        "  --id ID           one document\n"
-        "  --all             all documents that pass the filter:\n"
-        "    --surname TEXT    part of the surname\n"
-        "    --group TEXT      part of the class\n"
-        "    --type ID         the form\n"
-        "    --from yyyy-MM-dd, --to yyyy-MM-dd\n"
-        "                      date of issue, both days included\n"
+        "Documents:\n"
+        "  --id LIST           IDs and ranges of IDs: 5 or 3,7,10-20\n"
+        "  --all               all documents\n"
+        "  --surname TEXT      part of the surname; filters go together\n"
+        "  --group TEXT        part of the class\n"
+        "  --type FORM         ID or name of the form\n"
+        "  --from yyyy-MM-dd   date of issue: this day or later\n"
+        "  --to yyyy-MM-dd     date of issue: this day or earlier\n"
+        "  --where CONDITION   an SQL condition on the columns of the table docs\n"
+        "  --blank BLANK       ID or name of the blank; by default the first one of the form\n"
         "\n"
-        "Where to:\n"
-        "  --output PATH     a .pdf file (a page a document) or a folder (a file a document;\n"
-        "                    made if there is none)\n"
-        "  --printer NAME    a printer instead of a file\n"
+        "Target:\n"
+        "  --output PATH       a .pdf file (a page a document) or a folder (a file a document;\n"
+        "                      made if there is none)\n"
+        "  --name PATTERN      names of the files in a folder, with tags in braces:\n"
+        "                      {#LNAME}_{#BLANK_NO}.pdf; by default ID, surname and first name\n"
+        "  --printer NAME      a printer instead of a file\n"
         "\n"
-        "How:\n"
-        "  --blank BLANK     ID or name of the blank; by default the first one of the form\n"
-        "  --background      print the blank's background too\n"
-        "  --dir DIR         application directory with docs.db; by default the program's own\n"
-        "  --org-data FILE   the organisation's data; by default the user's own\n"
-        "  --help            show this help\n"
+        "Printing:\n"
+        "  --background        print the blank's background too\n"
+        "  --copies NUMBER     copies of each document, 1 to 99\n"
+        "  --strict            do not print documents with findings\n"
         "\n"
-        "Exit status: 0 if all was printed, 1 if some documents were not, 2 if the job could\n"
-        "not be done.\n");
+        "Check (--check) and proof (--proof):\n"
+        "  --margins MARGINS   margins that the printer leaves blank, in mm: one number or\n"
+        "                      LEFT,TOP,RIGHT,BOTTOM; with --printer those of the printer\n"
+        "  --json              findings as JSON\n"
+        "  --output PATH       a .png file or a folder for the pictures\n"
+        "  --resolution NUMBER dots per inch of a picture, 36 to 1200; by default 150\n"
+        "\n"
+        "Calibration:\n"
+        "  --calibration       a sheet of scales for the blank's paper\n"
+        "  --offsets X Y       from two numbers read off that sheet, in mm, work out the print\n"
+        "                      offsets to enter in the blank's format\n"
+        "\n"
+        "Other:\n"
+        "  --dir DIR           application directory with docs.db; by default the program's own\n"
+        "  --org-data FILE     the organisation's data; by default the user's own\n"
+        "  --quiet             show no progress\n"
+        "  --help              show this help\n"
+        "\n"
+        "Exit status: 0 if all was done and nothing found, 1 if some documents were not printed "
+        "or\n"
+        "there are findings, 2 if the job could not be done.\n");
 }

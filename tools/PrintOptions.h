@@ -1,32 +1,55 @@
 #pragma once
 
 #include <QDate>
+#include <QMarginsF>
+#include <QPointF>
 #include <QString>
 #include <QStringList>
-#include <QVariant>
+#include <QVector>
 
 #include <optional>
+
+class QCommandLineParser;
 
 /// What the printing program is asked to do: its command line, read and checked.
 class PrintOptions
 {
 public:
-    /// Which documents to print.
+    enum class Action
+    {
+        Print,
+        Check,       ///< look for what would spoil the paper, print nothing
+        Proof,       ///< a picture of each page with its frames and findings
+        Calibration, ///< a sheet of scales for a blank's paper
+        Offsets      ///< the print offsets that two readings from that sheet ask for
+    };
+
+    /// IDs of documents, both ends included. One that stands alone must exist; of several, those
+    /// that exist are meant.
+    struct IdRange
+    {
+        qint64 first;
+        qint64 last;
+    };
+
+    /// Which documents: those of the IDs, or, if there are no IDs, those that pass all the rest.
+    /// What is empty is no bound.
     struct Selection
     {
-        QVariant id;     ///< one document; null: all that match the rest
-        QString surname; ///< part of the surname
-        QString group;   ///< part of the class
-        std::optional<int> type;
-        QDate from; ///< first date of issue; null: no bound
-        QDate to;   ///< last date of issue; null: no bound
+        QVector<IdRange> ids;
+        QString surname;   ///< part of the surname
+        QString group;     ///< part of the class
+        QString type;      ///< ID or name of the form
+        QDate from;        ///< first date of issue
+        QDate to;          ///< last date of issue
+        QString condition; ///< an SQL expression over the columns of `docs`
     };
 
     /// Where the pages go.
     enum class Target
     {
-        OneFile,         ///< one PDF file, a page a document
-        FilePerDocument, ///< a PDF file a document, in a folder
+        OneFile,         ///< one file with all
+        FilePerDocument, ///< a file a document, in a folder
         Printer
     };
 
@@ -36,30 +59,62 @@ public:
 
     QString error() const { return m_error; }
     bool helpWanted() const { return m_helpWanted; }
+    Action action() const { return m_action; }
 
     QString directory() const { return m_directory; }               ///< empty: the program's own
     QString organisationFile() const { return m_organisationFile; } ///< empty: the user's own
+    bool isQuiet() const { return m_isQuiet; }                      ///< no progress is shown
+
     const Selection& selection() const { return m_selection; }
     QString blank() const { return m_blank; } ///< ID or name; empty: the first of the form
-    bool withBackground() const { return m_withBackground; }
+
     Target target() const { return m_target; }
-    QString output() const { return m_output; } ///< file, folder or name of the printer
+    QString output() const { return m_output; }           ///< file or folder
+    QString namePattern() const { return m_namePattern; } ///< of the files in a folder
+    QString printer() const { return m_printer; } ///< the target, or whose margins a check minds
+    int copies() const { return m_copies; }
+    bool withBackground() const { return m_withBackground; }
+    bool isStrict() const { return m_isStrict; } ///< what has findings is not printed
+
+    /// The margins that a printer cannot print on, in millimetres; none if they were not told.
+    std::optional<QMarginsF> margins() const { return m_margins; }
+    bool asJson() const { return m_asJson; }
+    int resolution() const { return m_resolution; }       ///< of a proof, dots per inch
+    QPointF readOffsets() const { return m_readOffsets; } ///< from the test sheet, millimetres
 
     static QString helpText();
 
 private:
     bool fail(const QString& russian, const QString& english, const QString& detail = QString());
-    bool parseSelection(const class QCommandLineParser& parser);
-    bool parseTarget(const class QCommandLineParser& parser);
+    bool takeReadOffsets(QStringList& arguments);
+    bool parseAction(const QCommandLineParser& parser);
+    bool parseSelection(const QCommandLineParser& parser);
+    bool parseIds(const QString& list);
     bool parseDate(const QString& text, QDate& date);
+    bool parseTarget(const QCommandLineParser& parser);
+    bool parseFileTarget(const QCommandLineParser& parser);
+    bool parseManner(const QCommandLineParser& parser);
+    bool parseMargins(const QString& text);
+    bool parseNumber(const QCommandLineParser& parser, const char* option, int least, int most,
+                     int& number);
 
     QString m_error;
     bool m_helpWanted = false;
+    Action m_action = Action::Print;
     QString m_directory;
     QString m_organisationFile;
+    bool m_isQuiet = false;
     Selection m_selection;
     QString m_blank;
-    bool m_withBackground = false;
     Target m_target = Target::OneFile;
     QString m_output;
+    QString m_namePattern;
+    QString m_printer;
+    int m_copies = 1;
+    bool m_withBackground = false;
+    bool m_isStrict = false;
+    std::optional<QMarginsF> m_margins;
+    bool m_asJson = false;
+    int m_resolution = 150;
+    QPointF m_readOffsets;
 };

@@ -5,6 +5,7 @@
 #include "app/AppHelpers.h"
 #include "store/DataBase.h"
 #include "store/OrgData.h"
+#include "tools/JobResult.h"
 #include "tools/PrintJob.h"
 #include "tools/PrintOptions.h"
 #include "tools/UserLanguage.h"
@@ -19,6 +20,34 @@ int fail(QTextStream& err, const QString& reason)
 {
     err << "zelvora-print: " << reason << '\n';
     return failure;
+}
+
+int exitStatus(JobResult result)
+{
+    switch (result) {
+    case JobResult::Done:
+        return success;
+    case JobResult::SomeFailed:
+        return someFailed;
+    case JobResult::NotDone:
+        break;
+    }
+    return failure;
+}
+
+int runAction(const PrintOptions& options, QTextStream& out, QTextStream& err)
+{
+    switch (options.action()) {
+    case PrintOptions::Action::Print:
+        return exitStatus(PrintJob(options, out, err).run());
+    case PrintOptions::Action::Check:
+    case PrintOptions::Action::Proof:
+    case PrintOptions::Action::Calibration:
+    case PrintOptions::Action::Offsets:
+        break;
+    }
+    return fail(err,
+                inUserLanguage("это действие пока недоступно", "this action is not available yet"));
 }
 
 } // namespace
@@ -51,10 +80,5 @@ int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& er
                     inUserLanguage("не удалось открыть базу данных ", "can't open the database ") +
                         appFilePath("docs.db"));
     }
-    PrintJob job(options, out, err);
-    const PrintJob::Result result = job.run();
-    if (result == PrintJob::Result::NotDone) {
-        return failure;
-    }
-    return result == PrintJob::Result::Done ? success : someFailed;
+    return runAction(options, out, err);
 }

@@ -1,0 +1,71 @@
+#include "support/PrintProgram.h"
+
+#include <QDir>
+#include <QImage>
+#include <QProcess>
+
+QString printProgram()
+{
+    return QString(ZELVORA_BIN_DIR) + "/tools/zelvora-print";
+}
+
+ProcessResult runPrint(const QStringList& arguments, const QString& locale)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LANGUAGE"}) {
+        environment.remove(name);
+    }
+    environment.insert("LC_ALL", locale);
+    // A build with the leak sanitizer would add its own words to the errors.
+    environment.insert("LSAN_OPTIONS", environment.value("LSAN_OPTIONS") + ":print_suppressions=0");
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(printProgram(), arguments);
+    ProcessResult result;
+    if (process.waitForFinished() && process.exitStatus() == QProcess::NormalExit) {
+        result.exitCode = process.exitCode();
+    }
+    result.out = process.readAllStandardOutput();
+    result.err = process.readAllStandardError();
+    return result;
+}
+
+PrintDirectory::PrintDirectory()
+{
+    landscape = addBlank({blankItem(0, "Бланк^: #LNAME", QRectF(100, 100, 400, 60)),
+                          blankItem(1, "#BLANK_NO", QRectF(600, 100, 98, 98))},
+                         {{"NAME", "Альбом"}, {"OFFSET_X", 2}, {"OFFSET_Y", -3}});
+    portrait = addBlank({blankItem(0, "Книга: #LNAME #ORG_REGION", QRectF(50, 50, 400, 60))},
+                        {{"NAME", "Книга"},
+                         {"PAPER_FORMAT", 1},
+                         {"PAPER_ORIENTATION", 1},
+                         {"SIZE_WIDTH", 148},
+                         {"SIZE_HEIGHT", 210},
+                         {"BACKGROUND_IMG", "back.png"}});
+    addBlank({blankItem(0, "Чужой", QRectF(50, 50, 400, 60))}, {{"NAME", "Чужой"}, {"FORM_ID", 2}});
+    person("Иванов", "9А", "2021-06-25");
+    person("Петрова", "9Б", "2022-06-25");
+    person("Иваненко", "9А", "2023-06-25");
+    person("О'Нил", "11", "2023-06-26", 2);
+    addDocument({}, {{"LNAME", "Шаблонов"}, {"TEMPLATE", 1}});
+    QImage picture(148, 210, QImage::Format_RGB32);
+    picture.fill(Qt::black);
+    picture.save(path("back.png"));
+}
+
+QVariant PrintDirectory::person(const QString& surname, const QString& group, const QString& issued,
+                                int type)
+{
+    return addDocument(
+        {}, {{"LNAME", surname}, {"DOC_GROUP", group}, {"ISSUE_DATE", issued}, {"DOC_TYPE", type}});
+}
+
+QStringList PrintDirectory::filesIn(const QString& folder) const
+{
+    return QDir(path(folder)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+ProcessResult PrintDirectory::print(const QStringList& arguments, const QString& locale) const
+{
+    return runPrint(QStringList{"--dir", path()} + arguments, locale);
+}
