@@ -12,6 +12,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/TableItems.h"
 #include "blanks/BlankFormatDialog.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/BlankWindow.h"
@@ -80,11 +81,10 @@ bool BlankDlg::refreshList()
     while (query.next()) {
         const QVariant id = query.value("ID");
         const QString name = query.value("NAME").toString();
-        auto* item = new QTableWidgetItem(name.isEmpty() ? "Бланк " + id.toString() : name);
-        item->setData(Qt::UserRole, id);
         const int row = ui->blanksWidget->rowCount();
         ui->blanksWidget->insertRow(row);
-        ui->blanksWidget->setItem(row, 0, item);
+        ui->blanksWidget->setItem(
+            row, 0, makeTableItem(name.isEmpty() ? "Бланк " + id.toString() : name, id));
     }
     return true;
 }
@@ -182,8 +182,7 @@ void BlankDlg::editFormat(const QVariant& blankId)
 
 void BlankDlg::blankDetails()
 {
-    const int row = ui->blanksWidget->currentRow();
-    const QTableWidgetItem* item = row < 0 ? nullptr : ui->blanksWidget->item(row, 0);
+    const QTableWidgetItem* item = currentRowItem(ui->blanksWidget);
     if (!item) {
         return;
     }

@@ -22,6 +22,7 @@
 #include "blanks/ZelvoraView.h"
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
+#include "store/JsonColumn.h"
 #include "store/SqlLog.h"
 #include "ui_BlankWindow.h"
 

@@ -19,6 +19,7 @@
 #include "documents/ZelvoraTableButton.h"
 #include "documents/ZelvoraTextButton.h"
 #include "forms/FormDefinitions.h"
+#include "store/JsonColumn.h"
 
 namespace {
 

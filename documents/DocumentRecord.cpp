@@ -5,7 +5,7 @@
 
 #include "documents/DocDialog.h"
 #include "documents/DocumentFields.h"
-#include "forms/FormDefinitions.h"
+#include "store/JsonColumn.h"
 #include "store/SqlLog.h"
 
 namespace {

@@ -13,6 +13,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/TableItems.h"
 #include "blanks/BlankDlg.h"
 #include "documents/Archive.h"
 #include "documents/CellTextDelegate.h"
@@ -219,7 +220,7 @@ void MainWindow::onEditDoc()
 {
     const SortingPause pause(ui->docsWidget);
     const int row = ui->docsWidget->currentRow();
-    const QVariant id = rowDocId(row);
+    const QVariant id = currentRowId();
     if (!id.isValid()) {
         return;
     }
@@ -263,7 +264,7 @@ void MainWindow::onDeleteDoc()
 
 void MainWindow::onPrintDoc()
 {
-    const QVariant id = rowDocId(ui->docsWidget->currentRow());
+    const QVariant id = currentRowId();
     if (!id.isValid()) {
         return;
     }
@@ -275,7 +276,7 @@ void MainWindow::onCopyDoc()
 {
     const SortingPause pause(ui->docsWidget);
     const int row = ui->docsWidget->currentRow();
-    const QVariant sourceId = rowDocId(row);
+    const QVariant sourceId = currentRowId();
     if (!sourceId.isValid()) {
         return;
     }
@@ -292,7 +293,7 @@ void MainWindow::onCopyDoc()
 void MainWindow::selChange()
 {
     ui->contentWidget->setRowCount(0);
-    const QVariant id = rowDocId(ui->docsWidget->currentRow());
+    const QVariant id = currentRowId();
     if (!id.isValid()) {
         return;
     }
@@ -428,9 +429,9 @@ void MainWindow::setupDates()
     applyCalendarStyle(ui->toDate->calendarWidget());
 }
 
-QVariant MainWindow::rowDocId(int row) const
+QVariant MainWindow::currentRowId() const
 {
-    const QTableWidgetItem* item = row < 0 ? nullptr : ui->docsWidget->item(row, 0);
+    const QTableWidgetItem* item = currentRowItem(ui->docsWidget);
     return item ? item->data(Qt::UserRole) : QVariant();
 }
 

@@ -69,7 +69,7 @@ private:
     void setupTables();
     void connectSignals();
     void setupDates();
-    QVariant rowDocId(int row) const;
+    QVariant currentRowId() const;
     void insertRow(int row, const QVariant& id, const DocumentFields& fields);
 
     std::unique_ptr<Ui::MainWindow> ui;

@@ -10,7 +10,7 @@
 #include "documents/DocumentRecord.h"
 #include "documents/TextValDialog.h"
 #include "documents/ZelvoraTableButton.h"
-#include "forms/FormDefinitions.h"
+#include "store/JsonColumn.h"
 #include "store/SqlLog.h"
 #include "ui_NewDocDlg.h"
 

@@ -21,3 +21,15 @@ QVector<ExchangeItem> exchangeItems(const QJsonObject& fields)
     }
     return items;
 }
+
+JsonColumn readExchangeFields(const QVariant& templateId)
+{
+    return readJsonColumn("SELECT FIELDS FROM export WHERE ID = " + templateId.toString() + ";");
+}
+
+bool writeExchangeFields(const QVariant& templateId, const QJsonObject& fields,
+                         QJsonDocument::JsonFormat format, QString* error)
+{
+    return writeJsonColumn("UPDATE export SET FIELDS = :Items WHERE ID = :Id", ":Items",
+                           QJsonDocument(fields).toJson(format), templateId, error);
+}

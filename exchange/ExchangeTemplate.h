@@ -1,9 +1,10 @@
 #pragma once
 
+#include <QJsonDocument>
 #include <QString>
 #include <QVector>
 
-class QJsonObject;
+#include "store/JsonColumn.h"
 
 /// One line of an exchange template's mapping: which sheet column holds which tag.
 struct ExchangeItem
@@ -20,3 +21,11 @@ extern const QString emptyExchangeFields;
 
 /// The mapping in an exchange template's `FIELDS` object, in the order in which it is processed.
 QVector<ExchangeItem> exchangeItems(const QJsonObject& fields);
+
+/// Reads the `FIELDS` object of an exchange template.
+JsonColumn readExchangeFields(const QVariant& templateId);
+
+/// Replaces the `FIELDS` object of an exchange template by the object's text. On failure returns
+/// false and puts the driver's text into `error` (may be null).
+bool writeExchangeFields(const QVariant& templateId, const QJsonObject& fields,
+                         QJsonDocument::JsonFormat format, QString* error = nullptr);

@@ -16,11 +16,11 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/TableItems.h"
 #include "exchange/DocumentExport.h"
 #include "exchange/DocumentImport.h"
 #include "exchange/ExchangeTemplate.h"
 #include "exchange/WorkbookFile.h"
-#include "forms/FormDefinitions.h"
 #include "store/SqlLog.h"
 #include "ui_ExportDlg.h"
 
@@ -33,20 +33,6 @@ const char* const newName = "Новый шаблон";
 constexpr int newFromRow = 2;
 const char* const newToRow = "99";
 const char* const newDateFormat = "dd.MM.yyyy";
-
-/// The item that carries the identity of the table's current row; null if there is none.
-QTableWidgetItem* currentRowItem(const QTableWidget* table)
-{
-    const int row = table->currentRow();
-    return row < 0 ? nullptr : table->item(row, 0);
-}
-
-QTableWidgetItem* makeItem(const QString& text, const QVariant& identity)
-{
-    auto* item = new QTableWidgetItem(text);
-    item->setData(Qt::UserRole, identity);
-    return item;
-}
 
 /// Puts a row at the end of the table.
 void appendRow(QTableWidget* table, const QList<QTableWidgetItem*>& items)
@@ -101,7 +87,7 @@ void ExportDlg::loadTemplates()
     }
     while (query.next()) {
         appendRow(ui->templatesWidget,
-                  {makeItem(query.value("NAME").toString(), query.value("ID"))});
+                  {makeTableItem(query.value("NAME").toString(), query.value("ID"))});
     }
     loadingFields = false;
     loadingTemplate = false;
@@ -129,7 +115,7 @@ void ExportDlg::loadFields(const QJsonObject& object)
     const QVector<ExchangeItem> items = exchangeItems(object);
     for (int i = 0; i < items.size(); ++i) {
         appendRow(ui->fieldsWidget,
-                  {makeItem(items[i].column, i), new QTableWidgetItem(items[i].tag)});
+                  {makeTableItem(items[i].column, i), makeTableItem(items[i].tag)});
     }
     loadingFields = false;
 }
@@ -151,7 +137,7 @@ void ExportDlg::addTemplate()
         logSqlFailure("error insert into export", query);
         return;
     }
-    QTableWidgetItem* item = makeItem(newName, query.lastInsertId());
+    QTableWidgetItem* item = makeTableItem(newName, query.lastInsertId());
     appendRow(ui->templatesWidget, {item});
     showTemplate("", QString::number(newFromRow), newToRow, newDateFormat);
     ui->templatesWidget->setCurrentItem(item);
@@ -201,6 +187,7 @@ void ExportDlg::addField()
         {"Unable to execute select export query", "Not an object!", "error update template fields"},
         QJsonDocument::Compact, [](QJsonArray& items) {
             items.append(QJsonObject{{"col", "колонка excel"}, {"tag", "#TAG"}});
+            return true;
         });
 }
 
@@ -214,7 +201,8 @@ void ExportDlg::deleteField()
     const int index = item->data(Qt::UserRole).toInt();
     const bool changed = changeItems(
         {"Unable to execute select fields query", "not an object!", "error update fields items"},
-        QJsonDocument::Indented, [index](QJsonArray& items) { items.removeAt(index); });
+        QJsonDocument::Indented,
+        [index](QJsonArray& items) { return removeElement(items, index); });
     if (changed) {
         ui->fieldsWidget->setCurrentCell(row, 0);
     }
@@ -233,11 +221,8 @@ void ExportDlg::editField()
     const QJsonObject edited{{"col", columnItem->text()}, {"tag", tagItem->text()}};
     const bool changed = changeItems(
         {"Unable to execute select export query", "Not an object!", "error update fields lists"},
-        QJsonDocument::Compact, [index, &edited](QJsonArray& items) {
-            if (index < items.size()) {
-                items.replace(index, edited);
-            }
-        });
+        QJsonDocument::Compact,
+        [index, &edited](QJsonArray& items) { return replaceElement(items, index, edited); });
     if (changed) {
         // The refill dropped it: the next key goes on from the cell that was edited.
         ui->fieldsWidget->setCurrentCell(row, column);
@@ -368,31 +353,18 @@ void ExportDlg::showTemplate(const QString& workbook, const QString& from, const
     loadingTemplate = false;
 }
 
-bool ExportDlg::changeItems(const FieldLogLines& log, QJsonDocument::JsonFormat format,
-                            const std::function<void(QJsonArray&)>& change)
+bool ExportDlg::changeItems(const JsonLogLines& log, QJsonDocument::JsonFormat format,
+                            const JsonArrayChange& change)
 {
-    QSqlQuery query;
-    if (!query.exec("SELECT FIELDS FROM export WHERE ID = " + currentTemplateId.toString() + ";")) {
-        logSqlFailure(log.selectFailed, query);
+    const auto write = [format](const QVariant& id, const QJsonObject& fields, QString* error) {
+        return writeExchangeFields(id, fields, format, error);
+    };
+    QJsonObject fields;
+    if (!changeJsonArray({"items", readExchangeFields, write}, currentTemplateId, log, change,
+                         fields)) {
         return false;
     }
-    bool isObject = false;
-    QJsonObject object = parseJsonColumn(query.next() ? query.value(0) : QVariant(), &isObject);
-    if (!isObject) {
-        qDebug() << log.notAnObject;
-        return false;
-    }
-    QJsonArray items = object["items"].toArray();
-    change(items);
-    object["items"] = items;
-    query.prepare("UPDATE export SET FIELDS = :Items WHERE ID = :Id");
-    query.bindValue(":Items", QJsonDocument(object).toJson(format));
-    query.bindValue(":Id", currentTemplateId.toString());
-    if (!query.exec()) {
-        logSqlFailure(log.updateFailed, query);
-        return false;
-    }
-    loadFields(object);
+    loadFields(fields);
     return true;
 }
 

@@ -4,10 +4,8 @@
 #include <QJsonDocument>
 #include <QVariant>
 
-#include <functional>
+#include "store/JsonColumn.h"
 
-class QJsonArray;
-class QJsonObject;
 class QSqlQuery;
 
 namespace Ui {
@@ -61,14 +59,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    /// What an operation on the mapping writes to the log, by what failed.
-    struct FieldLogLines
-    {
-        const char* selectFailed;
-        const char* notAnObject;
-        const char* updateFailed;
-    };
-
     /// What an import takes from the widgets.
     struct ImportRequest
     {
@@ -82,8 +72,8 @@ private:
     void connectWidgets();
     void showTemplate(const QString& workbook, const QString& from, const QString& to,
                       const QString& dates);
-    bool changeItems(const FieldLogLines& log, QJsonDocument::JsonFormat format,
-                     const std::function<void(QJsonArray&)>& change);
+    bool changeItems(const JsonLogLines& log, QJsonDocument::JsonFormat format,
+                     const JsonArrayChange& change);
     void exportDocuments(QSqlQuery& templateQuery, QSqlQuery& documents);
     QString askExportFile(const QString& templateName);
     void importRows(QSqlQuery& form, QSqlQuery& templateQuery, const ImportRequest& request);

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QByteArray>
 #include <QJsonObject>
 #include <QMap>
 #include <QString>
 #include <QVariant>
+
+#include "store/JsonColumn.h"
 
 /// Types of a form's field: what `type` in a field object and in a document's entry may hold.
 namespace FieldType {
@@ -29,25 +30,6 @@ extern const QString emptyFormFields;
 
 /// `LIST_ITEMS` of a list without items, as a new row gets it.
 extern const QString emptyListItems;
-
-/// What reading a JSON column gave.
-struct JsonColumn
-{
-    enum class Status
-    {
-        Ok,          ///< `object` holds the parsed object
-        QueryFailed, ///< the statement failed, `error` holds the driver's text
-        NotAnObject  ///< no such row, or its text is not a JSON object
-    };
-
-    Status status = Status::NotAnObject;
-    QJsonObject object;
-    QString error;
-};
-
-/// Parses the value of a JSON column, stored as text or as bytes, always as UTF-8. Anything that is
-/// not an object gives an empty object and false in `ok` (may be null).
-QJsonObject parseJsonColumn(const QVariant& value, bool* ok = nullptr);
 
 /// Reads the field definitions of a form.
 JsonColumn readFormFields(const QVariant& formId);

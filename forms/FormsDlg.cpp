@@ -7,6 +7,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/TableItems.h"
 #include "forms/FieldEditDlg.h"
 #include "forms/FormDefinitions.h"
 #include "forms/FormEditDlg.h"
@@ -14,22 +15,6 @@
 #include "ui_FormsDlg.h"
 
 namespace {
-
-QTableWidgetItem* makeItem(const QString& text, const QVariant& identity = QVariant())
-{
-    auto* item = new QTableWidgetItem(text);
-    if (identity.isValid()) {
-        item->setData(Qt::UserRole, identity);
-    }
-    return item;
-}
-
-/// The first item of the current row; null if there is none.
-QTableWidgetItem* currentRowItem(const QTableWidget* table)
-{
-    const int row = table->currentRow();
-    return row < 0 ? nullptr : table->item(row, 0);
-}
 
 /// Makes a row current, as far as it exists. Does nothing otherwise, so that the selection that
 /// the table itself keeps after a removal stands.
@@ -55,74 +40,6 @@ bool execute(QSqlQuery& query, const QString& statement, const BoundValues& valu
         logSqlFailure(failure, query);
     }
     return done;
-}
-
-/// True if the column was read; else logs why not.
-bool checkRead(const JsonColumn& column, const char* selectFailed, const char* notAnObject)
-{
-    switch (column.status) {
-    case JsonColumn::Status::Ok:
-        return true;
-    case JsonColumn::Status::QueryFailed:
-        qDebug() << selectFailed;
-        qDebug() << column.error;
-        return false;
-    case JsonColumn::Status::NotAnObject:
-        qDebug() << notAnObject;
-        return false;
-    }
-    return false;
-}
-
-/// One array inside a JSON column, and how the column is read and written.
-struct ArrayColumn
-{
-    const char* key;
-    JsonColumn (*read)(const QVariant& id);
-    bool (*write)(const QVariant& id, const QJsonObject& object, QString* error);
-};
-
-/// Reads the array of a row, lets `change` work on it and writes the row's whole text back. The
-/// array as written is left in `array`; false if nothing was written.
-bool rewriteArray(const ArrayColumn& column, const QVariant& id, const JsonLogLines& log,
-                  const std::function<bool(QJsonArray&)>& change, QJsonArray& array)
-{
-    JsonColumn row = column.read(id);
-    if (!checkRead(row, log.selectFailed, log.notAnObject)) {
-        return false;
-    }
-    array = row.object.value(column.key).toArray();
-    if (!change(array)) {
-        return false;
-    }
-    row.object[column.key] = array;
-    QString error;
-    if (column.write(id, row.object, &error)) {
-        return true;
-    }
-    qDebug() << log.writeFailed;
-    qDebug() << error;
-    return false;
-}
-
-/// Removes the element at the position; false if there is none.
-bool removeElement(QJsonArray& array, int position)
-{
-    if (position < 0 || position >= array.size()) {
-        return false;
-    }
-    array.removeAt(position);
-    return true;
-}
-
-/// Replaces the element at the position; false if there is none.
-bool replaceElement(QJsonArray& array, int position, const QJsonValue& value)
-{
-    if (position < 0 || position >= array.size()) {
-        return false;
-    }
-    array.replace(position, value);
-    return true;
 }
 
 } // namespace
@@ -182,8 +99,8 @@ void FormsDlg::addForm()
     }
     const int row = ui->formsWidget->rowCount();
     ui->formsWidget->insertRow(row);
-    ui->formsWidget->setItem(row, 0, makeItem(dialog.formName(), query.lastInsertId()));
-    ui->formsWidget->setItem(row, 1, makeItem(dialog.fullName()));
+    ui->formsWidget->setItem(row, 0, makeTableItem(dialog.formName(), query.lastInsertId()));
+    ui->formsWidget->setItem(row, 1, makeTableItem(dialog.fullName()));
 }
 
 void FormsDlg::deleteForm()
@@ -307,7 +224,7 @@ void FormsDlg::addList()
     }
     const int row = ui->listsWidget->rowCount();
     ui->listsWidget->insertRow(row);
-    ui->listsWidget->setItem(row, 0, makeItem(name, query.lastInsertId()));
+    ui->listsWidget->setItem(row, 0, makeTableItem(name, query.lastInsertId()));
 }
 
 void FormsDlg::deleteList()
@@ -409,8 +326,8 @@ void FormsDlg::fillForms()
     while (query.next()) {
         const int row = ui->formsWidget->rowCount();
         ui->formsWidget->insertRow(row);
-        ui->formsWidget->setItem(row, 0, makeItem(query.value(1).toString(), query.value(0)));
-        ui->formsWidget->setItem(row, 1, makeItem(query.value(2).toString()));
+        ui->formsWidget->setItem(row, 0, makeTableItem(query.value(1).toString(), query.value(0)));
+        ui->formsWidget->setItem(row, 1, makeTableItem(query.value(2).toString()));
     }
 }
 
@@ -424,31 +341,31 @@ void FormsDlg::fillLists()
     while (query.next()) {
         const int row = ui->listsWidget->rowCount();
         ui->listsWidget->insertRow(row);
-        ui->listsWidget->setItem(row, 0,
-                                 makeItem(query.value("LIST_NAME").toString(), query.value("ID")));
+        ui->listsWidget->setItem(
+            row, 0, makeTableItem(query.value("LIST_NAME").toString(), query.value("ID")));
     }
 }
 
-bool FormsDlg::changeFields(const JsonLogLines& log, const ArrayChange& change)
+bool FormsDlg::changeFields(const JsonLogLines& log, const JsonArrayChange& change)
 {
-    QJsonArray fields;
-    if (!rewriteArray({"fields", readFormFields, writeFormFields}, m_currentFormId, log, change,
-                      fields))
+    QJsonObject form;
+    if (!changeJsonArray({"fields", readFormFields, writeFormFields}, m_currentFormId, log, change,
+                         form))
     {
         return false;
     }
-    drawFields(fields);
+    drawFields(form["fields"].toArray());
     return true;
 }
 
-bool FormsDlg::changeItems(const JsonLogLines& log, const ArrayChange& change)
+bool FormsDlg::changeItems(const JsonLogLines& log, const JsonArrayChange& change)
 {
-    QJsonArray items;
-    if (!rewriteArray({"items", readListItems, writeListItems}, m_currentListId, log, change,
-                      items)) {
+    QJsonObject list;
+    if (!changeJsonArray({"items", readListItems, writeListItems}, m_currentListId, log, change,
+                         list)) {
         return false;
     }
-    drawItems(items);
+    drawItems(list["items"].toArray());
     return true;
 }
 
@@ -460,9 +377,9 @@ void FormsDlg::drawFields(const QJsonArray& fields)
     for (int row = 0; row < fields.size(); ++row) {
         const QJsonObject field = fields[row].toObject();
         const int type = field["type"].toInt();
-        table->setItem(row, 0, makeItem(field["tag"].toString(), row));
-        table->setItem(row, 1, makeItem(field["name"].toString()));
-        table->setItem(row, 2, makeItem(fieldTypeNames.value(type), type));
+        table->setItem(row, 0, makeTableItem(field["tag"].toString(), row));
+        table->setItem(row, 1, makeTableItem(field["name"].toString()));
+        table->setItem(row, 2, makeTableItem(fieldTypeNames.value(type), type));
     }
 }
 
@@ -472,6 +389,6 @@ void FormsDlg::drawItems(const QJsonArray& items)
     table->setRowCount(0);
     table->setRowCount(items.size());
     for (int row = 0; row < items.size(); ++row) {
-        table->setItem(row, 0, makeItem(items[row].toString(), row));
+        table->setItem(row, 0, makeTableItem(items[row].toString(), row));
     }
 }

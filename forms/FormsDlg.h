@@ -4,7 +4,7 @@
 #include <QJsonArray>
 #include <QVariant>
 
-#include <functional>
+#include "store/JsonColumn.h"
 
 class QTableWidget;
 class QTableWidgetItem;
@@ -12,14 +12,6 @@ class QTableWidgetItem;
 namespace Ui {
 class FormsDlg;
 }
-
-/// What the operations on a JSON column write to the log, by what failed.
-struct JsonLogLines
-{
-    const char* selectFailed;
-    const char* notAnObject;
-    const char* writeFailed;
-};
 
 /// Maintains document forms and value lists. Every action is written to the database at once, so
 /// both buttons only close the dialog. Failures go to the log and leave the tables as they were.
@@ -52,13 +44,10 @@ public slots:
     void listSelChange();
 
 private:
-    /// Changes an array and returns true, or returns false to leave the stored text as it is.
-    using ArrayChange = std::function<bool(QJsonArray&)>;
-
     void fillForms();
     void fillLists();
-    bool changeFields(const JsonLogLines& log, const ArrayChange& change);
-    bool changeItems(const JsonLogLines& log, const ArrayChange& change);
+    bool changeFields(const JsonLogLines& log, const JsonArrayChange& change);
+    bool changeItems(const JsonLogLines& log, const JsonArrayChange& change);
     void drawFields(const QJsonArray& fields);
     void drawItems(const QJsonArray& items);
 

@@ -31,6 +31,7 @@
 #include "render/QrPixmapItem.h"
 #include "render/TagExpansion.h"
 #include "render/VectorProxyWidget.h"
+#include "store/JsonColumn.h"
 #include "ui_PrinPreviewDialog.h"
 
 namespace {

@@ -9,6 +9,7 @@
 
 #include "forms/FormDefinitions.h"
 #include "render/DocumentTags.h"
+#include "store/JsonColumn.h"
 #include "store/OrgData.h"
 
 namespace {
