@@ -15,6 +15,7 @@
 #include <QPixmapCache>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScrollBar>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTableWidget>
@@ -26,6 +27,7 @@
 #include "forms/FormDefinitions.h"
 #include "render/BlankPaper.h"
 #include "render/FrameLabel.h"
+#include "render/PageStyle.h"
 #include "render/PageWidget.h"
 #include "render/QrPixmap.h"
 #include "render/QrPixmapItem.h"
@@ -46,6 +48,7 @@ struct Frame
 Frame makeFrame()
 {
     auto* container = new VectorProxyWidget;
+    container->setStyle(PageStyle::shared());
     auto* layout = new QGraphicsLinearLayout(Qt::Vertical);
     layout->setSpacing(1.0);
     container->setLayout(layout);
@@ -156,19 +159,32 @@ QFont fontOf(const QJsonObject& item, const QFont& blankFont)
     return font;
 }
 
-QTableWidget* makeTable()
+/// A table that measures as on a screen of 96 dots per inch in all its parts, also those that are
+/// never seen: the header gives the columns their widths, the scroll bars the table its least size.
+QTableWidget* makeTable(const QFont& font)
 {
     auto* table = new PageWidget<QTableWidget>;
+    auto* header = new PageWidget<QHeaderView>(Qt::Horizontal);
+    auto* horizontalBar = new PageWidget<QScrollBar>(Qt::Horizontal);
+    auto* verticalBar = new PageWidget<QScrollBar>(Qt::Vertical);
+    header->setStyle(PageStyle::shared());
+    table->setHorizontalHeader(header);
+    table->setHorizontalScrollBar(horizontalBar);
+    table->setVerticalScrollBar(verticalBar);
     table->setGridStyle(Qt::NoPen);
     table->setShowGrid(false);
     table->setSelectionMode(QAbstractItemView::NoSelection);
-    table->horizontalHeader()->hide();
-    table->horizontalHeader()->setStretchLastSection(true);
+    header->hide();
+    header->setStretchLastSection(true);
     table->verticalHeader()->hide();
     table->setStyleSheet("background: transparent; border: 0px;");
     table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    // Last, since the style sheet sets fonts: only a font that is given has the page's resolution.
+    for (QWidget* part : QVector<QWidget*>{table, header, horizontalBar, verticalBar}) {
+        part->setFont(font);
+    }
     return table;
 }
 
@@ -400,7 +416,7 @@ QGraphicsProxyWidget* PrinPreviewDialog::createBlankFieldTableItem(const QJsonOb
                                                                    const QFont& font)
 {
     const Frame frame = makeFrame();
-    QTableWidget* table = makeTable();
+    QTableWidget* table = makeTable(font);
     addWidget(frame, table);
 
     const QJsonArray columns = docField["columns"].toArray();
@@ -408,8 +424,7 @@ QGraphicsProxyWidget* PrinPreviewDialog::createBlankFieldTableItem(const QJsonOb
         qDebug() << "createBlankFieldTableItem error: Table is empty";
         return frame.container;
     }
-    const QFont cellFont(font, table);
-    table->setFont(cellFont); // a cell takes the resolution of its font from here
+    const QFont cellFont(font, table); // in the page's resolution
     table->setColumnCount(columns.size());
     setColumnWidths(table, item["columns_width"].toArray());
     setRowDefaults(table, item, cellFont);

@@ -23,8 +23,6 @@ int main(int argc, char* argv[])
 {
     qInstallMessageHandler(writeLog);
     useNoDisplay();
-    // The layouts' margins come from the toolkit, which scales them with the screen.
-    qputenv("QT_FONT_DPI", "96");
     const QApplication app(argc, argv);
     QTextStream out(stdout);
     QTextStream err(stderr);

@@ -9,7 +9,7 @@ QString printProgram()
     return QString(ZELVORA_BIN_DIR) + "/tools/zelvora-print";
 }
 
-ProcessResult runPrint(const QStringList& arguments, const QString& locale)
+QProcessEnvironment noDisplay(const QString& locale)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LANGUAGE"}) {
@@ -18,6 +18,16 @@ ProcessResult runPrint(const QStringList& arguments, const QString& locale)
     environment.insert("LC_ALL", locale);
     // A build with the leak sanitizer would add its own words to the errors.
     environment.insert("LSAN_OPTIONS", environment.value("LSAN_OPTIONS") + ":print_suppressions=0");
+    return environment;
+}
+
+ProcessResult runPrint(const QStringList& arguments, const QString& locale)
+{
+    return runPrint(arguments, noDisplay(locale));
+}
+
+ProcessResult runPrint(const QStringList& arguments, const QProcessEnvironment& environment)
+{
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(printProgram(), arguments);
@@ -68,4 +78,15 @@ QStringList PrintDirectory::filesIn(const QString& folder) const
 ProcessResult PrintDirectory::print(const QStringList& arguments, const QString& locale) const
 {
     return runPrint(QStringList{"--dir", path()} + arguments, locale);
+}
+
+QVariant PrintDirectory::addFullPage()
+{
+    addBlank({blankItem(0, "Очень длинный текст #LNAME", QRectF(50, 50, 150, 60)),
+              blankItem(0, "Росчерк", QRectF(300, 50, 300, 160), {{"f_cut", 1}}),
+              blankItem(2, "#T", QRectF(50, 300, 300, 90)),
+              blankItem(2, "#T", QRectF(500, 300, 300, 300), {{"f_cut", 1}})},
+             {{"NAME", "Полный"}});
+    return addDocument(
+        {{"#T", tableEntry({{"Алгебра и начала анализа", "5"}, {"Физика", "4"}, {"Химия", "3"}})}});
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -10,8 +11,12 @@
 /// Path of zelvora-print.
 QString printProgram();
 
+/// The environment of a program without a display; `locale` is the user's language.
+QProcessEnvironment noDisplay(const QString& locale);
+
 /// Runs zelvora-print in an environment without a display; `locale` is the user's language.
 ProcessResult runPrint(const QStringList& arguments, const QString& locale = "C.UTF-8");
+ProcessResult runPrint(const QStringList& arguments, const QProcessEnvironment& environment);
 
 /// An application directory for zelvora-print: documents of the forms 1 (three, "Иванов",
 /// "Петрова", "Иваненко", with the IDs 1 to 3) and 2 (one, "О'Нил", ID 4), a template (ID 5), and
@@ -31,6 +36,10 @@ public:
 
     /// Runs zelvora-print on the directory.
     ProcessResult print(const QStringList& arguments, const QString& locale = "C.UTF-8") const;
+
+    /// Adds a document with a table, and a blank "Полный" for it with a frame of every kind; the
+    /// document's ID.
+    QVariant addFullPage();
 
     QVariant landscape; ///< ID of "Альбом"
     QVariant portrait;  ///< ID of "Книга"

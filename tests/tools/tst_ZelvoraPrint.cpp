@@ -26,6 +26,8 @@ private slots:
     void messagesInTheUsersLanguage();
     void oneDocument();
     void samePageAsTheApplications();
+    void samePageOnAnyScreen_data();
+    void samePageOnAnyScreen();
     void chosenBlank_data();
     void chosenBlank();
     void unknownBlank();
@@ -104,13 +106,7 @@ void tst_ZelvoraPrint::oneDocument()
 void tst_ZelvoraPrint::samePageAsTheApplications()
 {
     PrintDirectory directory;
-    const QVariant document = directory.addDocument(
-        {{"#T", tableEntry({{"Алгебра и начала анализа", "5"}, {"Физика", "4"}, {"Химия", "3"}})}});
-    directory.addBlank({blankItem(0, "Очень длинный текст #LNAME", QRectF(50, 50, 150, 60)),
-                        blankItem(0, "Росчерк", QRectF(300, 50, 300, 160), {{"f_cut", 1}}),
-                        blankItem(2, "#T", QRectF(50, 300, 300, 90)),
-                        blankItem(2, "#T", QRectF(500, 300, 300, 300), {{"f_cut", 1}})},
-                       {{"NAME", "Полный"}});
+    const QVariant document = directory.addFullPage();
     const QString ours = directory.path("ours.pdf");
     QCOMPARE(directory.print({"--id", document.toString(), "--blank", "Полный", "--output", ours})
                  .exitCode,
@@ -129,6 +125,60 @@ void tst_ZelvoraPrint::samePageAsTheApplications()
     QVERIFY(dialog.printTo(printer));
     QCOMPARE(PdfMeasure(ours).image(), PdfMeasure(directory.path("application.pdf")).image());
     QVERIFY(PdfMeasure(ours).ink().width() > 150);
+}
+
+void tst_ZelvoraPrint::samePageOnAnyScreen_data()
+{
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("small fonts") << "QT_FONT_DPI"
+                                 << "72";
+    QTest::newRow("large fonts") << "QT_FONT_DPI"
+                                 << "144";
+    QTest::newRow("very large fonts") << "QT_FONT_DPI"
+                                      << "200";
+    QTest::newRow("dense screen") << "QT_SCALE_FACTOR"
+                                  << "2";
+}
+
+void tst_ZelvoraPrint::samePageOnAnyScreen()
+{
+    QFETCH(QString, variable);
+    QFETCH(QString, value);
+    constexpr double tolerance = 0.1; // millimetres
+    PrintDirectory directory;
+    const QVariant document = directory.addFullPage();
+    const auto printOn = [&](const QString& dpi, const QString& name) {
+        QProcessEnvironment environment = noDisplay("C.UTF-8");
+        environment.insert(variable, dpi);
+        const QString file = directory.path(name);
+        const ProcessResult result =
+            runPrint({"--dir", directory.path(), "--id", document.toString(), "--blank", "Полный",
+                      "--output", file},
+                     environment);
+        return result.exitCode == success ? file : QString();
+    };
+    const PdfMeasure usual(printOn(variable == "QT_FONT_DPI" ? "96" : "1", "usual.pdf"));
+    const PdfMeasure other(printOn(value, "other.pdf"));
+    const QVector<PdfMeasure::Word> expected = usual.words();
+    const QVector<PdfMeasure::Word> words = other.words();
+    QVERIFY(expected.size() > 10);
+    QCOMPARE(words.size(), expected.size());
+    for (int i = 0; i < words.size(); ++i) {
+        const QRectF& place = words[i].box;
+        const QRectF& told = expected[i].box;
+        QCOMPARE(words[i].text, expected[i].text);
+        QVERIFY2(qAbs(place.left() - told.left()) <= tolerance &&
+                     qAbs(place.right() - told.right()) <= tolerance &&
+                     qAbs(place.top() - told.top()) <= tolerance &&
+                     qAbs(place.bottom() - told.bottom()) <= tolerance,
+                 qPrintable(words[i].text));
+    }
+    const QRectF stroke = other.ink(QRectF(80, 25, 79, 32)); // below a text, the rest of its frame
+    const QRectF strokeTold = usual.ink(QRectF(80, 25, 79, 32));
+    QVERIFY(strokeTold.width() > 70);
+    QVERIFY(qAbs(stroke.top() - strokeTold.top()) <= tolerance);
+    QVERIFY(qAbs(stroke.bottom() - strokeTold.bottom()) <= tolerance);
 }
 
 void tst_ZelvoraPrint::chosenBlank_data()
