@@ -3,20 +3,12 @@
 #include <QDir>
 #include <QFile>
 #include <QPrinterInfo>
-#include <QRegularExpression>
 #include <QTextStream>
 
 #include "tools/BlankChoice.h"
 #include "tools/UserLanguage.h"
 
 namespace {
-
-/// Part of a file name: without what some file system does not take.
-QString cleaned(QString text)
-{
-    static const QRegularExpression forbidden("[\\x00-\\x1F\\\\/:*?\"<>|]");
-    return text.replace(forbidden, "_").trimmed();
-}
 
 std::unique_ptr<QPrinter> pdfPrinter(const QString& path)
 {
@@ -41,6 +33,7 @@ PrintJob::PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& e
     : m_options(options)
     , m_out(out)
     , m_err(err)
+    , m_names(options.namePattern())
     , m_preview(QVariant())
 {
     m_preview.setBackgroundPrinted(options.withBackground());
@@ -147,9 +140,7 @@ bool PrintJob::buildPage(const PrintDocument& document)
 
 bool PrintJob::printToFile(const PrintDocument& document)
 {
-    const QString name =
-        QStringList{document.id.toString(), document.surname, document.name}.join('_');
-    const QString path = QDir(m_options.output()).filePath(cleaned(name) + ".pdf");
+    const QString path = QDir(m_options.output()).filePath(m_names.nameFor(document));
     const std::unique_ptr<QPrinter> printer = pdfPrinter(path);
     m_preview.printTo(*printer);
     return finishFile(path);

@@ -8,6 +8,7 @@
 
 #include "render/PrinPreviewDialog.h"
 #include "tools/DocumentSelection.h"
+#include "tools/FileNamePattern.h"
 #include "tools/JobResult.h"
 #include "tools/PrintOptions.h"
 
@@ -38,6 +39,7 @@ private:
     QTextStream& m_out;
     QTextStream& m_err;
     DocumentSelection m_selection;
+    FileNamePattern m_names;
     PrinPreviewDialog m_preview;
     std::unique_ptr<QPrinter> m_commonPrinter; // of the one file for all
     QPainter m_commonPainter;

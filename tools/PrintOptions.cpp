@@ -6,6 +6,7 @@
 
 #include <cmath>
 
+#include "tools/FileNamePattern.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -278,6 +279,10 @@ bool PrintOptions::parseManner(const QCommandLineParser& parser)
     m_namePattern = parser.value("name");
     if (parser.isSet("name") && m_target != Target::FilePerDocument) {
         return fail("ключ --name нужен только с каталогом", "--name goes with a folder only");
+    }
+    if (!FileNamePattern(m_namePattern).isValid()) {
+        return fail("в образце имён не сходятся фигурные скобки: ",
+                    "the braces of the name pattern do not match: ", m_namePattern);
     }
     return parseNumber(parser, "copies", 1, mostCopies, m_copies) &&
            parseNumber(parser, "resolution", leastResolution, mostResolution, m_resolution) &&

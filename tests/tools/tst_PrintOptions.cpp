@@ -83,6 +83,7 @@ void tst_PrintOptions::wrongOptions_data()
     row("--to 2021-02-30 --output x.pdf", "no date of the form yyyy-MM-dd: 2021-02-30");
     row("--all --output x.pdf --name a", "--name goes with a folder only");
     row("--all --printer p --name a", "--name goes with a folder only");
+    row("--all --output x --name {#LNAME", "the braces of the name pattern do not match: {#LNAME");
     for (const char* copies : {"0", "100", "-1", "two", "1.5"}) {
         QTest::addRow("%s copies", copies)
             << QStringList{"--all", "--printer", "p", "--copies", copies}
