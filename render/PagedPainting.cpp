@@ -3,7 +3,11 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 
+PageSurface::~PageSurface() = default;
+
 bool paintsOnPage(const QPainter* painter)
 {
-    return dynamic_cast<const QPagedPaintDevice*>(painter->device()) != nullptr;
+    const QPaintDevice* device = painter->device();
+    return dynamic_cast<const QPagedPaintDevice*>(device) != nullptr ||
+           dynamic_cast<const PageSurface*>(device) != nullptr;
 }

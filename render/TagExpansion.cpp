@@ -19,21 +19,6 @@ bool isTagCharacter(QChar c)
     return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '#';
 }
 
-int tagEnd(const QString& text, int tagBegin)
-{
-    int end = tagBegin + 1;
-    while (end < text.size() && isTagCharacter(text[end])) {
-        ++end;
-    }
-    return end;
-}
-
-bool isDateTag(const QString& tag)
-{
-    return tag == QLatin1String("#ISSUE_DATE") || tag == QLatin1String("#EDIT_DATE") ||
-           tag == QLatin1String("#BIRTH_DATE");
-}
-
 bool expandOrganisationTag(QString& tag)
 {
     if (!tag.startsWith(QLatin1String("#ORG_"))) {
@@ -96,6 +81,21 @@ QString shortPersonName(const QString& fullName)
         result += parts[i].leftRef(1) + ". ";
     }
     return result;
+}
+
+int tagEnd(const QString& text, int tagBegin)
+{
+    int end = tagBegin + 1;
+    while (end < text.size() && isTagCharacter(text[end])) {
+        ++end;
+    }
+    return end;
+}
+
+bool isDateTag(const QString& tag)
+{
+    return tag == QLatin1String("#ISSUE_DATE") || tag == QLatin1String("#EDIT_DATE") ||
+           tag == QLatin1String("#BIRTH_DATE");
 }
 
 bool expandTag(QString& tag, const QJsonObject& docValues, const QJsonObject& docContent)

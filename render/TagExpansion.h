@@ -15,6 +15,12 @@ QString dateToWords(const QDate& date);
 /// Parts beyond the third are ignored.
 QString shortPersonName(const QString& fullName);
 
+/// Position behind the tag whose "#" stands at `tagBegin`: the longest run of tag characters.
+int tagEnd(const QString& text, int tagBegin);
+
+/// True for the tags of the document's dates, which print in words.
+bool isDateTag(const QString& tag);
+
 /// Replaces a whole tag ("#" included) by its value for a document; true if it was replaced. An
 /// unknown tag and the tag of a table field stay as they are.
 bool expandTag(QString& tag, const QJsonObject& docValues, const QJsonObject& docContent);

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QFont>
+#include <QPaintDevice>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+#include <QTransform>
+#include <QVector>
+
+#include <memory>
+
+#include "render/PagedPainting.h"
+
+class QGraphicsItem;
+class QTextDocument;
+
+/// A text that was painted, in the coordinates of the page.
+struct TextMark
+{
+    QString text;
+    QFont font;
+    QPointF position;     ///< start of its base line, before `transform`
+    QTransform transform; ///< to the page
+    QRectF box;           ///< of the font, not of the ink, on the page
+    QRectF clip;          ///< what of the page could be painted; null: all
+
+    /// Bounding box of the glyphs on the page, clipped or not; null if they leave no ink.
+    QRectF ink() const;
+};
+
+/// A paint device that writes down the texts that are painted on it, as a printed page gets them,
+/// where they are and how they are clipped. It shows what really is painted without printing it.
+class InkRecorder : public QPaintDevice, public PageSurface
+{
+public:
+    InkRecorder();
+    ~InkRecorder() override;
+
+    /// The texts of an item and all items in it, as they would be painted on its page.
+    QVector<TextMark> textsOf(QGraphicsItem* item);
+
+    /// The texts of a whole document, with nothing clipped; `place` brings its top left corner to
+    /// the page.
+    QVector<TextMark> textsOf(const QTextDocument& document, const QTransform& place);
+
+    QPaintEngine* paintEngine() const override;
+
+protected:
+    int metric(PaintDeviceMetric metric) const override;
+
+private:
+    class Engine;
+
+    QVector<TextMark> m_marks;
+    std::unique_ptr<Engine> m_engine;
+};
+
+/// Bounding box of the ink of texts; null if there is none.
+QRectF inkOf(const QVector<TextMark>& marks);
+
+/// The same of what their clips leave of it.
+QRectF visibleInkOf(const QVector<TextMark>& marks);
