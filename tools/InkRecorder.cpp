@@ -40,6 +40,13 @@ QRectF TextMark::ink() const
     return glyphs.isEmpty() ? QRectF() : transform.map(glyphs).boundingRect();
 }
 
+QRectF TextMark::roughInk() const
+{
+    // A slanted letter leans out of its box, an accent may stand above it.
+    const double slack = box.height() / 3;
+    return box.adjusted(-slack, -slack, slack, slack);
+}
+
 /// Keeps texts and passes over all else.
 class InkRecorder::Engine : public QPaintEngine
 {
@@ -178,11 +185,20 @@ QRectF inkOf(const QVector<TextMark>& marks)
     return ink;
 }
 
-QRectF visibleInkOf(const QVector<TextMark>& marks)
+QRectF PrintedInk::roughBounds() const
 {
-    QRectF ink;
-    for (const TextMark& mark : marks) {
-        ink |= mark.clip.isNull() ? mark.ink() : mark.ink() & mark.clip;
+    QRectF bounds = solid;
+    for (const TextMark& mark : texts) {
+        bounds |= mark.clip.isNull() ? mark.roughInk() : mark.roughInk() & mark.clip;
     }
-    return ink;
+    return bounds;
+}
+
+QRectF PrintedInk::bounds() const
+{
+    QRectF bounds = solid;
+    for (const TextMark& mark : texts) {
+        bounds |= mark.clip.isNull() ? mark.ink() : mark.ink() & mark.clip;
+    }
+    return bounds;
 }

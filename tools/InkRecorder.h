@@ -27,6 +27,9 @@ struct TextMark
 
     /// Bounding box of the glyphs on the page, clipped or not; null if they leave no ink.
     QRectF ink() const;
+
+    /// Box that holds ink(), found without looking at the glyphs.
+    QRectF roughInk() const;
 };
 
 /// A paint device that writes down the texts that are painted on it, as a printed page gets them,
@@ -56,8 +59,18 @@ private:
     std::unique_ptr<Engine> m_engine;
 };
 
-/// Bounding box of the ink of texts; null if there is none.
-QRectF inkOf(const QVector<TextMark>& marks);
+/// What an item of a page prints.
+struct PrintedInk
+{
+    QVector<TextMark> texts;
+    QRectF solid; ///< of a stroke or a symbol; null: none
 
-/// The same of what their clips leave of it.
-QRectF visibleInkOf(const QVector<TextMark>& marks);
+    /// Box that the ink surely does not leave; cheap.
+    QRectF roughBounds() const;
+
+    /// Bounding box of what the clips leave of the ink; null if there is none.
+    QRectF bounds() const;
+};
+
+/// Bounding box of the ink of texts, clipped or not; null if there is none.
+QRectF inkOf(const QVector<TextMark>& marks);

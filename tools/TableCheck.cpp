@@ -1,0 +1,225 @@
+#include "tools/TableCheck.h"
+
+#include <QFontMetricsF>
+#include <QGraphicsProxyWidget>
+#include <QRegularExpression>
+#include <QStyle>
+#include <QTableWidget>
+
+#include "tools/Excess.h"
+#include "tools/FrameParts.h"
+
+namespace {
+
+/// A text as far as it can leave ink.
+QString withoutBlanks(QString text)
+{
+    static const QRegularExpression blanks("\\s");
+    return text.remove(blanks);
+}
+
+/// What the toolkit's cells leave free at each side of a text.
+int marginOfCells(const QTableWidget& table)
+{
+    return table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1;
+}
+
+} // namespace
+
+TableCheck::TableCheck(QGraphicsWidget* container, const QRectF& frame, double unitLength,
+                       int firstRow, InkRecorder& recorder)
+    : m_frame(frame)
+    , m_unitLength(unitLength)
+    , m_firstRow(firstRow)
+{
+    m_ink.texts = recorder.textsOf(container);
+    const FrameParts parts = partsOf(container);
+    m_ink.solid = parts.stroke;
+    m_table = parts.table;
+    if (m_table) {
+        m_view = parts.content->mapRectToScene(QRectF(m_table->viewport()->geometry()));
+        sortMarks();
+    }
+}
+
+QVector<Finding> TableCheck::findings() const
+{
+    QVector<Finding> findings;
+    if (!m_table) {
+        return findings;
+    }
+    addRows(findings);
+    addColumns(findings);
+    if (!m_frame.contains(m_ink.roughBounds())) {
+        const QRectF ink = PrintedInk{m_ink.texts, QRectF()}.bounds();
+        for (const Excess& excess : excessesOf(ink, m_frame, smallestInk / m_unitLength)) {
+            Finding finding;
+            finding.kind = Finding::Kind::TableOutsideFrame;
+            finding.severity = Finding::Severity::Warning;
+            finding.side = excess.side;
+            finding.amount = excess.length * m_unitLength;
+            findings.append(finding);
+        }
+    }
+    return findings;
+}
+
+void TableCheck::sortMarks()
+{
+    m_cells.resize(m_table->rowCount() * m_table->columnCount());
+    for (const TextMark& mark : qAsConst(m_ink.texts)) {
+        const QPoint place = (mark.box.center() - m_view.topLeft()).toPoint();
+        const int row = m_table->rowAt(place.y());
+        const int column = m_table->columnAt(place.x());
+        if (row >= 0 && column >= 0) {
+            m_cells[row * m_table->columnCount() + column].append(mark);
+        }
+    }
+}
+
+const QVector<TextMark>& TableCheck::marksAt(int row, int column) const
+{
+    return m_cells[row * m_table->columnCount() + column];
+}
+
+QString TableCheck::textAt(int row, int column) const
+{
+    const QTableWidgetItem* cell = m_table->item(row, column);
+    return cell ? cell->text() : QString();
+}
+
+bool TableCheck::hasText(int row) const
+{
+    for (int column = 0; column < m_table->columnCount(); ++column) {
+        if (!withoutBlanks(textAt(row, column)).isEmpty()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+QRectF TableCheck::inkOfRow(int row) const
+{
+    QRectF ink;
+    for (int column = 0; column < m_table->columnCount(); ++column) {
+        ink |= inkOf(marksAt(row, column));
+    }
+    return ink;
+}
+
+bool TableCheck::isWhollyCut(int row) const
+{
+    const double top = m_table->rowViewportPosition(row);
+    return top >= m_view.height() || inkOfRow(row).top() >= m_view.bottom();
+}
+
+void TableCheck::addRows(QVector<Finding>& findings) const
+{
+    Finding finding;
+    finding.kind = Finding::Kind::TableRowsCut;
+    finding.side = Finding::Side::Bottom;
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        const double bottom = m_table->rowViewportPosition(row) + m_table->rowHeight(row);
+        if (bottom <= m_view.height() || !hasText(row)) {
+            continue;
+        }
+        if (isWhollyCut(row)) {
+            finding.rows << m_firstRow + row;
+            continue;
+        }
+        const double lost = excessOn(Finding::Side::Bottom, inkOfRow(row), m_view) * m_unitLength;
+        if (lost > smallestInk) {
+            finding.partRows << m_firstRow + row;
+            finding.lostInk = lost;
+        }
+    }
+    if (!finding.rows.isEmpty() || !finding.partRows.isEmpty()) {
+        findings.append(finding);
+    }
+}
+
+void TableCheck::addColumns(QVector<Finding>& findings) const
+{
+    for (int column = 0; column < m_table->columnCount(); ++column) {
+        Finding lost;
+        lost.kind = Finding::Kind::TableColumnCut;
+        lost.side = Finding::Side::Right;
+        lost.column = column + 1;
+        const bool isOutside = m_table->columnViewportPosition(column) >= m_view.width();
+        for (int row = 0; row < m_table->rowCount(); ++row) {
+            if (withoutBlanks(textAt(row, column)).isEmpty() || isWhollyCut(row)) {
+                continue;
+            }
+            if (isOutside) {
+                lost.rows << m_firstRow + row;
+            } else {
+                addCell(findings, row, column);
+            }
+        }
+        if (!lost.rows.isEmpty()) {
+            findings.append(lost);
+        }
+    }
+}
+
+void TableCheck::addCell(QVector<Finding>& findings, int row, int column) const
+{
+    QString painted;
+    for (const TextMark& mark : marksAt(row, column)) {
+        painted += mark.text;
+    }
+    if (withoutBlanks(painted) != withoutBlanks(textAt(row, column))) {
+        findings.append(cellFinding(row, column));
+        return;
+    }
+    const int right = m_table->columnViewportPosition(column) + m_table->columnWidth(column);
+    if (right <= m_view.width()) {
+        return;
+    }
+    const double lost =
+        excessOn(Finding::Side::Right, inkOf(marksAt(row, column)), m_view) * m_unitLength;
+    if (lost > smallestInk) {
+        Finding finding = cellFinding(row, column);
+        finding.side = Finding::Side::Right;
+        finding.amount = lost;
+        finding.lostInk = lost;
+        findings.append(finding);
+    }
+}
+
+Finding TableCheck::cellFinding(int row, int column) const
+{
+    Finding finding;
+    finding.kind = Finding::Kind::TableCellCut;
+    finding.rows << m_firstRow + row;
+    finding.column = column + 1;
+    finding.text = textAt(row, column);
+    const double widthMissing = missingWidth(row, column);
+    finding.side = widthMissing > 0 ? Finding::Side::Right : Finding::Side::Bottom;
+    finding.amount = (widthMissing > 0 ? widthMissing : missingHeight(row, column)) * m_unitLength;
+    return finding;
+}
+
+double TableCheck::missingWidth(int row, int column) const
+{
+    const QFontMetricsF metrics(m_table->item(row, column)->font());
+    double widest = 0;
+    for (const QString& word : textAt(row, column).simplified().split(' ')) {
+        widest = qMax(widest, metrics.horizontalAdvance(word));
+    }
+    return qMax(widest - roomInColumn(column), 0.0);
+}
+
+double TableCheck::missingHeight(int row, int column) const
+{
+    const QFontMetricsF metrics(m_table->item(row, column)->font());
+    const QRectF room(0, 0, roomInColumn(column), QWIDGETSIZE_MAX);
+    const QString& text = textAt(row, column);
+    const double height = metrics.boundingRect(room, Qt::TextWordWrap, text).height();
+    return qMax(height - m_table->rowHeight(row), 0.0);
+}
+
+double TableCheck::roomInColumn(int column) const
+{
+    return m_table->columnWidth(column) - 2 * marginOfCells(*m_table);
+}
