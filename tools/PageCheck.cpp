@@ -4,6 +4,8 @@
 #include <QGraphicsScene>
 #include <QGraphicsWidget>
 #include <QMap>
+#include <QPageLayout>
+#include <QPrinter>
 #include <QSet>
 #include <QSqlQuery>
 #include <QTableWidget>
@@ -123,6 +125,12 @@ bool PageCheck::readRows(const QVariant& document, const QVariant& blank)
     m_fields = parseJsonColumn(blankRow.value("CONTENT"))["fields"].toArray();
     m_blankFont = blankRow.value("FONT").toString();
     m_backgroundFile = blankRow.value("BACKGROUND_IMG").toString();
+    if (m_printer) {
+        paper.setOn(*m_printer);
+        QPageLayout layout = m_printer->pageLayout();
+        layout.setUnits(QPageLayout::Millimeter);
+        m_margins = layout.minimumMargins();
+    }
     m_sheetSize = paper.sheetSize();
     m_pageSize = paper.pageSize();
     m_unitLength = paper.unitLength();

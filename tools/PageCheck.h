@@ -16,6 +16,7 @@
 #include "tools/InkRecorder.h"
 
 class QGraphicsItem;
+class QPrinter;
 class QrPixmapItem;
 class TagCheck;
 
@@ -32,6 +33,10 @@ public:
 
     /// Whether the background is printed too, so that a missing one is an error.
     void setBackgroundPrinted(bool printed);
+
+    /// Takes the margins of a printer instead, for the paper of each blank. It must outlive the
+    /// checks.
+    void setPrinter(QPrinter* printer) { m_printer = printer; }
 
     /// Lays the document out on the blank and looks at the page; false if one of the two can't be
     /// read.
@@ -83,6 +88,7 @@ private:
 
     PrinPreviewDialog m_preview;
     QMarginsF m_margins;
+    QPrinter* m_printer = nullptr;
     bool m_isBackgroundPrinted = false;
     std::unique_ptr<InkRecorder> m_recorder;
 

@@ -5,6 +5,7 @@
 #include "app/AppHelpers.h"
 #include "store/DataBase.h"
 #include "store/OrgData.h"
+#include "tools/CheckJob.h"
 #include "tools/JobResult.h"
 #include "tools/PrintJob.h"
 #include "tools/PrintOptions.h"
@@ -41,6 +42,7 @@ int runAction(const PrintOptions& options, QTextStream& out, QTextStream& err)
     case PrintOptions::Action::Print:
         return exitStatus(PrintJob(options, out, err).run());
     case PrintOptions::Action::Check:
+        return exitStatus(CheckJob(options, out, err).run());
     case PrintOptions::Action::Proof:
     case PrintOptions::Action::Calibration:
     case PrintOptions::Action::Offsets:

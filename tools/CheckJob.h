@@ -1,0 +1,27 @@
+#pragma once
+
+#include "tools/CheckSummary.h"
+#include "tools/DocumentJob.h"
+#include "tools/JobResult.h"
+#include "tools/PageCheck.h"
+
+/// Looks at the pages of the chosen documents before they are printed and writes what it finds on
+/// `out` as it goes, in words or as one JSON object; what can't be checked is reported on `err`.
+/// The database must be open.
+class CheckJob : public DocumentJob
+{
+public:
+    using DocumentJob::DocumentJob;
+
+    /// Done: every document was checked and nothing was found.
+    JobResult run();
+
+private:
+    void checkAll();
+    void writeHead();
+    void write(const Finding& finding);
+    void writeTail();
+
+    CheckSummary m_summary;
+    bool m_isFirst = true; // no finding was written yet
+};

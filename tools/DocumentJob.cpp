@@ -1,0 +1,57 @@
+#include "tools/DocumentJob.h"
+
+#include <QTextStream>
+
+#include "tools/BlankChoice.h"
+#include "tools/UserLanguage.h"
+
+namespace {
+
+QString nameOf(const PrintDocument& document)
+{
+    return inUserLanguage("документ ", "document ") + document.id.toString() + ": ";
+}
+
+} // namespace
+
+DocumentJob::DocumentJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
+    : m_options(options)
+    , m_out(out)
+    , m_err(err)
+{
+}
+
+bool DocumentJob::selectDocuments()
+{
+    if (!m_selection.load(m_options.selection())) {
+        report(m_selection.error());
+        return false;
+    }
+    for (const qint64 id : m_selection.unknownIds()) {
+        report(inUserLanguage("нет документа ", "there is no document ") + QString::number(id));
+    }
+    if (m_selection.documents().isEmpty() && m_selection.unknownIds().isEmpty()) {
+        report(inUserLanguage("таких документов нет", "there are no such documents"));
+    }
+    return !m_selection.documents().isEmpty();
+}
+
+QVariant DocumentJob::blankOf(const PrintDocument& document, PrinPreviewDialog& preview)
+{
+    const BlankChoice blank = chooseBlank(preview, document.id, m_options.blank());
+    if (blank.id.isNull()) {
+        report(nameOf(document) + blank.problem);
+    }
+    return blank.id;
+}
+
+void DocumentJob::reportUnreadable(const PrintDocument& document)
+{
+    report(nameOf(document) + inUserLanguage("не удалось прочитать его или бланк",
+                                             "it or its blank can't be read"));
+}
+
+void DocumentJob::report(const QString& message)
+{
+    m_err << "zelvora-print: " << message << '\n';
+}

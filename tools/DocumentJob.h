@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include "tools/DocumentSelection.h"
+#include "tools/PrintOptions.h"
+
+class PrinPreviewDialog;
+class QTextStream;
+
+/// What every job over chosen documents begins with: it chooses them and their blanks, and reports
+/// on `err` what can't be done.
+class DocumentJob
+{
+public:
+    DocumentJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
+
+protected:
+    /// Reads the documents that the options choose; false if there are none.
+    bool selectDocuments();
+
+    /// The blank of a document; null, after a report, if there is none.
+    QVariant blankOf(const PrintDocument& document, PrinPreviewDialog& preview);
+
+    void reportUnreadable(const PrintDocument& document);
+    void report(const QString& message);
+
+    const PrintOptions& m_options;
+    QTextStream& m_out;
+    QTextStream& m_err;
+    DocumentSelection m_selection;
+};
