@@ -47,10 +47,12 @@
 #include "forms/FormEditDlg.h"
 #include "forms/FormsDlg.h"
 #include "forms/TableColumFormDialog.h"
+#include "render/BlankPaper.h"
 #include "render/PrinPreviewDialog.h"
 #include "store/ChangeOrgDataDlg.h"
 #include "store/DataBaseUpdater.h"
 #include "store/UpdatePackage.h"
+#include "tools/CalibrationSheet.h"
 
 namespace {
 
@@ -75,6 +77,7 @@ private:
     using Make = void (Pictures::*)();
 
     void take(QWidget* window, const QString& name);
+    void save(const QImage& picture, const QString& name);
     void show(QWidget& window, const QString& name);
 
     void mainWindow();
@@ -93,7 +96,8 @@ private:
     void blankEditor();
     void tableLayout();
     void preview();
-    void calibration();
+    void testSheet();
+    void testBlank();
     void exchange();
     void organisation();
     void questions();
@@ -220,8 +224,13 @@ void Pictures::take(QWidget* window, const QString& name)
         focused->clearFocus(); // no caret that is there by chance
     }
     settle();
+    save(withTitle(window->grab(), window->windowTitle()), name);
+}
+
+void Pictures::save(const QImage& picture, const QString& name)
+{
     const QString file = m_folder + "/" + name + ".png";
-    if (!withTitle(window->grab(), window->windowTitle()).save(file)) {
+    if (!picture.save(file)) {
         qWarning() << "could not write" << file;
         m_allWritten = false;
     }
@@ -467,7 +476,78 @@ void Pictures::preview()
                                });
 }
 
-/// A QR item of the test sheet: its pattern begins 4 units to the right of and below the place.
+/// The calibration sheet on paper that lies on a table, `shift` millimetres from its place: what of
+/// the table is at `view`, in millimetres from the paper's corner.
+QImage sheetOnPaper(const CalibrationSheet& sheet, const QSizeF& paper, const QRectF& view,
+                    double dotsPerMillimetre, const QPointF& shift)
+{
+    constexpr double edge = 0.2; // millimetres
+    QImage image((view.size() * dotsPerMillimetre).toSize(), QImage::Format_RGB32);
+    image.fill(QColor("#E6EAF4"));
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(dotsPerMillimetre, dotsPerMillimetre);
+    painter.translate(-view.topLeft());
+    painter.setPen(QPen(QColor("#AAB4CC"), edge));
+    painter.setBrush(Qt::white);
+    painter.drawRect(QRectF(QPointF(), paper));
+    painter.setBrush(Qt::NoBrush);
+    painter.setClipRect(QRectF(QPointF(), paper));
+    painter.translate(shift);
+    sheet.paint(painter, paper);
+    return image;
+}
+
+/// A ruler across the picture whose zero is at `zero`, in dots of the picture.
+void drawRuler(QImage& image, const QPointF& zero, double dotsPerMillimetre)
+{
+    constexpr double thickness = 9; // millimetres
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(zero);
+    painter.scale(dotsPerMillimetre, dotsPerMillimetre);
+    painter.setPen(QPen(QColor("#B89A3C"), 0.15));
+    painter.setBrush(QColor("#FBEFC4"));
+    const double length = image.width() / dotsPerMillimetre;
+    painter.drawRect(QRectF(0, 0, length, thickness));
+    painter.setPen(QPen(QColor("#5C4A10"), 0.12));
+    QFont font("Roboto");
+    font.setPixelSize(2);
+    painter.setFont(font);
+    for (int mark = 0; mark < length; ++mark) {
+        const bool isLong = mark % 10 == 0;
+        const double reach = isLong ? 4 : mark % 5 == 0 ? 3 : 2;
+        painter.drawLine(QPointF(mark, 0), QPointF(mark, reach));
+        if (isLong) {
+            painter.drawText(QRectF(mark - 3, reach + 0.5, 6, 3), Qt::AlignCenter,
+                             QString::number(mark));
+        }
+    }
+}
+
+void Pictures::testSheet()
+{
+    QSqlQuery query("SELECT * FROM blanks WHERE ID = " + QString::number(diplomaBlank));
+    if (!query.next()) {
+        qFatal("the sample has no blank %d", diplomaBlank);
+    }
+    const BlankPaper paper = BlankPaper::ofRow(query);
+    const CalibrationSheet sheet(paper, query.value("NAME").toString());
+    const QSizeF size = paper.sheetSize();
+
+    constexpr double whole = 4; // dots per millimetre
+    const QRectF table = QRectF(QPointF(), size).marginsAdded(QMarginsF(3, 3, 3, 3));
+    save(sheetOnPaper(sheet, size, table, whole, QPointF()), "test-sheet");
+
+    // A printer that prints 2 mm too far to the right.
+    constexpr double corner = 14;
+    const QRectF nearCorner(-4, -4, 60, 34);
+    QImage measured = sheetOnPaper(sheet, size, nearCorner, corner, QPointF(2, 0));
+    drawRuler(measured, (QPointF(0, 15) - nearCorner.topLeft()) * corner, corner);
+    save(measured, "test-sheet-ruler");
+}
+
+/// A QR item of the test blank: its pattern begins 4 units to the right of and below the place.
 QJsonObject testMark(int x, int y)
 {
     constexpr int frame = 98; // scene units
@@ -481,7 +561,7 @@ QJsonObject testMark(int x, int y)
             {"font_size", 12}};
 }
 
-int addTestSheet()
+int addTestBlank()
 {
     const QJsonObject content = {{"fields", QJsonArray{testMark(34, 34), testMark(1015, 686)}}};
     QSqlQuery insert;
@@ -497,20 +577,20 @@ int addTestSheet()
     return insert.lastInsertId().toInt();
 }
 
-void Pictures::calibration()
+void Pictures::testBlank()
 {
-    const int blankId = addTestSheet();
+    const int blankId = addTestBlank();
     BlankWindow editor;
     openBlank(editor, blankId, 4);
     selectItem(editor, 34, 34);
-    take(&editor, "test-sheet-editor");
+    take(&editor, "test-blank-editor");
 
     PrinPreviewDialog sheet(diplomaDocument);
     inModal<PrinPreviewDialog>([&] { sheet.exec(); },
                                [this, blankId](PrinPreviewDialog* dialog) {
                                    auto* blanks = part<QComboBox>(dialog, "comboBoxBlank");
                                    blanks->setCurrentIndex(blanks->findData(blankId));
-                                   take(dialog, "test-sheet-preview");
+                                   take(dialog, "test-blank-preview");
                                });
     changeSample("DELETE FROM blanks WHERE ID = " + QString::number(blankId));
 }
@@ -581,7 +661,8 @@ bool Pictures::makeAll(const QStringList& only)
                                                  {"blank-editor", &Pictures::blankEditor},
                                                  {"table-layout", &Pictures::tableLayout},
                                                  {"preview", &Pictures::preview},
-                                                 {"calibration", &Pictures::calibration},
+                                                 {"test-sheet", &Pictures::testSheet},
+                                                 {"test-blank", &Pictures::testBlank},
                                                  {"exchange", &Pictures::exchange},
                                                  {"organisation", &Pictures::organisation},
                                                  {"questions", &Pictures::questions},
