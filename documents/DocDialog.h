@@ -52,5 +52,5 @@ public slots:
 private:
     void showContent();
 
-    std::unique_ptr<Ui::DocDialog> m_ui;
+    std::unique_ptr<Ui::DocDialog> ui;
 };

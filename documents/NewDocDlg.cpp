@@ -28,29 +28,29 @@ QString storedDate(const QDateEdit* edit)
 
 NewDocDlg::NewDocDlg(QWidget* parent)
     : QDialog(parent)
-    , m_ui(std::make_unique<Ui::NewDocDlg>())
+    , ui(std::make_unique<Ui::NewDocDlg>())
 {
-    m_ui->setupUi(this);
+    ui->setupUi(this);
     applyBaseStyle(this);
-    fillDocTypes(m_ui->docTypeCmb);
-    m_ui->docTypeCmb->setCurrentIndex(-1);
-    WheelGuard::install(m_ui->docTypeCmb); // a stray step would discard the content
-    setUpContentTable(m_ui->contentTable);
-    for (QPushButton* button : {m_ui->saveButton, m_ui->closeButton}) {
+    fillDocTypes(ui->docTypeCmb);
+    ui->docTypeCmb->setCurrentIndex(-1);
+    WheelGuard::install(ui->docTypeCmb); // a stray step would discard the content
+    setUpContentTable(ui->contentTable);
+    for (QPushButton* button : {ui->saveButton, ui->closeButton}) {
         setStyledFixedHeight(button, buttonHeight);
     }
-    applyCalendarStyle(m_ui->birthDateEdit->calendarWidget());
-    applyCalendarStyle(m_ui->issueDateEdit->calendarWidget());
+    applyCalendarStyle(ui->birthDateEdit->calendarWidget());
+    applyCalendarStyle(ui->issueDateEdit->calendarWidget());
 
-    connect(m_ui->docTypeCmb, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+    connect(ui->docTypeCmb, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &NewDocDlg::onDocTypeCgange);
-    connect(m_ui->addTemplateBtn, &QPushButton::clicked, this, &NewDocDlg::addTemplate);
-    connect(m_ui->deleteTemplateBtn, &QPushButton::clicked, this, &NewDocDlg::deleteTemplate);
-    connect(m_ui->createFromBtn, &QPushButton::clicked, this, &NewDocDlg::createFromTemplate);
+    connect(ui->addTemplateBtn, &QPushButton::clicked, this, &NewDocDlg::addTemplate);
+    connect(ui->deleteTemplateBtn, &QPushButton::clicked, this, &NewDocDlg::deleteTemplate);
+    connect(ui->createFromBtn, &QPushButton::clicked, this, &NewDocDlg::createFromTemplate);
     // The dialog's loop ends first; the values are taken right afterwards.
-    connect(m_ui->saveButton, &QPushButton::clicked, this, &QDialog::accept);
-    connect(m_ui->saveButton, &QPushButton::clicked, this, &NewDocDlg::onDone);
-    connect(m_ui->closeButton, &QPushButton::clicked, this, &QDialog::reject);
+    connect(ui->saveButton, &QPushButton::clicked, this, &QDialog::accept);
+    connect(ui->saveButton, &QPushButton::clicked, this, &NewDocDlg::onDone);
+    connect(ui->closeButton, &QPushButton::clicked, this, &QDialog::reject);
 
     clearFocus();
     loadTemplates();
@@ -60,21 +60,21 @@ NewDocDlg::~NewDocDlg() = default;
 
 void NewDocDlg::onDone()
 {
-    readFixedFields(*m_ui);
-    m_editDate = storedDate(m_ui->editDateEdit);
-    saveContentTable(&m_content, m_ui->contentTable);
+    readFixedFields(*ui);
+    m_editDate = storedDate(ui->editDateEdit);
+    saveContentTable(&m_content, ui->contentTable);
 }
 
 void NewDocDlg::onDocTypeCgange()
 {
-    m_ui->mainFrame->setEnabled(true);
+    ui->mainFrame->setEnabled(true);
     const QDate today = QDate::currentDate();
-    m_ui->editDateEdit->setDate(today);
-    m_ui->birthDateEdit->setDate(today.addYears(-usualAge));
-    m_ui->issueDateEdit->setDate(today);
-    m_ui->saveButton->setEnabled(true);
-    m_ui->addTemplateBtn->setEnabled(true);
-    if (buildContent(m_ui->docTypeCmb->currentData(), &m_content)) {
+    ui->editDateEdit->setDate(today);
+    ui->birthDateEdit->setDate(today.addYears(-usualAge));
+    ui->issueDateEdit->setDate(today);
+    ui->saveButton->setEnabled(true);
+    ui->addTemplateBtn->setEnabled(true);
+    if (buildContent(ui->docTypeCmb->currentData(), &m_content)) {
         showContent();
     }
 }
@@ -87,13 +87,13 @@ void NewDocDlg::addTemplate()
     if (name.exec() != QDialog::Accepted) {
         return;
     }
-    document.setIssueDate(storedDate(m_ui->issueDateEdit));
-    document.setBirthDate(storedDate(m_ui->birthDateEdit));
-    document.setEditDate(storedDate(m_ui->editDateEdit));
-    document.setDocGroup(m_ui->groupEdit->text());
-    document.setDocType(m_ui->docTypeCmb->currentData().toInt());
+    document.setIssueDate(storedDate(ui->issueDateEdit));
+    document.setBirthDate(storedDate(ui->birthDateEdit));
+    document.setEditDate(storedDate(ui->editDateEdit));
+    document.setDocGroup(ui->groupEdit->text());
+    document.setDocType(ui->docTypeCmb->currentData().toInt());
     QJsonObject entered = m_content;
-    saveContentTable(&entered, m_ui->contentTable);
+    saveContentTable(&entered, ui->contentTable);
     document.setContent(entered);
     if (document.exec() != QDialog::Accepted) {
         return;
@@ -106,7 +106,7 @@ void NewDocDlg::addTemplate()
 
 void NewDocDlg::deleteTemplate()
 {
-    QListWidgetItem* item = m_ui->templatesList->currentItem();
+    QListWidgetItem* item = ui->templatesList->currentItem();
     if (!item) {
         return;
     }
@@ -122,7 +122,7 @@ void NewDocDlg::deleteTemplate()
 
 void NewDocDlg::createFromTemplate()
 {
-    const QListWidgetItem* item = m_ui->templatesList->currentItem();
+    const QListWidgetItem* item = ui->templatesList->currentItem();
     if (!item) {
         return;
     }
@@ -138,16 +138,16 @@ void NewDocDlg::createFromTemplate()
         return;
     }
     m_docType = query.value("DOC_TYPE").toInt();
-    m_ui->docTypeCmb->setCurrentIndex(m_ui->docTypeCmb->findData(m_docType));
+    ui->docTypeCmb->setCurrentIndex(ui->docTypeCmb->findData(m_docType));
     m_docGroup = query.value("DOC_GROUP").toString();
-    m_ui->groupEdit->setText(m_docGroup);
+    ui->groupEdit->setText(m_docGroup);
     m_issueDate = query.value("ISSUE_DATE").toString();
-    m_ui->issueDateEdit->setDate(QDate::fromString(m_issueDate, storedDateFormat));
+    ui->issueDateEdit->setDate(QDate::fromString(m_issueDate, storedDateFormat));
     m_duplicate = query.value("DUPLICATE").toInt();
-    m_ui->duplicateCheck->setChecked(m_duplicate != 0);
+    ui->duplicateCheck->setChecked(m_duplicate != 0);
     m_content = parseJsonColumn(query.value("CONTENT"));
     showContent();
-    m_ui->newDocTab->setCurrentIndex(0);
+    ui->newDocTab->setCurrentIndex(0);
 }
 
 void NewDocDlg::onTextEdit()
@@ -167,7 +167,7 @@ void NewDocDlg::onTableEdit()
 
 void NewDocDlg::loadTemplates()
 {
-    m_ui->templatesList->clear();
+    ui->templatesList->clear();
     QSqlQuery query;
     query.setForwardOnly(true);
     if (!query.exec("SELECT ID, TEMPLATE_NAME FROM docs WHERE TEMPLATE > 0;")) {
@@ -181,12 +181,12 @@ void NewDocDlg::loadTemplates()
 
 void NewDocDlg::appendTemplate(const QString& name, const QVariant& id)
 {
-    auto* item = new QListWidgetItem(name, m_ui->templatesList);
+    auto* item = new QListWidgetItem(name, ui->templatesList);
     item->setData(Qt::UserRole, id);
 }
 
 void NewDocDlg::showContent()
 {
-    loadContentTable(m_ui->contentTable, m_content,
+    loadContentTable(ui->contentTable, m_content,
                      valueButtonSlots(this, &NewDocDlg::onTextEdit, &NewDocDlg::onTableEdit));
 }

@@ -42,5 +42,5 @@ private:
     void appendTemplate(const QString& name, const QVariant& id);
     void showContent();
 
-    std::unique_ptr<Ui::NewDocDlg> m_ui;
+    std::unique_ptr<Ui::NewDocDlg> ui;
 };

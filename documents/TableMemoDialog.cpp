@@ -65,13 +65,13 @@ QComboBox* makeCombo(const QString& cell, const QStringList& items)
 
 TableMemoDialog::TableMemoDialog(QWidget* parent)
     : QDialog(parent)
-    , m_ui(std::make_unique<Ui::TableMemoDialog>())
+    , ui(std::make_unique<Ui::TableMemoDialog>())
 {
-    m_ui->setupUi(this);
-    m_ui->tableWidget->verticalHeader()->setDefaultSectionSize(rowHeight);
+    ui->setupUi(this);
+    ui->tableWidget->verticalHeader()->setDefaultSectionSize(rowHeight);
     // The last column stretches, but never below the default size.
-    m_ui->tableWidget->horizontalHeader()->setMinimumSectionSize(smallestSection);
-    m_ui->tableWidget->horizontalHeader()->setDefaultSectionSize(smallestSection);
+    ui->tableWidget->horizontalHeader()->setMinimumSectionSize(smallestSection);
+    ui->tableWidget->horizontalHeader()->setDefaultSectionSize(smallestSection);
     applyBaseStyle(this);
 }
 
@@ -99,7 +99,7 @@ bool TableMemoDialog::setData(const QJsonArray& columns, const QJsonArray& rows)
 QJsonArray TableMemoDialog::tableValue() const
 {
     QJsonArray rows;
-    for (int row = 0; row < m_ui->tableWidget->rowCount(); ++row) {
+    for (int row = 0; row < ui->tableWidget->rowCount(); ++row) {
         QJsonArray cells;
         for (int column = 0; column < m_columnTypes.size(); ++column) {
             cells.append(cellText(row, column));
@@ -111,12 +111,12 @@ QJsonArray TableMemoDialog::tableValue() const
 
 void TableMemoDialog::setReadOnly(bool readOnly)
 {
-    m_ui->buttonAccept->setHidden(readOnly);
-    m_ui->buttonAddRow->setHidden(readOnly);
-    m_ui->buttonRemoveRow->setHidden(readOnly);
+    ui->buttonAccept->setHidden(readOnly);
+    ui->buttonAddRow->setHidden(readOnly);
+    ui->buttonRemoveRow->setHidden(readOnly);
     if (readOnly) {
-        m_ui->buttonReject->setText("Закрыть");
-        m_ui->label->setText("Просмотр таблицы:");
+        ui->buttonReject->setText("Закрыть");
+        ui->label->setText("Просмотр таблицы:");
     }
 }
 
@@ -140,7 +140,7 @@ QStringList TableMemoDialog::loadListValues(const QString& listId)
 
 void TableMemoDialog::on_buttonAddRow_clicked()
 {
-    QTableWidget* table = m_ui->tableWidget;
+    QTableWidget* table = ui->tableWidget;
     const QList<QTableWidgetItem*> selected = table->selectedItems();
     const int row = selected.isEmpty() ? table->rowCount() : selected.first()->row() + 1;
     addRow(row, {});
@@ -149,7 +149,7 @@ void TableMemoDialog::on_buttonAddRow_clicked()
 
 void TableMemoDialog::on_buttonRemoveRow_clicked()
 {
-    QTableWidget* table = m_ui->tableWidget;
+    QTableWidget* table = ui->tableWidget;
     if (table->rowCount() == 0) {
         return;
     }
@@ -159,7 +159,7 @@ void TableMemoDialog::on_buttonRemoveRow_clicked()
 
 void TableMemoDialog::loadColumns()
 {
-    m_ui->tableWidget->setColumnCount(m_columns.size());
+    ui->tableWidget->setColumnCount(m_columns.size());
     QStringList headers;
     QList<int> widths;
     for (int i = 0; i < m_columns.size(); ++i) {
@@ -178,7 +178,7 @@ void TableMemoDialog::loadColumns()
 // The last column has no width of its own: it stretches.
 void TableMemoDialog::setColumnWidths(const QStringList& headers, const QList<int>& widths)
 {
-    QTableWidget* table = m_ui->tableWidget;
+    QTableWidget* table = ui->tableWidget;
     QHeaderView* header = table->horizontalHeader();
     table->setHorizontalHeaderLabels(headers);
     for (int column = 0; column < headers.size() - 1; ++column) {
@@ -194,7 +194,7 @@ void TableMemoDialog::setColumnWidths(const QStringList& headers, const QList<in
 // No cells at all mean a brand-new row, in contrast to a stored row of empty cells.
 void TableMemoDialog::addRow(int row, const QStringList& cells)
 {
-    m_ui->tableWidget->insertRow(row);
+    ui->tableWidget->insertRow(row);
     for (int column = 0; column < m_columnTypes.size(); ++column) {
         setCell(row, column, cells);
     }
@@ -202,7 +202,7 @@ void TableMemoDialog::addRow(int row, const QStringList& cells)
 
 void TableMemoDialog::setCell(int row, int column, const QStringList& cells)
 {
-    QTableWidget* table = m_ui->tableWidget;
+    QTableWidget* table = ui->tableWidget;
     const QString cell = cells.value(column);
     QWidget* editor = nullptr;
     switch (m_columnTypes.at(column)) {
@@ -226,7 +226,7 @@ void TableMemoDialog::setCell(int row, int column, const QStringList& cells)
 
 QString TableMemoDialog::cellText(int row, int column) const
 {
-    QWidget* editor = m_ui->tableWidget->cellWidget(row, column);
+    QWidget* editor = ui->tableWidget->cellWidget(row, column);
     switch (m_columnTypes.at(column)) {
     case FieldType::list:
         return static_cast<QComboBox*>(editor)->currentText();
@@ -237,7 +237,7 @@ QString TableMemoDialog::cellText(int row, int column) const
     default:
         break;
     }
-    const QTableWidgetItem* item = m_ui->tableWidget->item(row, column);
+    const QTableWidgetItem* item = ui->tableWidget->item(row, column);
     return item ? item->text() : QString();
 }
 

@@ -51,7 +51,7 @@ private:
     QString cellText(int row, int column) const;
     void showListError(const QString& text);
 
-    std::unique_ptr<Ui::TableMemoDialog> m_ui;
+    std::unique_ptr<Ui::TableMemoDialog> ui;
     QJsonArray m_columns;
     QList<int> m_columnTypes;             // by column number
     QHash<int, QStringList> m_listValues; // items by column number

@@ -8,24 +8,24 @@
 // window that opened it does.
 TextMemoDialog::TextMemoDialog(QWidget* parent)
     : QDialog(parent)
-    , m_ui(std::make_unique<Ui::TextMemoDialog>())
+    , ui(std::make_unique<Ui::TextMemoDialog>())
 {
-    m_ui->setupUi(this);
+    ui->setupUi(this);
 }
 
 TextMemoDialog::~TextMemoDialog() = default;
 
 void TextMemoDialog::setText(const QString& text)
 {
-    m_ui->textEdit->setDocument(new QTextDocument(text, this));
+    ui->textEdit->setDocument(new QTextDocument(text, this));
 }
 
 QString TextMemoDialog::text() const
 {
-    return m_ui->textEdit->document()->toPlainText();
+    return ui->textEdit->document()->toPlainText();
 }
 
 void TextMemoDialog::setReadOnly(bool readOnly)
 {
-    m_ui->textEdit->setReadOnly(readOnly);
+    ui->textEdit->setReadOnly(readOnly);
 }

@@ -24,5 +24,5 @@ public:
     void setReadOnly(bool readOnly);
 
 private:
-    std::unique_ptr<Ui::TextMemoDialog> m_ui;
+    std::unique_ptr<Ui::TextMemoDialog> ui;
 };

@@ -17,11 +17,11 @@ void dress(QPushButton* button, const QString& role)
 
 TextValDialog::TextValDialog(QWidget* parent)
     : QDialog(parent)
-    , m_ui(std::make_unique<Ui::TextValDialog>())
+    , ui(std::make_unique<Ui::TextValDialog>())
 {
-    m_ui->setupUi(this);
-    dress(m_ui->buttonBox->button(QDialogButtonBox::Ok), "accept");
-    dress(m_ui->buttonBox->button(QDialogButtonBox::Cancel), "cancel");
+    ui->setupUi(this);
+    dress(ui->buttonBox->button(QDialogButtonBox::Ok), "accept");
+    dress(ui->buttonBox->button(QDialogButtonBox::Cancel), "cancel");
     applyBaseStyle(this);
     connect(this, &QDialog::accepted, this, &TextValDialog::onDone);
 }
@@ -35,5 +35,5 @@ QString TextValDialog::value() const
 
 void TextValDialog::onDone()
 {
-    m_value = m_ui->valueEdit->text();
+    m_value = ui->valueEdit->text();
 }

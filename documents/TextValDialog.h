@@ -25,6 +25,6 @@ public slots:
     void onDone();
 
 private:
-    std::unique_ptr<Ui::TextValDialog> m_ui;
+    std::unique_ptr<Ui::TextValDialog> ui;
     QString m_value;
 };

@@ -48,7 +48,7 @@ void appendRow(QTableWidget* table, const QList<QTableWidgetItem*>& items)
 
 ExportDlg::ExportDlg(QWidget* parent)
     : QDialog(parent)
-    , ui(new Ui::ExportDlg)
+    , ui(std::make_unique<Ui::ExportDlg>())
 {
     ui->setupUi(this);
     applyBaseStyle(this);
@@ -66,7 +66,6 @@ ExportDlg::~ExportDlg()
 {
     // An edit that is still open is stored while the widgets are there.
     hide();
-    delete ui;
 }
 
 void ExportDlg::setDocsQuery(const QString& query)

@@ -4,6 +4,8 @@
 #include <QJsonDocument>
 #include <QVariant>
 
+#include <memory>
+
 #include "store/JsonColumn.h"
 
 class QSqlQuery;
@@ -78,7 +80,7 @@ private:
     QString askExportFile(const QString& templateName);
     void importRows(QSqlQuery& form, QSqlQuery& templateQuery, const ImportRequest& request);
 
-    Ui::ExportDlg* ui;
+    std::unique_ptr<Ui::ExportDlg> ui;
     bool loadingFields = false;
     bool loadingTemplate = false;
     QVariant currentTemplateId = -1;

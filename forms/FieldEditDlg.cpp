@@ -44,7 +44,7 @@ QPushButton* makeOptionsButton(const QJsonObject& column)
 
 FieldEditDlg::FieldEditDlg(QWidget* parent)
     : QDialog(parent)
-    , ui(new Ui::FieldEditDlg)
+    , ui(std::make_unique<Ui::FieldEditDlg>())
 {
     ui->setupUi(this);
     applyBaseStyle(this);
@@ -60,10 +60,7 @@ FieldEditDlg::FieldEditDlg(QWidget* parent)
     fillLists();
 }
 
-FieldEditDlg::~FieldEditDlg()
-{
-    delete ui;
-}
+FieldEditDlg::~FieldEditDlg() = default;
 
 void FieldEditDlg::setField(const QJsonObject& field)
 {

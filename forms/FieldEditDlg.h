@@ -4,6 +4,8 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
+#include <memory>
+
 namespace Ui {
 class FieldEditDlg;
 }
@@ -41,6 +43,6 @@ private:
     void insertColumn(int row, const QString& name, int typeId, const QJsonObject& column);
     QJsonArray columns() const;
 
-    Ui::FieldEditDlg* ui;
+    std::unique_ptr<Ui::FieldEditDlg> ui;
     QJsonObject m_field;
 };

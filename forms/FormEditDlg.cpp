@@ -5,17 +5,14 @@
 
 FormEditDlg::FormEditDlg(QWidget* parent)
     : QDialog(parent)
-    , ui(new Ui::FormEditDlg)
+    , ui(std::make_unique<Ui::FormEditDlg>())
 {
     ui->setupUi(this);
     applyBaseStyle(this);
     connect(this, &QDialog::accepted, this, &FormEditDlg::onDone);
 }
 
-FormEditDlg::~FormEditDlg()
-{
-    delete ui;
-}
+FormEditDlg::~FormEditDlg() = default;
 
 void FormEditDlg::setFormName(const QString& name)
 {

@@ -3,6 +3,8 @@
 #include <QDialog>
 #include <QString>
 
+#include <memory>
+
 namespace Ui {
 class FormEditDlg;
 }
@@ -31,7 +33,7 @@ public slots:
     void onDone();
 
 private:
-    Ui::FormEditDlg* ui;
+    std::unique_ptr<Ui::FormEditDlg> ui;
     QString m_formName;
     QString m_fullName;
 };

@@ -46,7 +46,7 @@ bool execute(QSqlQuery& query, const QString& statement, const BoundValues& valu
 
 FormsDlg::FormsDlg(QWidget* parent)
     : QDialog(parent)
-    , ui(new Ui::FormsDlg)
+    , ui(std::make_unique<Ui::FormsDlg>())
 {
     ui->setupUi(this);
     applyBaseStyle(this);
@@ -75,10 +75,7 @@ FormsDlg::FormsDlg(QWidget* parent)
     fillLists();
 }
 
-FormsDlg::~FormsDlg()
-{
-    delete ui;
-}
+FormsDlg::~FormsDlg() = default;
 
 void FormsDlg::addForm()
 {

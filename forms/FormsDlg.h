@@ -4,6 +4,8 @@
 #include <QJsonArray>
 #include <QVariant>
 
+#include <memory>
+
 #include "store/JsonColumn.h"
 
 class QTableWidget;
@@ -51,7 +53,7 @@ private:
     void drawFields(const QJsonArray& fields);
     void drawItems(const QJsonArray& items);
 
-    Ui::FormsDlg* ui;
+    std::unique_ptr<Ui::FormsDlg> ui;
     QVariant m_currentFormId;
     QVariant m_currentListId;
 };

@@ -9,7 +9,7 @@
 
 TableColumFormDialog::TableColumFormDialog(const QJsonObject& column, QWidget* parent)
     : QDialog(parent)
-    , ui(new Ui::TableColumFormDialog)
+    , ui(std::make_unique<Ui::TableColumFormDialog>())
     , m_column(column)
 {
     ui->setupUi(this);
@@ -20,10 +20,7 @@ TableColumFormDialog::TableColumFormDialog(const QJsonObject& column, QWidget* p
     selectList(m_column.value("listID").toString());
 }
 
-TableColumFormDialog::~TableColumFormDialog()
-{
-    delete ui;
-}
+TableColumFormDialog::~TableColumFormDialog() = default;
 
 void TableColumFormDialog::accept()
 {

@@ -3,6 +3,8 @@
 #include <QDialog>
 #include <QJsonObject>
 
+#include <memory>
+
 namespace Ui {
 class TableColumFormDialog;
 }
@@ -29,6 +31,6 @@ private:
     void fillLists();
     void selectList(const QString& listId);
 
-    Ui::TableColumFormDialog* ui;
+    std::unique_ptr<Ui::TableColumFormDialog> ui;
     QJsonObject m_column;
 };

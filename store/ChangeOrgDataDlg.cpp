@@ -12,15 +12,15 @@
 
 ChangeOrgDataDlg::ChangeOrgDataDlg(QWidget* parent)
     : QDialog(parent)
-    , m_ui(std::make_unique<Ui::ChangeOrgDataDlg>())
+    , ui(std::make_unique<Ui::ChangeOrgDataDlg>())
 {
-    m_ui->setupUi(this);
+    ui->setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
     loadOrgData();
     showOrgData();
     // After the form's own connection of the button to accept().
-    connect(m_ui->saveButton, &QPushButton::clicked, this, &ChangeOrgDataDlg::onSave);
+    connect(ui->saveButton, &QPushButton::clicked, this, &ChangeOrgDataDlg::onSave);
 }
 
 ChangeOrgDataDlg::~ChangeOrgDataDlg() = default;
@@ -43,19 +43,19 @@ void ChangeOrgDataDlg::saveOrgData()
 
 void ChangeOrgDataDlg::showOrgData()
 {
-    m_ui->textEditOrgName1->setPlainText(orgNameFormat1);
-    m_ui->textEditOrgName2->setPlainText(orgNameFormat2);
-    m_ui->lineEditOrgRegion->setText(orgRegion);
-    m_ui->lineEditOrgLocality->setText(orgLocality);
-    m_ui->lineEditOrgDirector->setText(orgDirector);
+    ui->textEditOrgName1->setPlainText(orgNameFormat1);
+    ui->textEditOrgName2->setPlainText(orgNameFormat2);
+    ui->lineEditOrgRegion->setText(orgRegion);
+    ui->lineEditOrgLocality->setText(orgLocality);
+    ui->lineEditOrgDirector->setText(orgDirector);
 }
 
 void ChangeOrgDataDlg::onSave()
 {
-    orgNameFormat1 = m_ui->textEditOrgName1->toPlainText().simplified();
-    orgNameFormat2 = m_ui->textEditOrgName2->toPlainText().simplified();
-    orgRegion = m_ui->lineEditOrgRegion->text();
-    orgLocality = m_ui->lineEditOrgLocality->text();
-    orgDirector = m_ui->lineEditOrgDirector->text();
+    orgNameFormat1 = ui->textEditOrgName1->toPlainText().simplified();
+    orgNameFormat2 = ui->textEditOrgName2->toPlainText().simplified();
+    orgRegion = ui->lineEditOrgRegion->text();
+    orgLocality = ui->lineEditOrgLocality->text();
+    orgDirector = ui->lineEditOrgDirector->text();
     saveOrgData();
 }

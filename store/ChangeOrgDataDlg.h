@@ -26,5 +26,5 @@ private:
     void showOrgData();
     void onSave();
 
-    std::unique_ptr<Ui::ChangeOrgDataDlg> m_ui;
+    std::unique_ptr<Ui::ChangeOrgDataDlg> ui;
 };
