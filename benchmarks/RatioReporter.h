@@ -37,8 +37,9 @@ public:
         for (const Run& run : runs) {
             const bool isMedian = run.aggregate_name == "median";
             const bool isOnlyRun = run.run_type == Run::RT_Iteration && run.repetitions <= 1;
-            if (isMedian || isOnlyRun)
+            if (isMedian || isOnlyRun) {
                 keep(run);
+            }
         }
         ConsoleReporter::ReportRuns(runs);
     }
@@ -72,8 +73,9 @@ private:
         const double time =
             (clock == Clock::Cpu ? run.GetAdjustedCPUTime() : run.GetAdjustedRealTime()) /
             benchmark::GetTimeUnitMultiplier(run.time_unit) * 1e6;
-        if (slash == std::string::npos || time <= 0) // a failed run has no time
+        if (slash == std::string::npos || time <= 0) { // a failed run has no time
             return;
+        }
 
         const std::string caseName = name.substr(0, slash);
         const std::string subject = name.substr(slash + 1);

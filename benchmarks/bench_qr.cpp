@@ -1,9 +1,6 @@
 // How long a text takes to its finished symbol at level M with the mask chosen by penalty: our
 // encoder against libqrencode and qrcodegen, with the same text and version.
 
-#include "RatioReporter.h"
-#include "render/QrEncoder.h"
-
 #include <benchmark/benchmark.h>
 #include <qrcodegen/QrCode.hpp>
 #include <qrencode.h>
@@ -11,6 +8,9 @@
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "RatioReporter.h"
+#include "render/QrEncoder.h"
 
 namespace {
 
@@ -27,16 +27,18 @@ struct Case
 std::string lowerCaseText(int length)
 {
     std::string text = "https://example.org/";
-    for (int i = 0; static_cast<int>(text.size()) < length; ++i)
+    for (int i = 0; static_cast<int>(text.size()) < length; ++i) {
         text += static_cast<char>('a' + i * i % 26);
+    }
     return text;
 }
 
 std::string repeated(const std::string& text, int count)
 {
     std::string all;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         all += text;
+    }
     return all;
 }
 
@@ -116,8 +118,9 @@ int main(int argc, char** argv)
     }
 
     benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;
+    }
     RatioReporter reporter(RatioReporter::Clock::Cpu);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();

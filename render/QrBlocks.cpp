@@ -66,8 +66,9 @@ public:
 
     void stepBack()
     {
-        if (current > 0)
+        if (current > 0) {
             moveBlock(current--, --next);
+        }
     }
 
     /// Gives the current block to the one before it, which becomes the current one.
@@ -119,17 +120,21 @@ bool joinAlphanumericHere(BlockWalk& walk, int group)
     };
     if (!areNeighbours(QrEncoder::Numeric, QrEncoder::Alphanumeric) &&
         !areNeighbours(QrEncoder::Alphanumeric, QrEncoder::Numeric))
+    {
         return false;
+    }
 
     const int merged = blockCost(QrEncoder::Alphanumeric, walk.length(0) + walk.length(1), group);
-    if (walk.cost(0) + walk.cost(1) <= merged)
+    if (walk.cost(0) + walk.cost(1) <= merged) {
         return false;
+    }
 
     // What it costs if the 8-bit block at `neighbour` takes the block at `taken` and `left`
     // remains; 0 if that is not possible or not better.
     const auto byteCandidate = [&walk, group, merged](int neighbour, int taken, int left) {
-        if (!walk.is(neighbour, QrEncoder::Byte))
+        if (!walk.is(neighbour, QrEncoder::Byte)) {
             return 0;
+        }
         const int length = walk.length(neighbour) + walk.length(taken);
         const int cost = blockCost(QrEncoder::Byte, length, group) + walk.cost(left);
         return cost <= walk.cost(neighbour) + merged ? cost : 0;
@@ -147,13 +152,15 @@ bool joinAlphanumericHere(BlockWalk& walk, int group)
         return true;
     }
 
-    if (walk.is(2, QrEncoder::Alphanumeric))
+    if (walk.is(2, QrEncoder::Alphanumeric)) {
         walk.joinNextTwo();
+    }
     walk.joinWithNext(QrEncoder::Alphanumeric);
     if (walk.is(-1, QrEncoder::Alphanumeric)) {
         walk.joinWithPrevious();
-        if (walk.hasNext())
+        if (walk.hasNext()) {
             walk.advance();
+        }
     }
     return true;
 }
@@ -167,13 +174,16 @@ bool joinShortBlocksHere(BlockWalk& walk, int group)
     const int savedHeaders = int{byteBefore} + int{byteBehind};
     const int joined = blockCost(QrEncoder::Byte, walk.length(0) + walk.length(1), group) -
                        savedHeaders * headerCost(QrEncoder::Byte, group);
-    if (walk.cost(0) + walk.cost(1) <= joined)
+    if (walk.cost(0) + walk.cost(1) <= joined) {
         return false;
+    }
 
-    if (byteBefore)
+    if (byteBefore) {
         walk.joinWithPrevious();
-    if (byteBehind)
+    }
+    if (byteBehind) {
         walk.joinNextTwo();
+    }
     walk.joinWithNext(QrEncoder::Byte);
     walk.stepBack();
     return true;
@@ -186,8 +196,9 @@ void walkBlocks(QrEncoder& encoder, int group, Join joinHere)
 {
     BlockWalk walk(encoder, group);
     while (walk.hasNext()) {
-        if (!joinHere(walk, group))
+        if (!joinHere(walk, group)) {
             walk.advance();
+        }
     }
     walk.finish();
 }

@@ -1,14 +1,14 @@
 #include "render/QrEncoder.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
 #include "render/QrBlocks.h"
 #include "render/QrMaskTrial.h"
 #include "render/QrPatterns.h"
 #include "render/QrRemainder.h"
 #include "render/QrTables.h"
-
-#include <algorithm>
-#include <cstddef>
-#include <cstring>
 
 namespace {
 
@@ -22,8 +22,9 @@ constexpr int lastVersionOfGroup[QrTables::versionGroupCount] = {9, 26, 40};
 
 int groupOfVersion(int version)
 {
-    if (version < firstVersionOfGroup[1])
+    if (version < firstVersionOfGroup[1]) {
         return 0;
+    }
     return version < firstVersionOfGroup[2] ? 1 : 2;
 }
 
@@ -32,10 +33,12 @@ constexpr std::array<std::int16_t, 256> makeAlphanumericValues()
 {
     constexpr char characters[] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ $%*+-./:";
     std::array<std::int16_t, 256> values{};
-    for (std::int16_t& value : values)
+    for (std::int16_t& value : values) {
         value = -1;
-    for (int i = 0; characters[i] != '\0'; ++i)
+    }
+    for (int i = 0; characters[i] != '\0'; ++i) {
         values[static_cast<std::uint8_t>(characters[i])] = static_cast<std::int16_t>(i);
+    }
     return values;
 }
 
@@ -44,18 +47,21 @@ constexpr std::array<std::int16_t, 256> alphanumericValues = makeAlphanumericVal
 bool isKanjiPair(std::uint8_t first, std::uint8_t second)
 {
     const bool isLead = (first >= 0x81 && first <= 0x9F) || (first >= 0xE0 && first <= 0xEB);
-    if (!isLead || second < 0x40)
+    if (!isLead || second < 0x40) {
         return false;
-    if (first == 0x9F)
+    }
+    if (first == 0x9F) {
         return second <= 0xFC;
+    }
     return first != 0xEB || second <= 0xBF;
 }
 
 QrEncoder::Mode singleByteMode(std::uint8_t byte)
 {
     const int value = alphanumericValues[byte];
-    if (value < 0)
+    if (value < 0) {
         return QrEncoder::Byte;
+    }
     return value < 10 ? QrEncoder::Numeric : QrEncoder::Alphanumeric;
 }
 
@@ -86,8 +92,9 @@ public:
         const std::uint8_t* const at = codewords + (position >> 3);
         position += 8;
         left -= 8;
-        if (offset == 0)
+        if (offset == 0) {
             return at[0];
+        }
         return static_cast<std::uint8_t>(at[0] << offset | at[1] >> (8 - offset));
     }
 
@@ -147,8 +154,9 @@ void placeStrip(CodewordBits& bits, std::uint8_t* right, std::uint8_t* left, int
 
         const int y = upwards ? rowCount - 1 - row : row;
         for (std::uint8_t* const column : {right, left}) {
-            if (isFree(column[y]) && bits.count() > 0)
+            if (isFree(column[y]) && bits.count() > 0) {
                 column[y] = bits.takeBit() ? QrEncoder::DataBit : 0;
+            }
         }
         ++row;
     }
@@ -164,19 +172,24 @@ bool QrEncoder::encodeData(int errorLevel, int lowestVersion, bool autoExtend, i
     if (errorLevel < 0 || errorLevel >= QrTables::levelCount || mask < -1 ||
         mask >= QrPatterns::maskCount || lowestVersion < 0 ||
         lowestVersion > QrTables::versionCount || source == nullptr)
+    {
         return false;
+    }
 
     const std::size_t length =
         sourceLength > 0 ? static_cast<std::size_t>(sourceLength) : std::strlen(source);
-    if (length == 0)
+    if (length == 0) {
         return false;
+    }
 
     const int found =
         findVersion(lowestVersion, reinterpret_cast<const std::uint8_t*>(source), length);
-    if (found == 0)
+    if (found == 0) {
         return false;
-    if (lowestVersion != 0 && found > lowestVersion && !autoExtend)
+    }
+    if (lowestVersion != 0 && found > lowestVersion && !autoExtend) {
         return false;
+    }
 
     version = std::max(found, lowestVersion);
     padStream();
@@ -186,8 +199,9 @@ bool QrEncoder::encodeData(int errorLevel, int lowestVersion, bool autoExtend, i
 
     drawFunctionPatterns();
     placeCodewords();
-    if (maskingNumber == -1)
+    if (maskingNumber == -1) {
         maskingNumber = chooseMask();
+    }
     applyMask(maskingNumber);
     writeFormatInformation(maskingNumber);
     flatten();
@@ -199,21 +213,25 @@ bool QrEncoder::encodeData(int errorLevel, int lowestVersion, bool autoExtend, i
 int QrEncoder::findVersion(int lowestVersion, const std::uint8_t* source, std::size_t length)
 {
     dataBitCount = -1;
-    if (length > maxSourceLength)
+    if (length > maxSourceLength) {
         return 0;
+    }
 
     for (int group = groupOfVersion(lowestVersion); group < QrTables::versionGroupCount; ++group) {
-        if (!classify(source, static_cast<int>(length)))
+        if (!classify(source, static_cast<int>(length))) {
             return 0;
+        }
         QrBlocks::joinNumericWithAlphanumeric(*this, group);
         QrBlocks::joinShortBlocks(*this, group);
-        if (!writeStream(source, group))
+        if (!writeStream(source, group)) {
             continue;
+        }
 
         const int need = (dataBitCount + 7) / 8;
         for (int v = firstVersionOfGroup[group]; v <= lastVersionOfGroup[group]; ++v) {
-            if (QrTables::versions[v].dataCodewords[level] >= need)
+            if (QrTables::versions[v].dataCodewords[level] >= need) {
                 return v;
+            }
         }
     }
     return 0;
@@ -230,8 +248,9 @@ bool QrEncoder::classify(const std::uint8_t* source, int length)
         const int itemLength = isKanji ? 2 : 1;
 
         if (blockCount == 0 || blockModes[blockCount - 1] != mode) {
-            if (blockCount == maxDataCodewords)
+            if (blockCount == maxDataCodewords) {
                 return false;
+            }
             blockModes[blockCount++] = mode;
         }
         blockLengths[blockCount - 1] += itemLength;
@@ -262,8 +281,9 @@ bool QrEncoder::writeStream(const std::uint8_t* source, int group)
             writeKanji(source, length);
             break;
         default:
-            for (int at = 0; at < length; ++at)
+            for (int at = 0; at < length; ++at) {
                 appendBits(source[at], 8);
+            }
         }
         source += length;
     }
@@ -276,8 +296,9 @@ void QrEncoder::writeNumeric(const std::uint8_t* digits, int length)
     for (int i = 0; i < length; i += 3) {
         const int count = std::min(3, length - i);
         int value = 0;
-        for (int j = 0; j < count; ++j)
+        for (int j = 0; j < count; ++j) {
             value = value * 10 + (digits[i + j] - '0');
+        }
         appendBits(value, bitsOfDigits[count]);
     }
 }
@@ -289,8 +310,9 @@ void QrEncoder::writeAlphanumeric(const std::uint8_t* characters, int length)
         appendBits(alphanumericValues[characters[i]] * 45 + alphanumericValues[characters[i + 1]],
                    11);
     }
-    if (i < length)
+    if (i < length) {
         appendBits(alphanumericValues[characters[i]], 6);
+    }
 }
 
 void QrEncoder::writeKanji(const std::uint8_t* pairs, int length)
@@ -305,8 +327,9 @@ void QrEncoder::writeKanji(const std::uint8_t* pairs, int length)
 /// Appends the low `count` bits of `value`, 16 at most. A stream that has overflowed stays so.
 void QrEncoder::appendBits(int value, int count)
 {
-    if (dataBitCount < 0)
+    if (dataBitCount < 0) {
         return;
+    }
     if (dataBitCount + count > maxDataBits) {
         dataBitCount = -1;
         return;
@@ -345,11 +368,13 @@ void QrEncoder::interleaveData()
     const int commonLength = groups[0].dataCodewords;
     const std::uint8_t* data = dataCodewords.data();
     for (int block = 0; block < rsBlockCount; ++block) {
-        for (int i = 0; i < commonLength; ++i)
+        for (int i = 0; i < commonLength; ++i) {
             allCodewords[rsBlockCount * i + block] = *data++;
+        }
         // The one codeword more of the second group's blocks stands behind all others.
-        if (block >= groups[0].count)
+        if (block >= groups[0].count) {
             allCodewords[rsBlockCount * commonLength + block - groups[0].count] = *data++;
+        }
     }
 }
 
@@ -366,8 +391,9 @@ void QrEncoder::appendErrorCorrection()
         const int length = groups[block < groups[0].count ? 0 : 1].dataCodewords;
         rsWork.fill(0);
         remainder.divide(data, length, rsWork.data());
-        for (int i = 0; i < errorCodewords; ++i)
+        for (int i = 0; i < errorCodewords; ++i) {
             allCodewords[record.dataCodewords[level] + rsBlockCount * i + block] = rsWork[i];
+        }
         data += length;
     }
     allCodewordCount = record.totalCodewords;
@@ -375,16 +401,18 @@ void QrEncoder::appendErrorCorrection()
 
 void QrEncoder::drawFunctionPatterns()
 {
-    for (auto& column : modules)
+    for (auto& column : modules) {
         column.fill(0);
+    }
 
     drawFinder(0, 0);
     drawFinder(moduleCount - 7, 0);
     drawFinder(0, moduleCount - 7);
     drawSeparators();
     reserveFormatModules();
-    if (version >= 7)
+    if (version >= 7) {
         drawVersionInformation();
+    }
     drawAlignments();
     drawTiming();
 }
@@ -392,8 +420,9 @@ void QrEncoder::drawFunctionPatterns()
 void QrEncoder::drawFinder(int left, int top)
 {
     for (int y = 0; y < 7; ++y) {
-        for (int x = 0; x < 7; ++x)
+        for (int x = 0; x < 7; ++x) {
             setFunctionModule(left + x, top + y, (QrTables::finderRows[y] >> (6 - x) & 1) != 0);
+        }
     }
 }
 
@@ -441,16 +470,18 @@ void QrEncoder::drawAlignments()
         const int x = record.alignment[i];
         drawAlignment(x, 6);
         drawAlignment(6, x);
-        for (int j = 0; j < record.alignmentCount; ++j)
+        for (int j = 0; j < record.alignmentCount; ++j) {
             drawAlignment(x, record.alignment[j]);
+        }
     }
 }
 
 /// Draws nothing where a finder has taken the centre.
 void QrEncoder::drawAlignment(int centreX, int centreY)
 {
-    if ((modules[centreX][centreY] & Function) != 0)
+    if ((modules[centreX][centreY] & Function) != 0) {
         return;
+    }
     for (int y = 0; y < 5; ++y) {
         for (int x = 0; x < 5; ++x) {
             const bool dark = (QrTables::alignmentRows[y] >> (4 - x) & 1) != 0;
@@ -479,8 +510,9 @@ void QrEncoder::placeCodewords()
     CodewordBits bits(allCodewords.data(), allCodewordCount);
     bool upwards = true;
     for (int x = moduleCount - 1; x > 0; x -= 2, upwards = !upwards) {
-        if (x == 6)
+        if (x == 6) {
             x = 5; // the vertical timing pattern belongs to no strip
+        }
         placeStrip(bits, modules[x].data(), modules[x - 1].data(), moduleCount, upwards);
     }
 }
@@ -507,10 +539,12 @@ void QrEncoder::applyMask(int mask)
     std::array<std::array<std::uint8_t, maxModuleCount>, QrPatterns::maskPeriod> inversions{};
     for (int x = 0; x < QrPatterns::maskPeriod; ++x) {
         auto& column = inversions[x];
-        for (int y = 0; y < QrPatterns::maskPeriod; ++y)
+        for (int y = 0; y < QrPatterns::maskPeriod; ++y) {
             column[y] = QrPatterns::maskInverts(mask, x, y) ? MaskedDark : 0;
-        for (int y = QrPatterns::maskPeriod; y < moduleCount; ++y)
+        }
+        for (int y = QrPatterns::maskPeriod; y < moduleCount; ++y) {
             column[y] = column[y - QrPatterns::maskPeriod];
+        }
     }
 
     const int side = moduleCount; // a copy: writing bytes could change the field itself
@@ -538,7 +572,8 @@ void QrEncoder::flatten()
     const int side = moduleCount;
     for (int x = 0; x < side; ++x) {
         auto& column = modules[x];
-        for (int y = 0; y < side; ++y)
+        for (int y = 0; y < side; ++y) {
             column[y] = (column[y] & (MaskedDark | FunctionDark)) != 0 ? 1 : 0;
+        }
     }
 }

@@ -31,8 +31,9 @@ constexpr MaskTable makeMaskTable(Orientation orientation)
                 const int phase = word * QrMaskTrial::wordBits % period;
                 std::uint64_t& bits = table[mask][line][word];
                 bits = once >> phase;
-                for (int at = period - phase; at < QrMaskTrial::wordBits; at += period)
+                for (int at = period - phase; at < QrMaskTrial::wordBits; at += period) {
                     bits |= once << at;
+                }
             }
         }
     }
@@ -58,8 +59,9 @@ public:
     int total() const
     {
         std::uint64_t sum = 0;
-        for (int lane = 0; lane < 4; ++lane)
+        for (int lane = 0; lane < 4; ++lane) {
             sum += lanes >> (16 * lane) & 0xFFFF;
+        }
         return static_cast<int>(sum);
     }
 
@@ -71,8 +73,9 @@ private:
 std::uint64_t loadBytes(const std::uint8_t* bytes)
 {
     std::uint64_t word = 0;
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 8; ++i) {
         word |= std::uint64_t{bytes[i]} << (8 * i);
+    }
     return word;
 }
 
@@ -115,8 +118,9 @@ int QrMaskTrial::penalty(int mask)
     applyMask(rows, rowMasks[mask]);
     QrPatterns::visitFormatModules(QrPatterns::formatInformation(level, mask), side,
                                    [this](int x, int y, bool dark) {
-                                       if (!dark)
+                                       if (!dark) {
                                            return;
+                                       }
                                        setDark(columns.masked, x, y);
                                        setDark(rows.masked, y, x);
                                    });
@@ -153,15 +157,17 @@ void QrMaskTrial::transpose(const Lines& from, Lines& to) const
             const int firstLine = down * wordBits;
             const int lineCount = std::min(wordBits, side - firstLine);
             block.fill(0);
-            for (int i = 0; i < lineCount; ++i)
+            for (int i = 0; i < lineCount; ++i) {
                 block[i] = from[start(firstLine + i) + across];
+            }
 
             transposeBlock(block);
 
             const int firstTurned = across * wordBits;
             const int turnedCount = std::min(wordBits, side - firstTurned);
-            for (int i = 0; i < turnedCount; ++i)
+            for (int i = 0; i < turnedCount; ++i) {
                 to[start(firstTurned + i) + down] = block[i];
+            }
         }
     }
 }
@@ -171,8 +177,9 @@ void QrMaskTrial::transpose(const Lines& from, Lines& to) const
 void QrMaskTrial::alternatePadding(Lines& lines) const
 {
     const std::uint64_t padding = ~(~std::uint64_t{0} >> paddingBits());
-    for (int line = 1; line < side; line += 2)
+    for (int line = 1; line < side; line += 2) {
         lines[start(line + 1) - 1] |= padding;
+    }
 }
 
 void QrMaskTrial::applyMask(Board& board, const MaskLines& maskLines) const
@@ -180,8 +187,9 @@ void QrMaskTrial::applyMask(Board& board, const MaskLines& maskLines) const
     std::ptrdiff_t at = start(0);
     for (int line = 0; line < side; ++line) {
         const auto& maskLine = maskLines[line % QrPatterns::maskPeriod];
-        for (int word = 0; word < words; ++word, ++at)
+        for (int word = 0; word < words; ++word, ++at) {
             board.masked[at] = board.unmasked[at] ^ (maskLine[word] & board.data[at]);
+        }
     }
 }
 
@@ -207,8 +215,9 @@ int QrMaskTrial::runAndFinderPenalty(const Lines& lines) const
     };
 
     // On line 0 a light run looks like one that comes from the margin.
-    for (std::ptrdiff_t i = 0; i < words; ++i)
+    for (std::ptrdiff_t i = 0; i < words; ++i) {
         runStarts.add(likeFive(first + i) & ~first[i]);
+    }
 
     const std::ptrdiff_t end = (side - 4) * words;
     for (std::ptrdiff_t i = 0; i < end; ++i) {
@@ -247,8 +256,9 @@ int QrMaskTrial::squarePenalty(const Lines& lines) const
 int QrMaskTrial::balancePenalty(const Lines& lines) const
 {
     BitCount darkBits;
-    for (std::ptrdiff_t i = start(0); i < start(side); ++i)
+    for (std::ptrdiff_t i = start(0); i < start(side); ++i) {
         darkBits.add(lines[i]);
+    }
 
     const int darkPadding = paddingBits() * (side / 2);
     const int light = side * side - (darkBits.total() - darkPadding);

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "render/QrEncoder.h"
-#include "render/QrPatterns.h"
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
+
+#include "render/QrEncoder.h"
+#include "render/QrPatterns.h"
 
 /// Weighs the masks of one symbol.
 ///

@@ -9,8 +9,9 @@ int appendBchRemainder(int value, int valueBits, int generator, int degree)
 {
     int remainder = value << degree;
     for (int bit = valueBits - 1; bit >= 0; --bit) {
-        if ((remainder >> (bit + degree) & 1) != 0)
+        if ((remainder >> (bit + degree) & 1) != 0) {
             remainder ^= generator << bit;
+        }
     }
     return value << degree | remainder;
 }

@@ -46,16 +46,18 @@ void visitFormatModules(int information, int side, Visitor visit)
         const bool dark = (information >> bit & 1) != 0;
 
         // Around the top left finder, stepping over the timing patterns.
-        if (bit < 8)
+        if (bit < 8) {
             visit(8, bit < 6 ? bit : bit + 1, dark);
-        else
+        } else {
             visit(bit == 8 ? 7 : 14 - bit, 8, dark);
+        }
 
         // Shared by the other two finders.
-        if (bit < 8)
+        if (bit < 8) {
             visit(side - 1 - bit, 8, dark);
-        else
+        } else {
             visit(8, side - 15 + bit, dark);
+        }
     }
     visit(8, side - 8, true);
 }

@@ -1,11 +1,11 @@
 #include "render/QrPixmap.h"
 
-#include "render/QrEncoder.h"
-
 #include <QByteArray>
 #include <QImage>
 #include <QPixmap>
 #include <QString>
+
+#include "render/QrEncoder.h"
 
 namespace {
 
@@ -31,8 +31,9 @@ void makeQrPixmap(const QString& text, QPixmap& pixmap)
     image.fill(white);
     for (int x = 0; x < encoder.moduleCount; ++x) {
         for (int y = 0; y < encoder.moduleCount; ++y) {
-            if (encoder.modules[x][y] != 0)
+            if (encoder.modules[x][y] != 0) {
                 image.setPixel(x + quietZone, y + quietZone, black);
+            }
         }
     }
     pixmap = QPixmap::fromImage(image);

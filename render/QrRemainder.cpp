@@ -1,9 +1,9 @@
 #include "render/QrRemainder.h"
 
-#include "render/QrTables.h"
-
 #include <cstddef>
 #include <tuple>
+
+#include "render/QrTables.h"
 
 namespace {
 
@@ -33,10 +33,12 @@ QrRemainder::QrRemainder(int generatorDegree)
     for (Products* products : {&lowProducts, &highProducts}) {
         for (int factor = 3; factor < 16; ++factor) {
             const int rest = factor & (factor - 1);
-            if (rest == 0)
+            if (rest == 0) {
                 continue;
-            for (std::size_t i = 0; i < std::tuple_size_v<Words>; ++i)
+            }
+            for (std::size_t i = 0; i < std::tuple_size_v<Words>; ++i) {
                 (*products)[factor][i] = (*products)[rest][i] ^ (*products)[factor ^ rest][i];
+            }
         }
     }
 }
@@ -53,6 +55,7 @@ void QrRemainder::divide(const std::uint8_t* data, int dataCount, std::uint8_t* 
         words[2] = (words[2] << 8 | words[3] >> 56) ^ low[2] ^ high[2];
         words[3] = words[3] << 8 ^ low[3] ^ high[3];
     }
-    for (int i = 0; i < degree; ++i)
+    for (int i = 0; i < degree; ++i) {
         result[i] = static_cast<std::uint8_t>(words[i / 8] >> shiftOf(i));
+    }
 }

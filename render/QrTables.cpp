@@ -19,8 +19,9 @@ constexpr Field makeField()
         field.exponents[exponent] = static_cast<std::uint8_t>(value);
         field.logarithms[value] = static_cast<std::uint8_t>(exponent);
         value <<= 1;
-        if (value > 0xFF)
+        if (value > 0xFF) {
             value ^= fieldPolynomial;
+        }
     }
     return field;
 }
@@ -43,18 +44,21 @@ constexpr Generator makeGenerator(int degree)
 
     // None of the standard's generators has a zero coefficient, so each one has a logarithm.
     Generator generator{};
-    for (int i = 0; i < degree; ++i)
+    for (int i = 0; i < degree; ++i) {
         generator[i] = field.logarithms[product[degree - 1 - i]];
+    }
     return generator;
 }
 
 constexpr std::array<Generator, maxGeneratorDegree + 1> makeGenerators()
 {
     std::array<Generator, maxGeneratorDegree + 1> all{};
-    for (const int degree : {7, 10, 13, 15, 16, 17, 18})
+    for (const int degree : {7, 10, 13, 15, 16, 17, 18}) {
         all[degree] = makeGenerator(degree);
-    for (int degree = 20; degree <= maxGeneratorDegree; degree += 2)
+    }
+    for (int degree = 20; degree <= maxGeneratorDegree; degree += 2) {
         all[degree] = makeGenerator(degree);
+    }
     return all;
 }
 

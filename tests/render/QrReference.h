@@ -26,10 +26,12 @@ inline QVector<QPoint> firstFormatModules()
 inline QVector<QPoint> secondFormatModules(int side)
 {
     QVector<QPoint> places;
-    for (int bit = 0; bit <= 7; ++bit)
+    for (int bit = 0; bit <= 7; ++bit) {
         places.append({side - 1 - bit, 8});
-    for (int bit = 8; bit <= 14; ++bit)
+    }
+    for (int bit = 8; bit <= 14; ++bit) {
         places.append({8, side - 7 + (bit - 8)});
+    }
     return places;
 }
 
@@ -77,10 +79,12 @@ public:
                 while (position < count - 4) {
                     const int start = position;
                     const bool colour = dark(fixedX, line, start);
-                    while (position < count && dark(fixedX, line, position) == colour)
+                    while (position < count && dark(fixedX, line, position) == colour) {
                         ++position;
-                    if (position - start >= 5)
+                    }
+                    if (position - start >= 5) {
                         penalty += position - start - 2;
+                    }
                 }
             }
         }
@@ -94,8 +98,9 @@ public:
             for (int y = 0; y + 1 < count; ++y) {
                 const int sum =
                     modules[x][y] + modules[x + 1][y] + modules[x][y + 1] + modules[x + 1][y + 1];
-                if (sum == 0 || sum == 4)
+                if (sum == 0 || sum == 4) {
                     penalty += 3;
+                }
             }
         }
         return penalty;
@@ -107,8 +112,9 @@ public:
         for (const bool fixedX : {true, false}) {
             for (int line = 0; line < count; ++line) {
                 for (int j = 0; j <= count - 7; ++j) {
-                    if (isFinder(fixedX, line, j))
+                    if (isFinder(fixedX, line, j)) {
                         penalty += 40;
+                    }
                 }
             }
         }
@@ -119,8 +125,9 @@ public:
     {
         int light = 0;
         for (int x = 0; x < count; ++x) {
-            for (int y = 0; y < count; ++y)
+            for (int y = 0; y < count; ++y) {
                 light += modules[x][y] == 0 ? 1 : 0;
+            }
         }
         const int percent = light * 100 / (count * count);
         return qAbs(50 - percent) / 5 * 10;
@@ -139,16 +146,20 @@ private:
 
     bool isFinder(bool fixedX, int line, int j) const
     {
-        if (j != 0 && dark(fixedX, line, j - 1))
+        if (j != 0 && dark(fixedX, line, j - 1)) {
             return false;
-        for (const int at : {0, 2, 3, 4, 6}) {
-            if (!dark(fixedX, line, j + at))
-                return false;
         }
-        if (dark(fixedX, line, j + 1) || dark(fixedX, line, j + 5))
+        for (const int at : {0, 2, 3, 4, 6}) {
+            if (!dark(fixedX, line, j + at)) {
+                return false;
+            }
+        }
+        if (dark(fixedX, line, j + 1) || dark(fixedX, line, j + 5)) {
             return false;
-        if (j != count - 7 && dark(fixedX, line, j + 7))
+        }
+        if (j != count - 7 && dark(fixedX, line, j + 7)) {
             return false;
+        }
 
         const bool before =
             light(fixedX, line, j - 2) && light(fixedX, line, j - 3) && light(fixedX, line, j - 4);

@@ -54,16 +54,18 @@ bool encode(QrEncoder& encoder, const QByteArray& text, int level = M, int versi
 Blocks blocksOf(const QrEncoder& encoder)
 {
     Blocks blocks;
-    for (int i = 0; i < encoder.blockCount; ++i)
+    for (int i = 0; i < encoder.blockCount; ++i) {
         blocks.append({encoder.blockModes[i], encoder.blockLengths[i]});
+    }
     return blocks;
 }
 
 QString toText(const Blocks& blocks)
 {
     QStringList parts;
-    for (const Block& block : blocks)
+    for (const Block& block : blocks) {
         parts.append(QString("%1:%2").arg(block.mode).arg(block.length));
+    }
     return parts.join(' ');
 }
 
@@ -76,12 +78,15 @@ QByteArray codewords(const std::uint8_t* first, int count)
 
 bool isKanjiPair(int first, int second)
 {
-    if (second < 0x40)
+    if (second < 0x40) {
         return false;
-    if (first == 0x9F)
+    }
+    if (first == 0x9F) {
         return second <= 0xFC;
-    if (first == 0xEB)
+    }
+    if (first == 0xEB) {
         return second <= 0xBF;
+    }
     return (first >= 0x81 && first <= 0x9F) || (first >= 0xE0 && first <= 0xEB);
 }
 
@@ -99,10 +104,11 @@ Blocks classified(const QByteArray& text)
         const bool pair = !isLast && isKanjiPair(uchar(text[i]), uchar(text[i + 1]));
         const int mode = pair ? 3 : modeOf(uchar(text[i]));
         const int length = pair ? 2 : 1;
-        if (!blocks.isEmpty() && blocks.last().mode == mode)
+        if (!blocks.isEmpty() && blocks.last().mode == mode) {
             blocks.last().length += length;
-        else
+        } else {
             blocks.append({mode, length});
+        }
         i += length;
     }
     return blocks;
@@ -111,14 +117,15 @@ Blocks classified(const QByteArray& text)
 int bitCost(int mode, int length, int group)
 {
     int cost = 4 + countBits[mode][group];
-    if (mode == 0)
+    if (mode == 0) {
         cost += length / 3 * 10 + (length % 3 == 1 ? 4 : length % 3 == 2 ? 7 : 0);
-    else if (mode == 1)
+    } else if (mode == 1) {
         cost += length / 2 * 11 + (length % 2 == 1 ? 6 : 0);
-    else if (mode == 2)
+    } else if (mode == 2) {
         cost += length * 8;
-    else
+    } else {
         cost += length / 2 * 13;
+    }
     return cost;
 }
 
@@ -148,20 +155,23 @@ bool joinNumericAt(Blocks& b, int i, int group)
     const int a = bitCost(1, b[i].length + b[i + 1].length, group);
     const int s0 = bitCost(b[i].mode, b[i].length, group);
     const int s1 = bitCost(b[i + 1].mode, b[i + 1].length, group);
-    if (s0 + s1 <= a)
+    if (s0 + s1 <= a) {
         return false;
+    }
 
     int front = 0;
     if (has(b, i - 1, 2)) {
         front = bitCost(2, b[i - 1].length + b[i].length, group) + s1;
-        if (front > bitCost(2, b[i - 1].length, group) + a)
+        if (front > bitCost(2, b[i - 1].length, group) + a) {
             front = 0;
+        }
     }
     int behind = 0;
     if (has(b, i + 2, 2)) {
         behind = bitCost(2, b[i + 1].length + b[i + 2].length, group) + s0;
-        if (behind > bitCost(2, b[i + 2].length, group) + a)
+        if (behind > bitCost(2, b[i + 2].length, group) + a) {
             behind = 0;
+        }
     }
 
     if (front == 0 && behind == 0) {
@@ -183,8 +193,9 @@ void joinNumericSlowly(Blocks& b, int group)
     while (i < b.size() - 1) {
         const bool neighbours =
             (has(b, i, 0) && has(b, i + 1, 1)) || (has(b, i, 1) && has(b, i + 1, 0));
-        if (!neighbours || !joinNumericAt(b, i, group))
+        if (!neighbours || !joinNumericAt(b, i, group)) {
             ++i;
+        }
     }
 }
 
@@ -196,10 +207,12 @@ void joinShortSlowly(Blocks& b, int group)
         const int s =
             bitCost(b[i].mode, b[i].length, group) + bitCost(b[i + 1].mode, b[i + 1].length, group);
         int d = bitCost(2, b[i].length + b[i + 1].length, group);
-        if (has(b, i - 1, 2))
+        if (has(b, i - 1, 2)) {
             d -= header;
-        if (has(b, i + 2, 2))
+        }
+        if (has(b, i + 2, 2)) {
             d -= header;
+        }
         if (s <= d) {
             ++i;
             continue;
@@ -216,8 +229,9 @@ void joinShortSlowly(Blocks& b, int group)
         b[i].mode = 2;
         b[i].length += b[i + 1].length;
         b.removeAt(i + 1);
-        if (i >= 1)
+        if (i >= 1) {
             --i;
+        }
     }
 }
 
@@ -250,8 +264,9 @@ public:
     int bits(int count)
     {
         int value = 0;
-        for (int i = 0; i < count; ++i, ++position)
+        for (int i = 0; i < count; ++i, ++position) {
             value = value << 1 | (source.dataCodewords[position / 8] >> (7 - position % 8) & 1);
+        }
         return value;
     }
 
@@ -261,12 +276,14 @@ public:
         while (result.text.size() < sourceLength) {
             const int indicator = bits(4);
             const int mode = QVector<int>{1, 2, 4, 8}.indexOf(indicator);
-            if (mode < 0)
+            if (mode < 0) {
                 break;
+            }
             const int count = bits(countBits[mode][group]);
             const int start = result.text.size();
-            for (int left = count; left > 0;)
+            for (int left = count; left > 0;) {
                 left -= readGroup(mode, left, result.text);
+            }
             result.blocks.append({mode, result.text.size() - start});
         }
         result.bitCount = position;
@@ -315,8 +332,9 @@ private:
 QByteArray byteText(int length)
 {
     QByteArray text;
-    for (int i = 0; i < length; ++i)
+    for (int i = 0; i < length; ++i) {
         text += char('a' + i * i % 26);
+    }
     return text;
 }
 
@@ -326,8 +344,9 @@ QByteArray mixedText(QRandomGenerator& random, int runs)
     static const QVector<QByteArray> cyrillic = [] {
         QVector<QByteArray> letters;
         for (const QChar letter :
-             QString("АБВГДЕЖЗИКЛМНОПРСТУФХЦЧШЩЫЭЮЯабвгдежзийклмнопрстуфхцчшщъыьэюя№"))
+             QString("АБВГДЕЖЗИКЛМНОПРСТУФХЦЧШЩЫЭЮЯабвгдежзийклмнопрстуфхцчшщъыьэюя№")) {
             letters.append(QString(letter).toUtf8());
+        }
         return letters;
     }();
 
@@ -336,18 +355,19 @@ QByteArray mixedText(QRandomGenerator& random, int runs)
         const int kind = random.bounded(6);
         const int length = 1 + random.bounded(random.bounded(8) == 0 ? 30 : 8);
         for (int i = 0; i < length; ++i) {
-            if (kind == 0)
+            if (kind == 0) {
                 text += alphanumerics[random.bounded(10)];
-            else if (kind == 1)
+            } else if (kind == 1) {
                 text += alphanumerics[random.bounded(10, 45)];
-            else if (kind == 2)
+            } else if (kind == 2) {
                 text += char('a' + random.bounded(26));
-            else if (kind == 3)
+            } else if (kind == 3) {
                 text += cyrillic[random.bounded(cyrillic.size())];
-            else if (kind == 4)
+            } else if (kind == 4) {
                 text += cyrillic[random.bounded(15)]; // А to П: pairs that pass for Kanji
-            else
+            } else {
                 text += char(random.bounded(256));
+            }
         }
     }
     return text;
@@ -360,8 +380,9 @@ QImage picture(const QrEncoder& encoder)
     image.fill(Qt::white);
     for (int x = 0; x < encoder.moduleCount; ++x) {
         for (int y = 0; y < encoder.moduleCount; ++y) {
-            if (encoder.modules[x][y] == 1)
+            if (encoder.modules[x][y] == 1) {
                 image.setPixel(x + 4, y + 4, qRgb(0, 0, 0));
+            }
         }
     }
     return image.scaled(side * 4, side * 4).convertToFormat(QImage::Format_Grayscale8);
@@ -476,8 +497,9 @@ void tst_QrEncoder::formatInformation()
             const int side = encoder->moduleCount;
             const auto read = [this](const QVector<QPoint>& places) {
                 int information = 0;
-                for (int bit = 0; bit < 15; ++bit)
+                for (int bit = 0; bit < 15; ++bit) {
                     information |= moduleAt(*encoder, places[bit].x(), places[bit].y()) << bit;
+                }
                 return information;
             };
             QCOMPARE(read(firstFormatModules()), maskedFormatInformation[level][mask]);
@@ -513,8 +535,9 @@ void tst_QrEncoder::functionPatterns()
         QStringList lines;
         for (int y = top; y < top + height; ++y) {
             QString line;
-            for (int x = left; x < left + width; ++x)
+            for (int x = left; x < left + width; ++x) {
                 line += encoder->modules[x][y] == 1 ? '#' : '.';
+            }
             lines.append(line);
         }
         return lines;
@@ -538,7 +561,9 @@ void tst_QrEncoder::functionPatterns()
 
     for (const QPoint centre : {QPoint(22, 6), QPoint(6, 22), QPoint(22, 22), QPoint(22, 38),
                                 QPoint(38, 22), QPoint(38, 38)})
+    {
         QCOMPARE(area(centre.x() - 2, centre.y() - 2, 5, 5), alignment);
+    }
 
     for (int i = 8; i <= 36; ++i) {
         QCOMPARE(moduleAt(*encoder, i, 6), i % 2 == 0 ? 1 : 0);
@@ -555,8 +580,9 @@ QList<QByteArray> tst_QrEncoder::scan(const QVector<QImage>& pictures)
                           "-Sy-density=2"};
     for (int i = 0; i < pictures.size(); ++i) {
         const QString file = directory.filePath(QString("%1.png").arg(i));
-        if (!pictures[i].save(file))
+        if (!pictures[i].save(file)) {
             return {};
+        }
         arguments.append(file);
     }
     QByteArray read = runProcess("zbarimg", arguments).out;
@@ -575,8 +601,9 @@ void tst_QrEncoder::symbolsReadBack()
                                   .replace("%1", QByteArray::number(version))
                                   .replace("%2", QByteArray::number(level)) +
                               byteText(version * version * 2 + 20);
-            while (!encode(*encoder, text, level, version, false))
+            while (!encode(*encoder, text, level, version, false)) {
                 text.chop(text.size() > 600 ? 16 : 1);
+            }
             QCOMPARE(encoder->version, version);
             QCOMPARE(encoder->moduleCount, version * 4 + 17);
             pictures.append(picture(*encoder));
@@ -585,8 +612,9 @@ void tst_QrEncoder::symbolsReadBack()
     }
     const QList<QByteArray> read = scan(pictures);
     QCOMPARE(read.size(), texts.size());
-    for (int i = 0; i < texts.size(); ++i)
+    for (int i = 0; i < texts.size(); ++i) {
         QCOMPARE(read[i], texts[i]);
+    }
 }
 
 void tst_QrEncoder::rawBytesReadBack()
@@ -701,10 +729,12 @@ void tst_QrEncoder::segmentsLikeTheSlowWay()
     int compared = 0;
     for (int i = 0; i < 3000; ++i) {
         const QByteArray text = mixedText(random, 1 + i % 24);
-        if (!encode(*encoder, text, L, version, true, 0))
+        if (!encode(*encoder, text, L, version, true, 0)) {
             continue;
-        if (encoder->version > (group == 0 ? 9 : group == 1 ? 26 : 40))
+        }
+        if (encoder->version > (group == 0 ? 9 : group == 1 ? 26 : 40)) {
             continue; // a longer text than the group takes
+        }
         const Blocks expected = segmentedSlowly(text, group);
         QVERIFY2(blocksOf(*encoder) == expected,
                  qPrintable(QString("%1: %2 instead of %3")
@@ -862,12 +892,15 @@ void tst_QrEncoder::choosesTheLowestPenalty()
     QRandomGenerator random(12);
     QVector<int> chosen(8, 0);
     QVector<QPair<QByteArray, int>> cases; // text and version
-    for (int version = 1; version <= 40; ++version)
+    for (int version = 1; version <= 40; ++version) {
         cases.append({"A", version});
-    for (int i = 0; i < 150; ++i)
+    }
+    for (int i = 0; i < 150; ++i) {
         cases.append({mixedText(random, 1 + i % 12), 1 + i % 14});
-    for (const int version : {15, 20, 26, 27, 28, 33, 40})
+    }
+    for (const int version : {15, 20, 26, 27, 28, 33, 40}) {
         cases.append({mixedText(random, version * 3), version});
+    }
 
     for (const auto& [text, version] : cases) {
         QVector<int> penalties;

@@ -45,8 +45,9 @@ private:
 void tst_QrMaskTrial::init()
 {
     modules = std::make_unique<Matrix>();
-    for (auto& column : *modules)
+    for (auto& column : *modules) {
         column.fill(0);
+    }
 }
 
 void tst_QrMaskTrial::fill(QRandomGenerator& random, int side, int darkPercent)
@@ -65,8 +66,9 @@ void tst_QrMaskTrial::comparePenalties(int side)
     const QVector<QPoint> first = firstFormatModules();
     const QVector<QPoint> second = secondFormatModules(side);
     const QPoint alwaysDark(8, side - 8);
-    for (const QPoint place : first + second + QVector<QPoint>{alwaysDark})
+    for (const QPoint place : first + second + QVector<QPoint>{alwaysDark}) {
         (*modules)[place.x()][place.y()] = QrEncoder::Function;
+    }
 
     QrMaskTrial trial(*modules, side, levelM);
     const auto masked = std::make_unique<Matrix>();
@@ -98,8 +100,9 @@ void tst_QrMaskTrial::anyShareOfDarkModules()
         for (int darkPercent = 10; darkPercent <= 90; darkPercent += 10) {
             fill(random, side, darkPercent);
             comparePenalties(side);
-            if (QTest::currentTestFailed())
+            if (QTest::currentTestFailed()) {
                 return;
+            }
         }
     }
 }
@@ -119,8 +122,9 @@ void tst_QrMaskTrial::layPattern(QRandomGenerator& random, int side, int mask)
         const int position = start + i;
         const bool surrounding = i < 4 || i >= laid.size() - 4;
         const bool leftAsItWas = surrounding && random.bounded(4) == 0;
-        if (position < 0 || position >= side || leftAsItWas)
+        if (position < 0 || position >= side || leftAsItWas) {
             continue;
+        }
         const bool inverted =
             byRow ? maskInverts(mask, line, position) : maskInverts(mask, position, line);
         setLine(*modules, byRow, line, position, (laid[i] == '1') != inverted);
@@ -134,11 +138,13 @@ void tst_QrMaskTrial::runsAndFindersAtAnyPlace()
         const int side = (1 + round % 14) * 4 + 17;
         const int mask = random.bounded(8);
         fill(random, side, 50);
-        for (int i = 0; i < side; ++i)
+        for (int i = 0; i < side; ++i) {
             layPattern(random, side, mask);
+        }
         comparePenalties(side);
-        if (QTest::currentTestFailed())
+        if (QTest::currentTestFailed()) {
             return;
+        }
     }
 }
 
@@ -146,11 +152,13 @@ void tst_QrMaskTrial::plainAreas()
 {
     for (const int side : {21, 61, 65, 125, 129, 177}) {
         for (const std::uint8_t module : {0, int(QrEncoder::DataBit)}) {
-            for (int x = 0; x < side; ++x)
+            for (int x = 0; x < side; ++x) {
                 std::fill_n((*modules)[x].begin(), side, module);
+            }
             comparePenalties(side);
-            if (QTest::currentTestFailed())
+            if (QTest::currentTestFailed()) {
                 return;
+            }
         }
     }
 }
@@ -166,8 +174,9 @@ void tst_QrMaskTrial::functionModulesAreNotMasked()
                 std::uint8_t(QrEncoder::Function | dark);
         }
         comparePenalties(side);
-        if (QTest::currentTestFailed())
+        if (QTest::currentTestFailed()) {
             return;
+        }
     }
 }
 

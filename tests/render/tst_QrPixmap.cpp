@@ -85,8 +85,9 @@ void tst_QrPixmap::refusedTextGivesAWhiteSquare()
     QCOMPARE(pixmap.size(), QSize(8, 8));
     const QImage image = pixmap.toImage();
     for (int x = 0; x < 8; ++x) {
-        for (int y = 0; y < 8; ++y)
+        for (int y = 0; y < 8; ++y) {
             QCOMPARE(image.pixelColor(x, y), QColor(Qt::white));
+        }
     }
 }
 
