@@ -1,61 +1,39 @@
 #include "tools/PrintJob.h"
 
 #include <QDir>
-#include <QFile>
+#include <QPainter>
+#include <QPrinter>
 #include <QPrinterInfo>
 #include <QTextStream>
 
 #include "tools/BlankChoice.h"
+#include "tools/Interruption.h"
+#include "tools/PdfFile.h"
 #include "tools/UserLanguage.h"
-
-namespace {
-
-std::unique_ptr<QPrinter> pdfPrinter(const QString& path)
-{
-    auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
-    printer->setOutputFormat(QPrinter::PdfFormat);
-    printer->setOutputFileName(path);
-    return printer;
-}
-
-/// The printer's engine does not tell of a full disk: a file that lacks its end is no document.
-bool isWholePdf(const QString& path)
-{
-    QFile file(path);
-    constexpr int tail = 16;
-    return file.open(QIODevice::ReadOnly) && file.size() > tail && file.seek(file.size() - tail) &&
-           file.readAll().contains("%%EOF");
-}
-
-} // namespace
 
 PrintJob::PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
     : m_options(options)
     , m_out(out)
     , m_err(err)
+    , m_progress(err, !options.isQuiet() && ProgressLine::hasTerminal())
     , m_names(options.namePattern())
     , m_preview(QVariant())
 {
     m_preview.setBackgroundPrinted(options.withBackground());
 }
 
+PrintJob::~PrintJob() = default;
+
 JobResult PrintJob::run()
 {
     if (!selectDocuments() || !prepareTarget()) {
         return JobResult::NotDone;
     }
-    int printed = 0;
-    for (const PrintDocument& document : m_selection.documents()) {
-        printed += print(document) ? 1 : 0;
-    }
-    const bool isCommonFile = m_options.target() == PrintOptions::Target::OneFile;
-    if (isCommonFile && printed > 0) {
-        m_commonPainter.end();
-        if (!finishFile(m_options.output())) {
-            return JobResult::NotDone;
-        }
-    }
+    const int printed = printAll();
     if (printed == 0) {
+        return JobResult::NotDone;
+    }
+    if (m_commonFile && (m_isStopped || !finishFile(*m_commonFile))) {
         return JobResult::NotDone;
     }
     const bool isAll =
@@ -82,7 +60,11 @@ bool PrintJob::prepareTarget()
 {
     switch (m_options.target()) {
     case PrintOptions::Target::OneFile:
-        m_commonPrinter = pdfPrinter(m_options.output());
+        m_commonFile = std::make_unique<PdfFile>(m_options.output());
+        if (!m_commonFile->open()) {
+            reportUnwritable(m_options.output());
+            return false;
+        }
         return true;
     case PrintOptions::Target::FilePerDocument:
         if (!QDir().mkpath(m_options.output())) {
@@ -101,6 +83,25 @@ bool PrintJob::prepareTarget()
     return false;
 }
 
+int PrintJob::printAll()
+{
+    const QVector<PrintDocument>& documents = m_selection.documents();
+    int printed = 0;
+    for (int i = 0; i < documents.size() && !m_isStopped; ++i) {
+        if (isInterrupted()) {
+            report(inUserLanguage("прервано; напечатано документов: ",
+                                  "interrupted; documents printed: ") +
+                   QString::number(m_commonFile ? 0 : printed));
+            m_isStopped = true;
+            break;
+        }
+        m_progress.show(i, documents.size());
+        printed += print(documents[i]) ? 1 : 0;
+    }
+    m_progress.clear();
+    return printed;
+}
+
 bool PrintJob::print(const PrintDocument& document)
 {
     if (!buildPage(document)) {
@@ -108,12 +109,7 @@ bool PrintJob::print(const PrintDocument& document)
     }
     switch (m_options.target()) {
     case PrintOptions::Target::OneFile:
-        if (m_preview.printPage(*m_commonPrinter, m_commonPainter)) {
-            return true;
-        }
-        report(inUserLanguage("не удалось записать файл ", "can't write the file ") +
-               m_options.output());
-        return false;
+        return addCopies(*m_commonFile, document);
     case PrintOptions::Target::FilePerDocument:
         return printToFile(document);
     case PrintOptions::Target::Printer:
@@ -138,18 +134,37 @@ bool PrintJob::buildPage(const PrintDocument& document)
     return true;
 }
 
+bool PrintJob::addCopies(PdfFile& file, const PrintDocument& document)
+{
+    for (int copy = 0; copy < m_options.copies(); ++copy) {
+        // Printing moves the items of a page, so that each copy needs a new one.
+        if (copy > 0 && !buildPage(document)) {
+            return false;
+        }
+        if (!file.addPage(m_preview)) {
+            reportUnwritable(file.path());
+            m_isStopped = m_commonFile != nullptr;
+            return false;
+        }
+    }
+    return true;
+}
+
 bool PrintJob::printToFile(const PrintDocument& document)
 {
-    const QString path = QDir(m_options.output()).filePath(m_names.nameFor(document));
-    const std::unique_ptr<QPrinter> printer = pdfPrinter(path);
-    m_preview.printTo(*printer);
-    return finishFile(path);
+    PdfFile file(QDir(m_options.output()).filePath(m_names.nameFor(document)));
+    if (!file.open()) {
+        reportUnwritable(file.path());
+        return false;
+    }
+    return addCopies(file, document) && finishFile(file);
 }
 
 bool PrintJob::printToPrinter(const PrintDocument& document)
 {
     QPrinter printer(QPrinterInfo::printerInfo(m_options.printer()), QPrinter::HighResolution);
     printer.setDocName("Zelvora " + document.id.toString());
+    printer.setCopyCount(m_options.copies());
     QPainter painter;
     if (m_preview.printPage(printer, painter)) {
         return true;
@@ -159,17 +174,26 @@ bool PrintJob::printToPrinter(const PrintDocument& document)
     return false;
 }
 
-bool PrintJob::finishFile(const QString& path)
+bool PrintJob::finishFile(PdfFile& file)
 {
-    if (!isWholePdf(path)) {
-        report(inUserLanguage("не удалось записать файл ", "can't write the file ") + path);
+    if (!file.commit()) {
+        reportUnwritable(file.path());
         return false;
     }
-    m_out << path << '\n';
+    m_progress.clear();
+    m_out << file.path() << '\n';
+    m_out.flush();
     return true;
+}
+
+void PrintJob::reportUnwritable(const QString& path)
+{
+    report(inUserLanguage("не удалось записать файл ", "can't write the file ") + path);
 }
 
 void PrintJob::report(const QString& message)
 {
+    m_progress.clear();
     m_err << "zelvora-print: " << message << '\n';
+    m_err.flush();
 }

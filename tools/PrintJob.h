@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QPainter>
-#include <QPrinter>
 #include <QString>
 
 #include <memory>
@@ -11,36 +9,44 @@
 #include "tools/FileNamePattern.h"
 #include "tools/JobResult.h"
 #include "tools/PrintOptions.h"
+#include "tools/ProgressLine.h"
 
+class PdfFile;
 class QTextStream;
 
 /// Prints the chosen documents through the page and the printing of the application's own preview.
 /// The database must be open. A document that cannot be printed is reported and does not stop the
-/// rest.
+/// rest; a file that cannot be finished leaves an older one of its name as it was.
 class PrintJob
 {
 public:
-    /// Finished files are named on `out`, failures on `err`.
+    /// Finished files are named on `out`, failures on `err`, and so is the progress if standard
+    /// error is a terminal.
     PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
+    ~PrintJob();
 
     JobResult run();
 
 private:
     bool selectDocuments();
     bool prepareTarget();
+    int printAll();
     bool print(const PrintDocument& document);
     bool buildPage(const PrintDocument& document);
+    bool addCopies(PdfFile& file, const PrintDocument& document);
     bool printToFile(const PrintDocument& document);
     bool printToPrinter(const PrintDocument& document);
-    bool finishFile(const QString& path);
+    bool finishFile(PdfFile& file);
+    void reportUnwritable(const QString& path);
     void report(const QString& message);
 
     const PrintOptions& m_options;
     QTextStream& m_out;
     QTextStream& m_err;
+    ProgressLine m_progress;
     DocumentSelection m_selection;
     FileNamePattern m_names;
     PrinPreviewDialog m_preview;
-    std::unique_ptr<QPrinter> m_commonPrinter; // of the one file for all
-    QPainter m_commonPainter;
+    std::unique_ptr<PdfFile> m_commonFile; // with all documents; null for other targets
+    bool m_isStopped = false;              // nothing more can or should be printed
 };

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "tools/Display.h"
+#include "tools/Interruption.h"
 #include "tools/PrintTool.h"
 #include "tools/UserLanguage.h"
 
@@ -22,6 +23,7 @@ void writeLog(QtMsgType type, const QMessageLogContext&, const QString& message)
 int main(int argc, char* argv[])
 {
     qInstallMessageHandler(writeLog);
+    watchForInterruption();
     useNoDisplay();
     const QApplication app(argc, argv);
     QTextStream out(stdout);

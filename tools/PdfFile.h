@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QPageLayout>
+#include <QPainter>
+#include <QPrinter>
+#include <QString>
+#include <QTemporaryFile>
+
+#include <memory>
+
+class PrinPreviewDialog;
+
+/// A PDF file that comes to be whole or not at all: the pages go to a hidden file in the same
+/// folder, which replaces an older file of the name only when it is complete. Without commit()
+/// nothing is left behind.
+class PdfFile
+{
+public:
+    explicit PdfFile(const QString& path);
+
+    QString path() const { return m_path; }
+
+    /// False if nothing can be written into the folder.
+    bool open();
+
+    /// Prints the page that the preview was built with, on a sheet of its own. False if the file
+    /// cannot take it.
+    bool addPage(PrinPreviewDialog& preview);
+
+    /// Ends the file, which must have a page, and gives it its name. False if it could not be
+    /// written as a whole; a file that had the name is then as it was.
+    bool commit();
+
+private:
+    QString m_path;
+    QTemporaryFile m_part;
+    std::unique_ptr<QPrinter> m_printer;
+    QPageLayout m_plainLayout; // of a printer that no page has changed
+    QPainter m_painter;        // ends before its printer
+};
