@@ -171,17 +171,21 @@ QString rowsWords(const Finding& finding)
 
 QString cellWords(const Finding& finding)
 {
-    const QString cell = inUserLanguage("строка таблицы %1, столбец %2: текст %3 ",
-                                        "row %1, column %2: the text %3 ")
-                             .arg(ranges(finding.rows))
-                             .arg(finding.column)
-                             .arg(quoted(finding.text));
-    return cell + (finding.side == Finding::Side::Bottom
-                       ? inUserLanguage("выше ячейки на %1, часть его не печатается",
-                                        "is %1 higher than its cell, a part of it is not printed")
-                       : inUserLanguage("шире ячейки на %1, часть его не печатается",
-                                        "is %1 wider than its cell, a part of it is not printed"))
-                      .arg(length(finding.amount));
+    const QString cell =
+        inUserLanguage("строка таблицы %1, столбец %2: ", "row %1, column %2 of the table: ")
+            .arg(ranges(finding.rows))
+            .arg(finding.column);
+    const QString excess = (finding.side == Finding::Side::Bottom
+                                ? inUserLanguage("текст %1 выше ячейки на %2",
+                                                 "the text %1 is %2 higher than its cell")
+                                : inUserLanguage("текст %1 шире ячейки на %2",
+                                                 "the text %1 is %2 wider than its cell"))
+                               .arg(quoted(finding.text), length(finding.amount));
+    const QString result =
+        finding.printed.isEmpty()
+            ? inUserLanguage(", край обрезан", ", its edge is cut off")
+            : inUserLanguage(", напечатается %1", ", %1 is printed").arg(quoted(finding.printed));
+    return cell + excess + result;
 }
 
 QString edgeWords(const Finding& finding)
@@ -364,6 +368,7 @@ QJsonObject Finding::toJson() const
     add("column", column > 0, column);
     add("tag", !tag.isEmpty(), tag);
     add("text", !text.isEmpty(), text);
+    add("printed", !printed.isEmpty(), printed);
     return json;
 }
 

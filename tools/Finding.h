@@ -85,6 +85,7 @@ struct Finding
     int column = 0;        ///< of the table, from 1
     QString tag;           ///< tag, dropped tail or family of the font
     QString text;          ///< value, text of the cell, path of the picture or font used instead
+    QString printed;       ///< of the text of a cell, if the toolkit shortens it
 
     bool isOfBlank() const { return document.id.isNull(); }
 

@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <QStyle>
 #include <QTableWidget>
+#include <QTextLayout>
 
 #include "tools/Excess.h"
 #include "tools/FrameParts.h"
@@ -164,40 +165,35 @@ void TableCheck::addColumns(QVector<Finding>& findings) const
 
 void TableCheck::addCell(QVector<Finding>& findings, int row, int column) const
 {
-    QString painted;
+    Finding finding;
+    finding.kind = Finding::Kind::TableCellCut;
+    finding.side = Finding::Side::Right;
+    finding.rows << m_firstRow + row;
+    finding.column = column + 1;
+    finding.text = textAt(row, column);
     for (const TextMark& mark : marksAt(row, column)) {
-        painted += mark.text;
+        finding.printed += mark.text;
     }
-    if (withoutBlanks(painted) != withoutBlanks(textAt(row, column))) {
-        findings.append(cellFinding(row, column));
+    if (withoutBlanks(finding.printed) != withoutBlanks(finding.text)) {
+        finding.amount = missingWidth(row, column) * m_unitLength;
+        if (finding.amount <= 0) {
+            finding.side = Finding::Side::Bottom;
+            finding.amount = missingHeight(row, column) * m_unitLength;
+        }
+        findings.append(finding);
         return;
     }
     const int right = m_table->columnViewportPosition(column) + m_table->columnWidth(column);
     if (right <= m_view.width()) {
         return;
     }
-    const double lost =
+    finding.amount =
         excessOn(Finding::Side::Right, inkOf(marksAt(row, column)), m_view) * m_unitLength;
-    if (lost > smallestInk) {
-        Finding finding = cellFinding(row, column);
-        finding.side = Finding::Side::Right;
-        finding.amount = lost;
-        finding.lostInk = lost;
+    if (finding.amount > smallestInk) {
+        finding.lostInk = finding.amount;
+        finding.printed.clear(); // cut in the middle of a letter
         findings.append(finding);
     }
-}
-
-Finding TableCheck::cellFinding(int row, int column) const
-{
-    Finding finding;
-    finding.kind = Finding::Kind::TableCellCut;
-    finding.rows << m_firstRow + row;
-    finding.column = column + 1;
-    finding.text = textAt(row, column);
-    const double widthMissing = missingWidth(row, column);
-    finding.side = widthMissing > 0 ? Finding::Side::Right : Finding::Side::Bottom;
-    finding.amount = (widthMissing > 0 ? widthMissing : missingHeight(row, column)) * m_unitLength;
-    return finding;
 }
 
 double TableCheck::missingWidth(int row, int column) const
@@ -212,10 +208,17 @@ double TableCheck::missingWidth(int row, int column) const
 
 double TableCheck::missingHeight(int row, int column) const
 {
-    const QFontMetricsF metrics(m_table->item(row, column)->font());
-    const QRectF room(0, 0, roomInColumn(column), QWIDGETSIZE_MAX);
-    const QString& text = textAt(row, column);
-    const double height = metrics.boundingRect(room, Qt::TextWordWrap, text).height();
+    // As the toolkit's cells lay a text out, which takes a little more room than the metrics that
+    // the row's height comes from.
+    const QString text = QString(textAt(row, column)).replace('\n', QChar::LineSeparator);
+    QTextLayout layout(text, m_table->item(row, column)->font());
+    double height = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(roomInColumn(column));
+        height += line.height();
+    }
+    layout.endLayout();
     return qMax(height - m_table->rowHeight(row), 0.0);
 }
 

@@ -39,7 +39,6 @@ private:
     void addRows(QVector<Finding>& findings) const;
     void addColumns(QVector<Finding>& findings) const;
     void addCell(QVector<Finding>& findings, int row, int column) const;
-    Finding cellFinding(int row, int column) const;
     double missingWidth(int row, int column) const;
     double missingHeight(int row, int column) const;
     double roomInColumn(int column) const;
