@@ -183,9 +183,8 @@ QVariant DataBaseUpdater::listIdByName(const QString& name)
     return query.value("ID");
 }
 
-bool DataBaseUpdater::crutchFrdoA(const QJsonObject& object, QString text)
+bool DataBaseUpdater::crutchFrdoA(const QJsonObject&, QString text)
 {
-    Q_UNUSED(object)
     QSqlQuery query;
     if (!query.exec("SELECT FIELDS FROM forms WHERE ID = 28")) {
         fail("Ошибка выполнения запроса;\nSqlError: ", query);

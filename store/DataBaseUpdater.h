@@ -44,7 +44,8 @@ public:
     QVariant listIdByName(const QString& name);
 
     /// Adds fields to the form 28 and to its documents. `text` is a JSON array of field definitions
-    /// in which placeholder words stand for the identifiers of lists.
+    /// in which placeholder words stand for the identifiers of lists. What else the part says,
+    /// `object`, does not matter here.
     bool crutchFrdoA(const QJsonObject& object, QString text);
 
     /// Gives every stored document of the form an entry for each field that it lacks. On failure
