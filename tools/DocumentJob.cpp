@@ -18,6 +18,7 @@ DocumentJob::DocumentJob(const PrintOptions& options, QTextStream& out, QTextStr
     : m_options(options)
     , m_out(out)
     , m_err(err)
+    , m_progress(err, !options.isQuiet() && ProgressLine::hasTerminal())
 {
 }
 
@@ -47,11 +48,13 @@ QVariant DocumentJob::blankOf(const PrintDocument& document, PrinPreviewDialog& 
 
 void DocumentJob::reportUnreadable(const PrintDocument& document)
 {
-    report(nameOf(document) + inUserLanguage("не удалось прочитать его или бланк",
-                                             "it or its blank can't be read"));
+    report(nameOf(document) +
+           inUserLanguage("не удалось прочитать его или бланк", "it or its blank can't be read"));
 }
 
 void DocumentJob::report(const QString& message)
 {
+    m_progress.clear();
     m_err << "zelvora-print: " << message << '\n';
+    m_err.flush();
 }

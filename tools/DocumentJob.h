@@ -5,12 +5,13 @@
 
 #include "tools/DocumentSelection.h"
 #include "tools/PrintOptions.h"
+#include "tools/ProgressLine.h"
 
 class PrinPreviewDialog;
 class QTextStream;
 
 /// What every job over chosen documents begins with: it chooses them and their blanks, and reports
-/// on `err` what can't be done.
+/// on `err` what can't be done and, if that is a terminal, how far it has come.
 class DocumentJob
 {
 public:
@@ -29,5 +30,6 @@ protected:
     const PrintOptions& m_options;
     QTextStream& m_out;
     QTextStream& m_err;
+    ProgressLine m_progress;
     DocumentSelection m_selection;
 };

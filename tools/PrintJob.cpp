@@ -6,16 +6,12 @@
 #include <QPrinterInfo>
 #include <QTextStream>
 
-#include "tools/BlankChoice.h"
 #include "tools/Interruption.h"
 #include "tools/PdfFile.h"
 #include "tools/UserLanguage.h"
 
 PrintJob::PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
-    : m_options(options)
-    , m_out(out)
-    , m_err(err)
-    , m_progress(err, !options.isQuiet() && ProgressLine::hasTerminal())
+    : DocumentJob(options, out, err)
     , m_names(options.namePattern())
     , m_preview(QVariant())
 {
@@ -39,21 +35,6 @@ JobResult PrintJob::run()
     const bool isAll =
         printed == m_selection.documents().size() && m_selection.unknownIds().isEmpty();
     return isAll ? JobResult::Done : JobResult::SomeFailed;
-}
-
-bool PrintJob::selectDocuments()
-{
-    if (!m_selection.load(m_options.selection())) {
-        report(m_selection.error());
-        return false;
-    }
-    for (const qint64 id : m_selection.unknownIds()) {
-        report(inUserLanguage("нет документа ", "there is no document ") + QString::number(id));
-    }
-    if (m_selection.documents().isEmpty() && m_selection.unknownIds().isEmpty()) {
-        report(inUserLanguage("таких документов нет", "there are no such documents"));
-    }
-    return !m_selection.documents().isEmpty();
 }
 
 bool PrintJob::prepareTarget()
@@ -120,15 +101,12 @@ bool PrintJob::print(const PrintDocument& document)
 
 bool PrintJob::buildPage(const PrintDocument& document)
 {
-    const QString name = inUserLanguage("документ ", "document ") + document.id.toString() + ": ";
-    const BlankChoice blank = chooseBlank(m_preview, document.id, m_options.blank());
-    if (blank.id.isNull()) {
-        report(name + blank.problem);
+    const QVariant blank = blankOf(document, m_preview);
+    if (blank.isNull()) {
         return false;
     }
-    if (!m_preview.buildScene(m_preview.pageScene(), document.id, blank.id)) {
-        report(name + inUserLanguage("не удалось прочитать его или бланк",
-                                     "it or its blank can't be read"));
+    if (!m_preview.buildScene(m_preview.pageScene(), document.id, blank)) {
+        reportUnreadable(document);
         return false;
     }
     return true;
@@ -189,11 +167,4 @@ bool PrintJob::finishFile(PdfFile& file)
 void PrintJob::reportUnwritable(const QString& path)
 {
     report(inUserLanguage("не удалось записать файл ", "can't write the file ") + path);
-}
-
-void PrintJob::report(const QString& message)
-{
-    m_progress.clear();
-    m_err << "zelvora-print: " << message << '\n';
-    m_err.flush();
 }

@@ -5,11 +5,9 @@
 #include <memory>
 
 #include "render/PrinPreviewDialog.h"
-#include "tools/DocumentSelection.h"
+#include "tools/DocumentJob.h"
 #include "tools/FileNamePattern.h"
 #include "tools/JobResult.h"
-#include "tools/PrintOptions.h"
-#include "tools/ProgressLine.h"
 
 class PdfFile;
 class QTextStream;
@@ -17,18 +15,16 @@ class QTextStream;
 /// Prints the chosen documents through the page and the printing of the application's own preview.
 /// The database must be open. A document that cannot be printed is reported and does not stop the
 /// rest; a file that cannot be finished leaves an older one of its name as it was.
-class PrintJob
+class PrintJob : public DocumentJob
 {
 public:
-    /// Finished files are named on `out`, failures on `err`, and so is the progress if standard
-    /// error is a terminal.
+    /// Finished files are named on `out`, failures on `err`.
     PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
     ~PrintJob();
 
     JobResult run();
 
 private:
-    bool selectDocuments();
     bool prepareTarget();
     int printAll();
     bool print(const PrintDocument& document);
@@ -38,13 +34,7 @@ private:
     bool printToPrinter(const PrintDocument& document);
     bool finishFile(PdfFile& file);
     void reportUnwritable(const QString& path);
-    void report(const QString& message);
 
-    const PrintOptions& m_options;
-    QTextStream& m_out;
-    QTextStream& m_err;
-    ProgressLine m_progress;
-    DocumentSelection m_selection;
     FileNamePattern m_names;
     PrinPreviewDialog m_preview;
     std::unique_ptr<PdfFile> m_commonFile; // with all documents; null for other targets
