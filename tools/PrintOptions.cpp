@@ -386,8 +386,8 @@ QString PrintOptions::helpText()
         "  --quiet             не показывать ход работы\n"
         "  --help              показать эту справку\n"
         "\n"
-        "Код завершения: 0 — сделано всё и замечаний нет; 1 — часть документов не напечатана\n"
-        "или есть замечания; 2 — задание не выполнено.\n",
+        "Код завершения: 0 — сделано всё; 1 — часть документов не напечатана либо проверка или\n"
+        "пробный рисунок дали замечания; 2 — задание не выполнено.\n",
         "Usage:\n"
         "  zelvora-print [OPTIONS] DOCUMENTS TARGET         print\n"
         "  zelvora-print [OPTIONS] --check DOCUMENTS        look for faults before printing\n"

@@ -333,6 +333,20 @@ case_print_uses_the_users_directory() {
     assert grep -qF "$HOME/docs.db" <<<"$message"
 }
 
+case_print_heeds_the_callers_directory() {
+    "$system/bin/zelvora-db" sample "$app_dir" >/dev/null
+    mkdir "$HOME/here"
+    cd "$HOME/here"
+    assert_equal "$("$system/bin/zelvora-print" --id 1 --output one.pdf)" one.pdf
+    assert_equal "$("$system/bin/zelvora-print" --id 1,2 --output out --name '{#ID}')" \
+        "out/1.pdf"$'\n'"out/2.pdf"
+    assert_equal "$("$system/bin/zelvora-print" --dir ../.local/share/zelvora-app --id 2 \
+        --output two.pdf)" two.pdf
+    assert_equal "$(files .)" "one.pdf out out/1.pdf out/2.pdf two.pdf "
+    # Nothing of it goes to the application's directory.
+    assert_equal "$(find "$app_dir" -name '*.pdf')" ""
+}
+
 case_message_in_a_window() {
     echo "no directory" >"$HOME/.local"
     mkdir "$HOME/bin"
