@@ -14,6 +14,7 @@
 
 #include "store/DataBase.h"
 #include "support/Process.h"
+#include "support/Widgets.h"
 
 namespace {
 
@@ -102,10 +103,7 @@ void clickRecord(QTableWidget* table, int id, Qt::KeyboardModifiers modifiers)
 {
     const int row = rowOfRecord(table, id);
     QVERIFY2(row >= 0, qPrintable(QString("no row of %1").arg(id)));
-    const QTableWidgetItem* item = table->item(row, 0);
-    table->scrollToItem(item);
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers,
-                      table->visualItemRect(item).center());
+    clickRow(table, row, modifiers);
 }
 
 void chooseByKeys(QComboBox* combo, int index)

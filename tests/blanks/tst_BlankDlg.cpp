@@ -20,6 +20,7 @@
 #include "support/LogCatcher.h"
 #include "support/ModalDriver.h"
 #include "support/TempApplication.h"
+#include "support/Widgets.h"
 
 /// The list of blanks and the way to a blank's settings and to its editor.
 class tst_BlankDlg : public QObject
@@ -69,27 +70,18 @@ private:
     template <class Widget>
     Widget* find(const char* name) const
     {
-        return dialog->findChild<Widget*>(name);
+        return named<Widget>(dialog.get(), name);
     }
     QTableWidget* list() const { return find<QTableWidget>("blanksWidget"); }
     QString text(const char* edit) const { return find<QLineEdit>(edit)->text(); }
-    QString names() const;
+    QString names() const { return columnTexts(list(), 0).join("|"); }
     void click(const char* button) { QTest::mouseClick(find<QToolButton>(button), Qt::LeftButton); }
-    void doubleClick(int row);
+    void doubleClick(int row) { doubleClickRow(list(), row); }
     QGraphicsPixmapItem* picture() const;
 
     std::unique_ptr<TempApplication> app;
     std::unique_ptr<BlankDlg> dialog;
 };
-
-namespace {
-
-void press(QDialog* dialog, const char* button)
-{
-    QTest::mouseClick(dialog->findChild<QPushButton*>(button), Qt::LeftButton);
-}
-
-} // namespace
 
 void tst_BlankDlg::init()
 {
@@ -102,22 +94,6 @@ void tst_BlankDlg::cleanup()
 {
     dialog.reset();
     app.reset();
-}
-
-QString tst_BlankDlg::names() const
-{
-    QStringList all;
-    for (int row = 0; row < list()->rowCount(); ++row) {
-        all << list()->item(row, 0)->text();
-    }
-    return all.join("|");
-}
-
-void tst_BlankDlg::doubleClick(int row)
-{
-    const QPoint at = list()->visualItemRect(list()->item(row, 0)).center();
-    QTest::mouseClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, at);
-    QTest::mouseDClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, at);
 }
 
 QGraphicsPixmapItem* tst_BlankDlg::picture() const
@@ -179,7 +155,7 @@ void tst_BlankDlg::window()
     QVERIFY(!find<QPushButton>("buttonReject")->isVisible());
     QCOMPARE(find<QPushButton>("buttonReject")->text(), QString("Отмена"));
     QCOMPARE(find<QPushButton>("buttonAccept")->text(), QString("ОК"));
-    press(dialog.get(), "buttonAccept");
+    clickButton(dialog.get(), "buttonAccept");
     QCOMPARE(dialog->result(), int(QDialog::Accepted));
 }
 
@@ -304,7 +280,7 @@ void tst_BlankDlg::addBlank()
         format->findChild<QLineEdit*>("blankNameEdit")->setText("Новый");
         format->setForm(9);
         format->setOffsets(-3, 4);
-        press(format, "buttonAccept");
+        clickButton(format, "buttonAccept");
     });
     click("blankAddBtn");
     QVERIFY2(driver.finished(), driver.failures());
@@ -324,7 +300,7 @@ void tst_BlankDlg::addCancelledChangesNothing()
     const QByteArray before = app->dump();
     ModalDriver driver;
     driver.expect<BlankFormatDialog>(
-        [](BlankFormatDialog* format) { press(format, "buttonReject"); });
+        [](BlankFormatDialog* format) { clickButton(format, "buttonReject"); });
     click("blankAddBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(app->dump(), before);
@@ -337,7 +313,7 @@ void tst_BlankDlg::addWithoutFormsFails()
     LogCatcher log;
     ModalDriver driver;
     driver.expect<BlankFormatDialog>(
-        [](BlankFormatDialog* format) { press(format, "buttonAccept"); });
+        [](BlankFormatDialog* format) { clickButton(format, "buttonAccept"); });
     driver.expectMessage("Ошибка", "Ошибка cохранения бланка: SQL Error");
     click("blankAddBtn");
     QVERIFY2(driver.finished(), driver.failures());
@@ -352,7 +328,7 @@ void tst_BlankDlg::addWithAnApostropheFails()
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
         format->setName("Аттестат об'єднання");
-        press(format, "buttonAccept");
+        clickButton(format, "buttonAccept");
     });
     driver.expectMessage("Ошибка", "Ошибка cохранения бланка: SQL Error");
     click("blankAddBtn");
@@ -394,7 +370,7 @@ void tst_BlankDlg::editFormatShowsTheRow()
         QCOMPARE(format->pageHeight(), 105);
         QCOMPARE(format->offsetX(), -7);
         QCOMPARE(format->offsetY(), 8);
-        press(format, "buttonAccept");
+        clickButton(format, "buttonAccept");
     });
     const QByteArray before = app->dump();
     doubleClick(0);
@@ -421,7 +397,7 @@ void tst_BlankDlg::editFormatWritesTheRow()
         format->setBackground("blanks/b.png");
         format->setPageSize(210, 297);
         format->setOffsets(1, -2);
-        press(format, "buttonAccept");
+        clickButton(format, "buttonAccept");
     });
     doubleClick(1);
     QVERIFY2(driver.finished(), driver.failures());
@@ -451,7 +427,7 @@ void tst_BlankDlg::renameLeavesTheListStale()
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
         format->setName("Другое имя");
-        press(format, "buttonAccept");
+        clickButton(format, "buttonAccept");
     });
     doubleClick(0);
     QVERIFY2(driver.finished(), driver.failures());
@@ -470,7 +446,7 @@ void tst_BlankDlg::editCancelledChangesNothing()
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
         format->setName("x");
-        press(format, "buttonReject");
+        clickButton(format, "buttonReject");
     });
     dialog->editFormat(1);
     QVERIFY2(driver.finished(), driver.failures());
@@ -508,7 +484,7 @@ void tst_BlankDlg::failedUpdateIsShown()
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
         format->setBackground("it's.png");
-        press(format, "buttonAccept");
+        clickButton(format, "buttonAccept");
     });
     driver.expectMessage("Ошибка", "Ошибка cохранения бланка: SQL Error");
     dialog->editFormat(1);

@@ -15,6 +15,7 @@
 #include "blanks/BlankFormatDialog.h"
 #include "support/ModalDriver.h"
 #include "support/TempApplication.h"
+#include "support/Widgets.h"
 
 /// The settings of a blank: widgets, ranges, start values and the choice of the background.
 class tst_BlankFormatDialog : public QObject
@@ -50,7 +51,7 @@ private:
     template <class Widget>
     Widget* find(const char* name) const
     {
-        return dialog->findChild<Widget*>(name);
+        return named<Widget>(dialog.get(), name);
     }
     void clickSelectBackground()
     {

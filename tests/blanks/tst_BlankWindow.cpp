@@ -28,6 +28,7 @@
 #include "support/LogCatcher.h"
 #include "support/ModalDriver.h"
 #include "support/TempApplication.h"
+#include "support/Widgets.h"
 
 /// The blank editor, driven by its buttons, its tree, its properties table and the mouse.
 class tst_BlankWindow : public QObject
@@ -111,7 +112,7 @@ private:
     template <class Widget>
     Widget* find(const char* name) const
     {
-        return editor->findChild<Widget*>(name);
+        return named<Widget>(editor.get(), name);
     }
     QTableWidget* table() const { return find<QTableWidget>("propertiesWidget"); }
     template <class Editor>

@@ -8,6 +8,7 @@
 #include <QTableWidget>
 
 #include "blanks/TableLayoutDialog.h"
+#include "support/Widgets.h"
 
 /// Rows and columns of a table item, edited by clicks and keys.
 class tst_TableLayoutDialog : public QObject
@@ -31,15 +32,9 @@ private slots:
 
 namespace {
 
-template <class Widget>
-Widget* find(const QDialog& dialog, const char* name)
-{
-    return dialog.findChild<Widget*>(name);
-}
-
 QTableWidget* table(const QDialog& dialog)
 {
-    return find<QTableWidget>(dialog, "columnsTable");
+    return named<QTableWidget>(dialog, "columnsTable");
 }
 
 QComboBox* align(const QDialog& dialog, int row)
@@ -47,14 +42,9 @@ QComboBox* align(const QDialog& dialog, int row)
     return qobject_cast<QComboBox*>(table(dialog)->cellWidget(row, 1));
 }
 
-void click(const QDialog& dialog, const char* button)
-{
-    QTest::mouseClick(find<QPushButton>(dialog, button), Qt::LeftButton);
-}
-
 void type(const QDialog& dialog, const char* edit, const QString& text)
 {
-    auto* line = find<QLineEdit>(dialog, edit);
+    auto* line = named<QLineEdit>(dialog, edit);
     line->selectAll();
     QTest::keyClicks(line, text);
 }
@@ -83,14 +73,14 @@ void tst_TableLayoutDialog::window()
     TableLayoutDialog dialog;
     QCOMPARE(dialog.windowTitle(), QString("Колонки таблицы"));
     QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
-    QCOMPARE(find<QLabel>(dialog, "label")->text(), QString("Строки с "));
-    QCOMPARE(find<QLabel>(dialog, "label_2")->text(), QString("по"));
+    QCOMPARE(named<QLabel>(dialog, "label")->text(), QString("Строки с "));
+    QCOMPARE(named<QLabel>(dialog, "label_2")->text(), QString("по"));
     for (const char* name : {"label", "label_2"}) {
-        const Qt::Alignment alignment = find<QLabel>(dialog, name)->alignment();
+        const Qt::Alignment alignment = named<QLabel>(dialog, name)->alignment();
         QVERIFY(alignment.testFlag(Qt::AlignRight) && alignment.testFlag(Qt::AlignVCenter));
     }
-    const auto* add = find<QPushButton>(dialog, "buttonAddCol");
-    const auto* remove = find<QPushButton>(dialog, "buttonRemoveCol");
+    const auto* add = named<QPushButton>(dialog, "buttonAddCol");
+    const auto* remove = named<QPushButton>(dialog, "buttonRemoveCol");
     QCOMPARE(add->toolTip(), QString("Добавить строку"));
     QCOMPARE(remove->toolTip(), QString("Удалить строку"));
     for (const QPushButton* button : {add, remove}) {
@@ -103,14 +93,14 @@ void tst_TableLayoutDialog::window()
     QCOMPARE(table(dialog)->horizontalHeaderItem(1)->text(), QString("Выравнивание"));
     QVERIFY(table(dialog)->horizontalHeader()->stretchLastSection());
     QVERIFY(table(dialog)->verticalHeader()->isHidden());
-    QCOMPARE(find<QPushButton>(dialog, "buttonAccept")->text(), QString("ОК"));
-    QCOMPARE(find<QPushButton>(dialog, "buttonAccept")->property("btnRole1").toString(),
+    QCOMPARE(named<QPushButton>(dialog, "buttonAccept")->text(), QString("ОК"));
+    QCOMPARE(named<QPushButton>(dialog, "buttonAccept")->property("btnRole1").toString(),
              QString("accept"));
-    QCOMPARE(find<QPushButton>(dialog, "buttonReject")->text(), QString("Отмена"));
-    QCOMPARE(find<QPushButton>(dialog, "buttonReject")->property("btnRole1").toString(),
+    QCOMPARE(named<QPushButton>(dialog, "buttonReject")->text(), QString("Отмена"));
+    QCOMPARE(named<QPushButton>(dialog, "buttonReject")->property("btnRole1").toString(),
              QString("reject"));
-    QVERIFY(!find<QLineEdit>(dialog, "fromEdit")->validator());
-    QVERIFY(!find<QLineEdit>(dialog, "toEdit")->validator());
+    QVERIFY(!named<QLineEdit>(dialog, "fromEdit")->validator());
+    QVERIFY(!named<QLineEdit>(dialog, "toEdit")->validator());
 }
 
 void tst_TableLayoutDialog::startsWithTheFirstTenRows()
@@ -118,8 +108,8 @@ void tst_TableLayoutDialog::startsWithTheFirstTenRows()
     TableLayoutDialog dialog;
     QCOMPARE(dialog.rowFrom(), 1);
     QCOMPARE(dialog.rowTo(), 10);
-    QCOMPARE(find<QLineEdit>(dialog, "fromEdit")->text(), QString("1"));
-    QCOMPARE(find<QLineEdit>(dialog, "toEdit")->text(), QString("10"));
+    QCOMPARE(named<QLineEdit>(dialog, "fromEdit")->text(), QString("1"));
+    QCOMPARE(named<QLineEdit>(dialog, "toEdit")->text(), QString("10"));
     QVERIFY(dialog.columnsWidth().isEmpty());
     QVERIFY(dialog.columnsAlign().isEmpty());
 }
@@ -138,8 +128,8 @@ void tst_TableLayoutDialog::showsWhatItIsGiven()
     QCOMPARE(align(dialog, 1)->currentText(), QString("По центру"));
     QCOMPARE(align(dialog, 2)->currentText(), QString("Справа"));
     QCOMPARE(align(dialog, 0)->styleSheet(), QString("border: none"));
-    QCOMPARE(find<QLineEdit>(dialog, "fromEdit")->text(), QString("3"));
-    QCOMPARE(find<QLineEdit>(dialog, "toEdit")->text(), QString("25"));
+    QCOMPARE(named<QLineEdit>(dialog, "fromEdit")->text(), QString("3"));
+    QCOMPARE(named<QLineEdit>(dialog, "toEdit")->text(), QString("25"));
 }
 
 void tst_TableLayoutDialog::missingAlignReadsAsLeft()
@@ -150,7 +140,7 @@ void tst_TableLayoutDialog::missingAlignReadsAsLeft()
     QCOMPARE(align(dialog, 1)->currentIndex(), 0);
     QCOMPARE(align(dialog, 2)->currentIndex(), 0);
     QCOMPARE(dialog.columnsAlign(), QJsonArray{2}); // stored as given until accepted
-    click(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.columnsAlign(), (QJsonArray{2, 0, 0}));
 }
 
@@ -165,7 +155,7 @@ void tst_TableLayoutDialog::acceptTakesTheWidgets()
     type(dialog, "fromEdit", "2");
     type(dialog, "toEdit", "7");
     QCOMPARE(dialog.columnsWidth(), (QJsonArray{150, 40}));
-    click(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
     QCOMPARE(dialog.columnsWidth(), (QJsonArray{210, 40}));
     QCOMPARE(dialog.columnsAlign(), (QJsonArray{0, 2}));
@@ -180,11 +170,11 @@ void tst_TableLayoutDialog::cancelKeepsWhatWasGiven()
     dialog.setRowFrom(4);
     dialog.setRowTo(5);
     dialog.show();
-    click(dialog, "buttonAddCol");
+    clickButton(dialog, "buttonAddCol");
     enterWidth(dialog, 0, "99");
     type(dialog, "fromEdit", "8");
     type(dialog, "toEdit", "9");
-    click(dialog, "buttonReject");
+    clickButton(dialog, "buttonReject");
     QCOMPARE(dialog.result(), int(QDialog::Rejected));
     QCOMPARE(dialog.columnsWidth(), QJsonArray{150});
     QCOMPARE(dialog.columnsAlign(), QJsonArray{2});
@@ -196,11 +186,11 @@ void tst_TableLayoutDialog::addedRowIsEmptyAndLeft()
 {
     TableLayoutDialog dialog;
     dialog.setColumns({150}, {2});
-    click(dialog, "buttonAddCol");
+    clickButton(dialog, "buttonAddCol");
     QCOMPARE(table(dialog)->rowCount(), 2);
     QVERIFY(table(dialog)->item(1, 0)->text().isEmpty());
     QCOMPARE(align(dialog, 1)->currentText(), QString("Слева"));
-    click(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.columnsWidth(), (QJsonArray{150, 0}));
     QCOMPARE(dialog.columnsAlign(), (QJsonArray{2, 0}));
 }
@@ -210,11 +200,11 @@ void tst_TableLayoutDialog::deletedRowMakesTheNextCurrent()
     TableLayoutDialog dialog;
     dialog.setColumns({10, 20, 30}, {0, 1, 2});
     table(dialog)->setCurrentCell(1, 0);
-    click(dialog, "buttonRemoveCol");
+    clickButton(dialog, "buttonRemoveCol");
     QCOMPARE(table(dialog)->currentRow(), 1);
     QCOMPARE(table(dialog)->currentColumn(), 0);
     QCOMPARE(table(dialog)->currentItem()->text(), QString("30"));
-    click(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.columnsWidth(), (QJsonArray{10, 30}));
     QCOMPARE(dialog.columnsAlign(), (QJsonArray{0, 2}));
 }
@@ -224,7 +214,7 @@ void tst_TableLayoutDialog::deletingNeedsACurrentRow()
     TableLayoutDialog dialog;
     dialog.setColumns({10}, {0});
     table(dialog)->setCurrentCell(-1, -1);
-    click(dialog, "buttonRemoveCol");
+    clickButton(dialog, "buttonRemoveCol");
     QCOMPARE(table(dialog)->rowCount(), 1);
 }
 
@@ -233,10 +223,10 @@ void tst_TableLayoutDialog::removingAllRowsGivesEmptyArrays()
     TableLayoutDialog dialog;
     dialog.setColumns({10, 20}, {0, 1});
     table(dialog)->setCurrentCell(0, 0);
-    click(dialog, "buttonRemoveCol");
-    click(dialog, "buttonRemoveCol");
+    clickButton(dialog, "buttonRemoveCol");
+    clickButton(dialog, "buttonRemoveCol");
     QCOMPARE(table(dialog)->rowCount(), 0);
-    click(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.columnsWidth(), QJsonArray());
     QCOMPARE(dialog.columnsAlign(), QJsonArray());
 }
@@ -249,7 +239,7 @@ void tst_TableLayoutDialog::textsThatAreNoNumbersGiveZero()
     enterWidth(dialog, 0, "wide");
     type(dialog, "fromEdit", "abc");
     type(dialog, "toEdit", "1.5");
-    click(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.columnsWidth(), QJsonArray{0});
     QCOMPARE(dialog.rowFrom(), 0);
     QCOMPARE(dialog.rowTo(), 0);
@@ -263,7 +253,7 @@ void tst_TableLayoutDialog::openCellEditorIsTaken()
     dialog.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
     typeWidth(dialog, 0, "77");
-    click(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.columnsWidth(), QJsonArray{77});
 }
 

@@ -1,9 +1,6 @@
 #include "DocumentFixture.h"
 
 #include <QJsonDocument>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QtTest>
 
 #include "forms/FormDefinitions.h"
 
@@ -64,47 +61,4 @@ int rowOfTag(const QTableWidget* table, const QString& tag)
         }
     }
     return -1;
-}
-
-void typeIntoCell(QTableWidget* table, int row, int column, const QString& text)
-{
-    const QTableWidgetItem* item = table->item(row, column);
-    table->scrollToItem(item);
-    const QPoint point = table->visualItemRect(item).center();
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, point);
-    QTest::mouseDClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, point);
-    auto* editor = table->viewport()->findChild<QLineEdit*>("", Qt::FindDirectChildrenOnly);
-    QVERIFY(editor);
-    typeInto(editor, text);
-    QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_COMPARE(item->text(), text); // the editor commits from the event loop
-}
-
-void typeLetters(QWidget* editor, const QString& text)
-{
-    for (const QChar letter : text) {
-        if (letter.unicode() < 0x80) {
-            QTest::keyClick(editor, letter.toLatin1());
-        } else {
-            QTest::sendKeyEvent(QTest::Click, editor, Qt::Key_unknown, QString(letter),
-                                Qt::NoModifier);
-        }
-    }
-}
-
-void typeInto(QWidget* editor, const QString& text)
-{
-    auto* line = qobject_cast<QLineEdit*>(editor);
-    if (!line) {
-        line = editor->findChild<QLineEdit*>();
-    }
-    line->setFocus();
-    line->selectAll();
-    QTest::keyClick(line, Qt::Key_Delete);
-    typeLetters(line, text);
-}
-
-void clickButton(const QWidget* window, const QString& name)
-{
-    QTest::mouseClick(named<QPushButton>(window, name), Qt::LeftButton);
 }

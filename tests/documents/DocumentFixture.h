@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include "support/TempApplication.h"
+#include "support/Widgets.h"
 
 /// A field object of a form.
 QJsonObject formField(const QString& tag, const QString& name, int type,
@@ -28,17 +29,6 @@ int addList(TempApplication& app, const QStringList& items);
 /// Row of the content table that shows the entry of this tag; -1 if there is none.
 int rowOfTag(const QTableWidget* table, const QString& tag);
 
-/// Object of a dialog by its name, of this class; a missing one ends the test program.
-template <class Widget>
-Widget* named(const QWidget* window, const QString& name)
-{
-    auto* widget = window->findChild<Widget*>(name);
-    if (!widget) {
-        qFatal("no %s named %s", Widget::staticMetaObject.className(), qPrintable(name));
-    }
-    return widget;
-}
-
 /// Editor in the value column of the entry of this tag; null if it is none of this class.
 template <class Editor>
 Editor* editorOfTag(const QWidget* window, const QString& tag)
@@ -46,17 +36,3 @@ Editor* editorOfTag(const QWidget* window, const QString& tag)
     const auto* table = named<QTableWidget>(window, "contentTable");
     return qobject_cast<Editor*>(table->cellWidget(rowOfTag(table, tag), 1));
 }
-
-/// Types a text into a plain cell of a table as a user does: double click, keys, Enter. The table
-/// must be visible.
-void typeIntoCell(QTableWidget* table, int row, int column, const QString& text);
-
-/// Types a text by keys, in any script: QTest::keyClicks() knows Latin letters only.
-void typeLetters(QWidget* editor, const QString& text);
-
-/// Replaces the text of a line editor, or of the one inside a combo, spin box or date edit, by
-/// keys.
-void typeInto(QWidget* editor, const QString& text);
-
-/// Clicks a push button of the window by its object name.
-void clickButton(const QWidget* window, const QString& name);

@@ -115,14 +115,12 @@ ExportDlg& ExchangeFixture::open()
 
 void ExchangeFixture::click(const char* button)
 {
-    QTest::mouseClick(child<QPushButton>(button), Qt::LeftButton);
+    clickButton(m_dialog.get(), button);
 }
 
 void ExchangeFixture::selectTemplate(int row)
 {
-    auto* table = child<QTableWidget>("templatesWidget");
-    const QRect cell = table->visualItemRect(table->item(row, 0));
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, cell.center());
+    clickRow(child<QTableWidget>("templatesWidget"), row);
 }
 
 QJsonValue workbooks(const QJsonArray& command)

@@ -12,6 +12,7 @@
 
 #include "exchange/ExportDlg.h"
 #include "support/TempApplication.h"
+#include "support/Widgets.h"
 
 /// An application directory with an empty database, and the exchange dialog over it.
 class ExchangeFixture
@@ -43,11 +44,7 @@ public:
     template <class T>
     T* child(const char* name)
     {
-        T* found = m_dialog->findChild<T*>(name);
-        if (!found) {
-            qFatal("no %s", name);
-        }
-        return found;
+        return named<T>(m_dialog.get(), name);
     }
 
     void click(const char* button);

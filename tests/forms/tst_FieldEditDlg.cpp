@@ -13,6 +13,7 @@
 #include "support/LogCatcher.h"
 #include "support/ModalDriver.h"
 #include "support/TempApplication.h"
+#include "support/Widgets.h"
 
 /// The editor of one field of a form.
 class tst_FieldEditDlg : public QObject
@@ -53,29 +54,16 @@ private:
 
 namespace {
 
-template <class T>
-T* child(const QDialog& dialog, const char* name)
-{
-    T* found = dialog.findChild<T*>(name);
-    Q_ASSERT(found);
-    return found;
-}
-
-void press(const QDialog& dialog, const char* button)
-{
-    QTest::mouseClick(child<QPushButton>(dialog, button), Qt::LeftButton);
-}
-
 void type(const QDialog& dialog, const char* edit, const QString& text)
 {
-    auto* line = child<QLineEdit>(dialog, edit);
+    auto* line = named<QLineEdit>(dialog, edit);
     line->clear();
     QTest::keyClicks(line, text);
 }
 
 void chooseType(const QDialog& dialog, int index)
 {
-    auto* combo = child<QComboBox>(dialog, "typeCombo");
+    auto* combo = named<QComboBox>(dialog, "typeCombo");
     combo->setFocus();
     QTest::keyClick(combo, Qt::Key_Home);
     for (int i = 0; i < index; ++i) {
@@ -86,7 +74,7 @@ void chooseType(const QDialog& dialog, int index)
 
 QTableWidget* table(const QDialog& dialog)
 {
-    return child<QTableWidget>(dialog, "tableFieldsWidget");
+    return named<QTableWidget>(dialog, "tableFieldsWidget");
 }
 
 QComboBox* columnType(const QDialog& dialog, int row)
@@ -102,7 +90,7 @@ QPushButton* columnOptions(const QDialog& dialog, int row)
 QJsonObject accepted(FieldEditDlg& dialog)
 {
     dialog.show();
-    press(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     return dialog.field();
 }
 
@@ -132,21 +120,21 @@ void tst_FieldEditDlg::window()
     dialog.show();
     QCOMPARE(dialog.windowTitle(), QString("Поле"));
     QCOMPARE(dialog.size(), QSize(491, 305));
-    QCOMPARE(child<QLineEdit>(dialog, "tagEdit")->placeholderText(), QString("#TAG_NAME"));
-    QCOMPARE(child<QLineEdit>(dialog, "formatEdit")->text(), QString("dd.MM.yyyy"));
-    QVERIFY(!child<QStackedWidget>(dialog, "typeStack")->isVisible());
+    QCOMPARE(named<QLineEdit>(dialog, "tagEdit")->placeholderText(), QString("#TAG_NAME"));
+    QCOMPARE(named<QLineEdit>(dialog, "formatEdit")->text(), QString("dd.MM.yyyy"));
+    QVERIFY(!named<QStackedWidget>(dialog, "typeStack")->isVisible());
     QCOMPARE(table(dialog)->columnCount(), 3);
     QCOMPARE(table(dialog)->columnWidth(0), 270);
-    QCOMPARE(child<QPushButton>(dialog, "buttonAddTableRow")->toolTip(),
+    QCOMPARE(named<QPushButton>(dialog, "buttonAddTableRow")->toolTip(),
              QString("Добавить поле таблицы"));
-    QCOMPARE(child<QPushButton>(dialog, "buttonRemoveTableRow")->toolTip(),
+    QCOMPARE(named<QPushButton>(dialog, "buttonRemoveTableRow")->toolTip(),
              QString("Удалить поле таблицы"));
 }
 
 void tst_FieldEditDlg::typesInKeyOrder()
 {
     FieldEditDlg dialog;
-    const auto* combo = child<QComboBox>(dialog, "typeCombo");
+    const auto* combo = named<QComboBox>(dialog, "typeCombo");
     const QStringList captions{"Строка", "Список", "Счетчик", "Дата", "Таблица", "Текст"};
     QCOMPARE(combo->count(), captions.size());
     for (int i = 0; i < captions.size(); ++i) {
@@ -159,7 +147,7 @@ void tst_FieldEditDlg::stackFollowsTheType()
 {
     FieldEditDlg dialog;
     dialog.show();
-    const auto* stack = child<QStackedWidget>(dialog, "typeStack");
+    const auto* stack = named<QStackedWidget>(dialog, "typeStack");
     const QMap<int, QString> pages{{1, "listPage"}, {3, "datePage"}, {4, "tablePage"}};
     for (int i = 0; i < 6; ++i) {
         chooseType(dialog, i);
@@ -178,7 +166,7 @@ void tst_FieldEditDlg::storesAStringField()
     FieldEditDlg dialog;
     dialog.show();
     type(dialog, "tagEdit", "#SPECIALTY");
-    child<QLineEdit>(dialog, "nameEdit")->setText("Специальность");
+    named<QLineEdit>(dialog, "nameEdit")->setText("Специальность");
     QCOMPARE(accepted(dialog),
              (QJsonObject{{"tag", "#SPECIALTY"}, {"name", "Специальность"}, {"type", 0}}));
 }
@@ -221,7 +209,7 @@ void tst_FieldEditDlg::listFieldStoresANumber()
 {
     FieldEditDlg dialog;
     dialog.setField({{"tag", "#Q"}, {"name", "Квалификация"}, {"type", 1}, {"list", 9}});
-    QCOMPARE(child<QComboBox>(dialog, "listCombo")->currentText(), QString("Предметы"));
+    QCOMPARE(named<QComboBox>(dialog, "listCombo")->currentText(), QString("Предметы"));
     QCOMPARE(accepted(dialog),
              (QJsonObject{{"tag", "#Q"}, {"name", "Квалификация"}, {"type", 1}, {"list", 9}}));
     QVERIFY(dialog.field()["list"].isDouble());
@@ -231,7 +219,7 @@ void tst_FieldEditDlg::deletedListStoresZero()
 {
     FieldEditDlg dialog;
     dialog.setField({{"tag", "#Q"}, {"name", "x"}, {"type", 1}, {"list", 100}});
-    QCOMPARE(child<QComboBox>(dialog, "listCombo")->currentIndex(), -1);
+    QCOMPARE(named<QComboBox>(dialog, "listCombo")->currentIndex(), -1);
     QCOMPARE(accepted(dialog)["list"], QJsonValue(0));
 }
 
@@ -250,7 +238,7 @@ void tst_FieldEditDlg::dateFieldStoresAnyFormat()
 {
     FieldEditDlg dialog;
     dialog.setField({{"tag", "#D"}, {"name", "x"}, {"type", 3}, {"format", "yyyy"}});
-    QCOMPARE(child<QLineEdit>(dialog, "formatEdit")->text(), QString("yyyy"));
+    QCOMPARE(named<QLineEdit>(dialog, "formatEdit")->text(), QString("yyyy"));
     dialog.show();
     type(dialog, "formatEdit", "what?");
     QCOMPARE(accepted(dialog)["format"].toString(), QString("what?"));
@@ -315,14 +303,14 @@ void tst_FieldEditDlg::newRowGoesBehindTheSelectedOne()
     FieldEditDlg dialog;
     dialog.setField(gradesField);
     dialog.show();
-    press(dialog, "buttonAddTableRow");
+    clickButton(dialog, "buttonAddTableRow");
     QCOMPARE(table(dialog)->rowCount(), 3);
     QCOMPARE(table(dialog)->item(2, 0)->text(), QString("column_name"));
     QCOMPARE(columnType(dialog, 2)->currentData().toInt(), 0);
 
     const QRect cell = table(dialog)->visualItemRect(table(dialog)->item(0, 0));
     QTest::mouseClick(table(dialog)->viewport(), Qt::LeftButton, Qt::NoModifier, cell.center());
-    press(dialog, "buttonAddTableRow");
+    clickButton(dialog, "buttonAddTableRow");
     QCOMPARE(table(dialog)->item(1, 0)->text(), QString("column_name"));
     QCOMPARE(table(dialog)->item(2, 0)->text(), QString("Оценка"));
     const QJsonArray content = accepted(dialog)["content"].toArray();
@@ -337,17 +325,17 @@ void tst_FieldEditDlg::removesTheSelectedOrTheLastRow()
     dialog.show();
     const QRect cell = table(dialog)->visualItemRect(table(dialog)->item(0, 0));
     QTest::mouseClick(table(dialog)->viewport(), Qt::LeftButton, Qt::NoModifier, cell.center());
-    press(dialog, "buttonRemoveTableRow");
+    clickButton(dialog, "buttonRemoveTableRow");
     QCOMPARE(table(dialog)->rowCount(), 1);
     QCOMPARE(table(dialog)->item(0, 0)->text(), QString("Оценка"));
 
     dialog.setField(gradesField);
     table(dialog)->clearSelection();
-    press(dialog, "buttonRemoveTableRow");
+    clickButton(dialog, "buttonRemoveTableRow");
     QCOMPARE(table(dialog)->rowCount(), 1);
     QCOMPARE(table(dialog)->item(0, 0)->text(), QString("Предмет"));
-    press(dialog, "buttonRemoveTableRow");
-    press(dialog, "buttonRemoveTableRow");
+    clickButton(dialog, "buttonRemoveTableRow");
+    clickButton(dialog, "buttonRemoveTableRow");
     QCOMPARE(table(dialog)->rowCount(), 0);
 }
 
@@ -358,8 +346,8 @@ void tst_FieldEditDlg::columnSettingsReachTheColumn()
     dialog.show();
     ModalDriver driver;
     driver.expect<TableColumFormDialog>([](TableColumFormDialog* settings) {
-        child<QSpinBox>(*settings, "spinBoxWidthInEditor")->setValue(200);
-        press(*settings, "buttonAccept");
+        named<QSpinBox>(*settings, "spinBoxWidthInEditor")->setValue(200);
+        clickButton(*settings, "buttonAccept");
     });
     QTest::mouseClick(columnOptions(dialog, 0), Qt::LeftButton);
     QVERIFY2(driver.finished(), driver.failures());
@@ -376,8 +364,8 @@ void tst_FieldEditDlg::cancelledColumnSettingsChangeNothing()
     dialog.show();
     ModalDriver driver;
     driver.expect<TableColumFormDialog>([](TableColumFormDialog* settings) {
-        child<QSpinBox>(*settings, "spinBoxWidthInEditor")->setValue(200);
-        press(*settings, "buttonReject");
+        named<QSpinBox>(*settings, "spinBoxWidthInEditor")->setValue(200);
+        clickButton(*settings, "buttonReject");
     });
     QTest::mouseClick(columnOptions(dialog, 0), Qt::LeftButton);
     QVERIFY2(driver.finished(), driver.failures());
@@ -429,7 +417,7 @@ void tst_FieldEditDlg::cancelKeepsTheField()
     dialog.show();
     type(dialog, "tagEdit", "#OTHER");
     chooseType(dialog, 5);
-    press(dialog, "buttonReject");
+    clickButton(dialog, "buttonReject");
     QCOMPARE(dialog.field(), gradesField);
 }
 

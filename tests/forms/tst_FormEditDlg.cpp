@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include "forms/FormEditDlg.h"
+#include "support/Widgets.h"
 
 /// The prompt for the two names of a form.
 class tst_FormEditDlg : public QObject
@@ -24,11 +25,11 @@ void tst_FormEditDlg::window()
     dialog.show();
     QCOMPARE(dialog.windowTitle(), QString("Форма"));
     QCOMPARE(dialog.size(), QSize(575, 119));
-    QCOMPARE(dialog.findChild<QPushButton*>("buttonAccept")->text(), QString("ОК"));
-    QCOMPARE(dialog.findChild<QPushButton*>("buttonAccept")->property("btnRole1").toString(),
+    QCOMPARE(named<QPushButton>(dialog, "buttonAccept")->text(), QString("ОК"));
+    QCOMPARE(named<QPushButton>(dialog, "buttonAccept")->property("btnRole1").toString(),
              QString("accept"));
-    QCOMPARE(dialog.findChild<QPushButton*>("buttonReject")->text(), QString("Отмена"));
-    QCOMPARE(dialog.findChild<QPushButton*>("buttonReject")->property("btnRole1").toString(),
+    QCOMPARE(named<QPushButton>(dialog, "buttonReject")->text(), QString("Отмена"));
+    QCOMPARE(named<QPushButton>(dialog, "buttonReject")->property("btnRole1").toString(),
              QString("reject"));
     QStringList captions;
     for (const QLabel* label : dialog.findChildren<QLabel*>()) {
@@ -43,9 +44,8 @@ void tst_FormEditDlg::settersFillTheEditors()
     FormEditDlg dialog;
     dialog.setFormName("Диплом");
     dialog.setFullName("Диплом о среднем образовании");
-    QCOMPARE(dialog.findChild<QLineEdit*>("typeEdit")->text(), QString("Диплом"));
-    QCOMPARE(dialog.findChild<QLineEdit*>("nameEdit")->text(),
-             QString("Диплом о среднем образовании"));
+    QCOMPARE(named<QLineEdit>(dialog, "typeEdit")->text(), QString("Диплом"));
+    QCOMPARE(named<QLineEdit>(dialog, "nameEdit")->text(), QString("Диплом о среднем образовании"));
 }
 
 void tst_FormEditDlg::namesFollowOnlyOnAccept()
@@ -53,16 +53,16 @@ void tst_FormEditDlg::namesFollowOnlyOnAccept()
     FormEditDlg dialog;
     dialog.setFormName("старое");
     dialog.show();
-    auto* edit = dialog.findChild<QLineEdit*>("typeEdit");
+    auto* edit = named<QLineEdit>(dialog, "typeEdit");
     edit->selectAll();
     QTest::keyClicks(edit, "new");
     QCOMPARE(dialog.formName(), QString("старое"));
-    QTest::mouseClick(dialog.findChild<QPushButton*>("buttonReject"), Qt::LeftButton);
+    clickButton(dialog, "buttonReject");
     QCOMPARE(dialog.result(), int(QDialog::Rejected));
     QCOMPARE(dialog.formName(), QString("старое"));
 
     dialog.show();
-    QTest::mouseClick(dialog.findChild<QPushButton*>("buttonAccept"), Qt::LeftButton);
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
     QCOMPARE(dialog.formName(), QString("new"));
 }
@@ -73,9 +73,9 @@ void tst_FormEditDlg::emptyNamesPass()
     dialog.setFormName("a");
     dialog.setFullName("b");
     dialog.show();
-    dialog.findChild<QLineEdit*>("typeEdit")->clear();
-    dialog.findChild<QLineEdit*>("nameEdit")->clear();
-    QTest::mouseClick(dialog.findChild<QPushButton*>("buttonAccept"), Qt::LeftButton);
+    named<QLineEdit>(dialog, "typeEdit")->clear();
+    named<QLineEdit>(dialog, "nameEdit")->clear();
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
     QCOMPARE(dialog.formName(), QString());
     QCOMPARE(dialog.fullName(), QString());

@@ -18,6 +18,7 @@
 #include "support/ModalDriver.h"
 #include "support/Process.h"
 #include "support/TempApplication.h"
+#include "support/Widgets.h"
 
 /// The manager of document forms and value lists.
 class tst_FormsDlg : public QObject
@@ -74,72 +75,24 @@ private:
 
 namespace {
 
-template <class T>
-T* child(const QWidget& dialog, const char* name)
-{
-    T* found = dialog.findChild<T*>(name);
-    Q_ASSERT(found);
-    return found;
-}
-
 QTableWidget* table(const QWidget& dialog, const char* name)
 {
-    return child<QTableWidget>(dialog, name);
-}
-
-void press(const QWidget& dialog, const char* button)
-{
-    QTest::mouseClick(child<QPushButton>(dialog, button), Qt::LeftButton);
-}
-
-void click(QTableWidget* widget, int row)
-{
-    QTest::mouseClick(widget->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      widget->visualItemRect(widget->item(row, 0)).center());
-}
-
-void doubleClick(QTableWidget* widget, int row)
-{
-    click(widget, row);
-    QTest::mouseDClick(widget->viewport(), Qt::LeftButton, Qt::NoModifier,
-                       widget->visualItemRect(widget->item(row, 0)).center());
-}
-
-/// Edits a cell in place as a user does: double click, new text, Enter.
-void editInPlace(QTableWidget* widget, int row, const QString& text)
-{
-    doubleClick(widget, row);
-    auto* editor = widget->viewport()->findChild<QLineEdit*>();
-    QVERIFY(editor);
-    editor->setText(text);
-    QTest::keyClick(editor, Qt::Key_Return);
-    // The editor's text is committed, and the editor deleted, once the key has been handled.
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-QStringList column(const QTableWidget* widget, int index)
-{
-    QStringList texts;
-    for (int row = 0; row < widget->rowCount(); ++row) {
-        texts << widget->item(row, index)->text();
-    }
-    return texts;
+    return named<QTableWidget>(dialog, name);
 }
 
 void showTab(FormsDlg& dialog, int index)
 {
     dialog.show();
-    child<QTabWidget>(dialog, "mainTab")->setCurrentIndex(index);
+    named<QTabWidget>(dialog, "mainTab")->setCurrentIndex(index);
 }
 
 /// Fills the form prompt and accepts it.
 void answerForm(ModalDriver& driver, const QString& type, const QString& name)
 {
     driver.expect<FormEditDlg>([=](FormEditDlg* prompt) {
-        child<QLineEdit>(*prompt, "typeEdit")->setText(type);
-        child<QLineEdit>(*prompt, "nameEdit")->setText(name);
-        press(*prompt, "buttonAccept");
+        named<QLineEdit>(*prompt, "typeEdit")->setText(type);
+        named<QLineEdit>(*prompt, "nameEdit")->setText(name);
+        clickButton(*prompt, "buttonAccept");
     });
 }
 
@@ -148,13 +101,13 @@ void answerField(ModalDriver& driver, const QString& tag, const QString& name, i
                  const std::function<void(FieldEditDlg*)>& more = nullptr)
 {
     driver.expect<FieldEditDlg>([=](FieldEditDlg* field) {
-        child<QLineEdit>(*field, "tagEdit")->setText(tag);
-        child<QLineEdit>(*field, "nameEdit")->setText(name);
-        child<QComboBox>(*field, "typeCombo")->setCurrentIndex(type);
+        named<QLineEdit>(*field, "tagEdit")->setText(tag);
+        named<QLineEdit>(*field, "nameEdit")->setText(name);
+        named<QComboBox>(*field, "typeCombo")->setCurrentIndex(type);
         if (more) {
             more(field);
         }
-        press(*field, "buttonAccept");
+        clickButton(*field, "buttonAccept");
     });
 }
 
@@ -193,7 +146,7 @@ void tst_FormsDlg::window()
     dialog.show();
     QCOMPARE(dialog.windowTitle(), QString("Формы и списки"));
     QCOMPARE(dialog.size(), QSize(822, 442));
-    const auto* tabs = child<QTabWidget>(dialog, "mainTab");
+    const auto* tabs = named<QTabWidget>(dialog, "mainTab");
     QCOMPARE(tabs->styleSheet(), QString("QTabBar::tab \n{\n\tmin-width: 90px;\n}"));
     QCOMPARE(tabs->widget(0)->objectName(), QString("formsTab"));
     QCOMPARE(tabs->tabText(0), QString("Формы"));
@@ -205,7 +158,7 @@ void tst_FormsDlg::window()
                                        {"addListBtn", ""},     {"delListBtn", "DEL"},
                                        {"listItemAddBtn", ""}, {"listItemDelBtn", "..."}};
     for (auto text = texts.begin(); text != texts.end(); ++text) {
-        const auto* button = child<QPushButton>(dialog, qPrintable(text.key()));
+        const auto* button = named<QPushButton>(dialog, text.key());
         QCOMPARE(button->text(), text.value());
         QCOMPARE(button->property("btnRole1").toString(), QString("whiteButton"));
     }
@@ -223,22 +176,22 @@ void tst_FormsDlg::window()
         QCOMPARE(table(dialog, name)->selectionMode(), QAbstractItemView::SingleSelection);
         QCOMPARE(table(dialog, name)->selectionBehavior(), QAbstractItemView::SelectRows);
     }
-    press(dialog, "buttonReject");
+    clickButton(dialog, "buttonReject");
     QCOMPARE(dialog.result(), int(QDialog::Rejected));
     dialog.show();
-    press(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
 }
 
 void tst_FormsDlg::opensWithMastersOnly()
 {
     FormsDlg dialog;
-    QCOMPARE(column(table(dialog, "formsWidget"), 0),
+    QCOMPARE(columnTexts(table(dialog, "formsWidget"), 0),
              (QStringList{"Аттестат", "Диплом", "Справка"}));
     QCOMPARE(table(dialog, "formsWidget")->item(1, 1)->text(),
              QString("Диплом о профессиональном образовании"));
     QCOMPARE(table(dialog, "formsWidget")->item(1, 0)->data(Qt::UserRole).toInt(), 5);
-    QCOMPARE(column(table(dialog, "listsWidget"), 0), (QStringList{"Оценки", "Пустой"}));
+    QCOMPARE(columnTexts(table(dialog, "listsWidget"), 0), (QStringList{"Оценки", "Пустой"}));
     QCOMPARE(table(dialog, "listsWidget")->item(0, 0)->data(Qt::UserRole).toInt(), 7);
     QCOMPARE(table(dialog, "fieldsWidget")->rowCount(), 0);
     QCOMPARE(table(dialog, "itemsWidget")->rowCount(), 0);
@@ -261,7 +214,7 @@ void tst_FormsDlg::addForm()
     dialog.show();
     ModalDriver driver;
     answerForm(driver, "Сертификат", "Сертификат о прохождении курса 'А'");
-    press(dialog, "addFrmBtn");
+    clickButton(dialog, "addFrmBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QTableWidget* forms = table(dialog, "formsWidget");
     QCOMPARE(forms->rowCount(), 4);
@@ -282,8 +235,8 @@ void tst_FormsDlg::cancelledAddFormChangesNothing()
     FormsDlg dialog;
     dialog.show();
     ModalDriver driver;
-    driver.expect<FormEditDlg>([](FormEditDlg* prompt) { press(*prompt, "buttonReject"); });
-    press(dialog, "addFrmBtn");
+    driver.expect<FormEditDlg>([](FormEditDlg* prompt) { clickButton(*prompt, "buttonReject"); });
+    clickButton(dialog, "addFrmBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(table(dialog, "formsWidget")->rowCount(), 3);
     QCOMPARE(m_app->dump(), before);
@@ -295,14 +248,14 @@ void tst_FormsDlg::editForm()
     dialog.show();
     ModalDriver driver;
     driver.expect<FormEditDlg>([](FormEditDlg* prompt) {
-        QCOMPARE(child<QLineEdit>(*prompt, "typeEdit")->text(), QString("Диплом"));
-        QCOMPARE(child<QLineEdit>(*prompt, "nameEdit")->text(),
+        QCOMPARE(named<QLineEdit>(*prompt, "typeEdit")->text(), QString("Диплом"));
+        QCOMPARE(named<QLineEdit>(*prompt, "nameEdit")->text(),
                  QString("Диплом о профессиональном образовании"));
-        child<QLineEdit>(*prompt, "typeEdit")->setText("Диплом СПО");
-        child<QLineEdit>(*prompt, "nameEdit")->setText("");
-        press(*prompt, "buttonAccept");
+        named<QLineEdit>(*prompt, "typeEdit")->setText("Диплом СПО");
+        named<QLineEdit>(*prompt, "nameEdit")->setText("");
+        clickButton(*prompt, "buttonAccept");
     });
-    doubleClick(table(dialog, "formsWidget"), 1);
+    doubleClickRow(table(dialog, "formsWidget"), 1);
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(table(dialog, "formsWidget")->item(1, 0)->text(), QString("Диплом СПО"));
     QCOMPARE(table(dialog, "formsWidget")->item(1, 1)->text(), QString());
@@ -318,13 +271,13 @@ void tst_FormsDlg::deleteFormSelectsTheNext()
     FormsDlg dialog;
     dialog.show();
     QTableWidget* forms = table(dialog, "formsWidget");
-    click(forms, 0);
+    clickRow(forms, 0);
     QCOMPARE(table(dialog, "fieldsWidget")->rowCount(), 2);
     ModalDriver driver;
     driver.expectMessage("Zelvora", "Удалить форму?", "Да");
-    press(dialog, "delFrmBtn");
+    clickButton(dialog, "delFrmBtn");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(column(forms, 0), (QStringList{"Диплом", "Справка"}));
+    QCOMPARE(columnTexts(forms, 0), (QStringList{"Диплом", "Справка"}));
     QCOMPARE(forms->currentRow(), 0);
     QVERIFY(forms->item(0, 0)->isSelected());
     QCOMPARE(table(dialog, "fieldsWidget")->rowCount(), 0);
@@ -335,12 +288,12 @@ void tst_FormsDlg::deleteFormAskedAndDenied()
 {
     FormsDlg dialog;
     dialog.show();
-    press(dialog, "delFrmBtn"); // nothing is current: no question
-    click(table(dialog, "formsWidget"), 0);
+    clickButton(dialog, "delFrmBtn"); // nothing is current: no question
+    clickRow(table(dialog, "formsWidget"), 0);
     const QByteArray before = m_app->dump();
     ModalDriver driver;
     driver.expectMessage("Zelvora", "Удалить форму?", "Нет");
-    press(dialog, "delFrmBtn");
+    clickButton(dialog, "delFrmBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(table(dialog, "formsWidget")->rowCount(), 3);
     QCOMPARE(m_app->dump(), before);
@@ -352,10 +305,10 @@ void tst_FormsDlg::deletedFormLeavesDocuments()
     m_app->exec("INSERT INTO blanks (NAME, FORM_ID) VALUES ('Бланк', 3)");
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
     ModalDriver driver;
     driver.expectMessage("Zelvora", "Удалить форму?", "Да");
-    press(dialog, "delFrmBtn");
+    clickButton(dialog, "delFrmBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(m_app->value("SELECT DOC_TYPE FROM docs").toInt(), 3);
     QCOMPARE(m_app->value("SELECT FORM_ID FROM blanks").toInt(), 3);
@@ -366,16 +319,16 @@ void tst_FormsDlg::deletedLastForm()
     m_app->exec("DELETE FROM forms WHERE ID <> 3");
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
     ModalDriver driver;
     driver.expectMessage("Zelvora", "Удалить форму?", "Да");
-    press(dialog, "delFrmBtn");
+    clickButton(dialog, "delFrmBtn");
     QCOMPARE(table(dialog, "formsWidget")->rowCount(), 0);
     QCOMPARE(table(dialog, "fieldsWidget")->rowCount(), 2);
 
     LogCatcher log;
     answerField(driver, "#C", "Третье", 0);
-    press(dialog, "fldAddBtn");
+    clickButton(dialog, "fldAddBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(log.count("Not an object!"), 1);
     QCOMPARE(table(dialog, "fieldsWidget")->rowCount(), 2);
@@ -385,25 +338,25 @@ void tst_FormsDlg::failedFormWrites()
 {
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
     m_app->exec("ALTER TABLE forms RENAME TO gone");
     LogCatcher log;
     ModalDriver driver;
     answerForm(driver, "Новая", "");
-    press(dialog, "addFrmBtn");
+    clickButton(dialog, "addFrmBtn");
     QCOMPARE(log.count("error insert into forms "), 1);
     driver.expectMessage("Zelvora", "Удалить форму?", "Да");
-    press(dialog, "delFrmBtn");
+    clickButton(dialog, "delFrmBtn");
     QCOMPARE(log.count("error delete from forms "), 1);
     answerForm(driver, "Новая", "");
-    doubleClick(table(dialog, "formsWidget"), 0);
+    doubleClickRow(table(dialog, "formsWidget"), 0);
     QCOMPARE(log.count("error update into forms "), 1);
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(log.count("no such table"), 3);
-    QCOMPARE(column(table(dialog, "formsWidget"), 0),
+    QCOMPARE(columnTexts(table(dialog, "formsWidget"), 0),
              (QStringList{"Аттестат", "Диплом", "Справка"}));
 
-    click(table(dialog, "formsWidget"), 1);
+    clickRow(table(dialog, "formsWidget"), 1);
     QCOMPARE(log.count("Unable to execute select query"), 1);
     QCOMPARE(table(dialog, "fieldsWidget")->rowCount(), 2);
 }
@@ -412,11 +365,11 @@ void tst_FormsDlg::drawsFields()
 {
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
     QTableWidget* fields = table(dialog, "fieldsWidget");
-    QCOMPARE(column(fields, 0), (QStringList{"#A", "#B"}));
-    QCOMPARE(column(fields, 1), (QStringList{"Первое", "Второе"}));
-    QCOMPARE(column(fields, 2), (QStringList{"Строка", ""}));
+    QCOMPARE(columnTexts(fields, 0), (QStringList{"#A", "#B"}));
+    QCOMPARE(columnTexts(fields, 1), (QStringList{"Первое", "Второе"}));
+    QCOMPARE(columnTexts(fields, 2), (QStringList{"Строка", ""}));
     QCOMPARE(fields->item(1, 0)->data(Qt::UserRole).toInt(), 1);
     QCOMPARE(fields->item(1, 2)->data(Qt::UserRole).toInt(), 9);
 }
@@ -425,12 +378,12 @@ void tst_FormsDlg::addFieldGoesLast()
 {
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
     ModalDriver driver;
     answerField(driver, "#c", "Третье", 5);
-    press(dialog, "fldAddBtn");
+    clickButton(dialog, "fldAddBtn");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(column(table(dialog, "fieldsWidget"), 0), (QStringList{"#A", "#B", "#C"}));
+    QCOMPARE(columnTexts(table(dialog, "fieldsWidget"), 0), (QStringList{"#A", "#B", "#C"}));
     QCOMPARE(m_app->value("SELECT typeof(FIELDS) FROM forms WHERE ID = 3").toString(),
              QString("blob"));
     const QByteArray stored = storedFields(3).toUtf8();
@@ -443,16 +396,16 @@ void tst_FormsDlg::editFieldReplaces()
 {
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
     ModalDriver driver;
     driver.expect<FieldEditDlg>([](FieldEditDlg* field) {
-        QCOMPARE(child<QLineEdit>(*field, "tagEdit")->text(), QString("#A"));
-        child<QLineEdit>(*field, "nameEdit")->setText("Иначе");
-        press(*field, "buttonAccept");
+        QCOMPARE(named<QLineEdit>(*field, "tagEdit")->text(), QString("#A"));
+        named<QLineEdit>(*field, "nameEdit")->setText("Иначе");
+        clickButton(*field, "buttonAccept");
     });
-    doubleClick(table(dialog, "fieldsWidget"), 0);
+    doubleClickRow(table(dialog, "fieldsWidget"), 0);
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(column(table(dialog, "fieldsWidget"), 1), (QStringList{"Иначе", "Второе"}));
+    QCOMPARE(columnTexts(table(dialog, "fieldsWidget"), 1), (QStringList{"Иначе", "Второе"}));
     const QJsonArray fields =
         QJsonDocument::fromJson(storedFields(3).toUtf8()).object()["fields"].toArray();
     QCOMPARE(fields[0].toObject()["name"].toString(), QString("Иначе"));
@@ -463,33 +416,33 @@ void tst_FormsDlg::cancelledEditFieldChangesNothing()
 {
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
     const QByteArray before = m_app->dump();
     ModalDriver driver;
     driver.expect<FieldEditDlg>([](FieldEditDlg* field) {
-        child<QLineEdit>(*field, "nameEdit")->setText("Иначе");
-        press(*field, "buttonReject");
+        named<QLineEdit>(*field, "nameEdit")->setText("Иначе");
+        clickButton(*field, "buttonReject");
     });
-    doubleClick(table(dialog, "fieldsWidget"), 0);
+    doubleClickRow(table(dialog, "fieldsWidget"), 0);
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(m_app->dump(), before);
-    QCOMPARE(column(table(dialog, "fieldsWidget"), 1), (QStringList{"Первое", "Второе"}));
+    QCOMPARE(columnTexts(table(dialog, "fieldsWidget"), 1), (QStringList{"Первое", "Второе"}));
 }
 
 void tst_FormsDlg::deleteFieldShiftsPositions()
 {
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
     QTableWidget* fields = table(dialog, "fieldsWidget");
-    press(dialog, "fldDelBtn"); // nothing is current
+    clickButton(dialog, "fldDelBtn"); // nothing is current
     QCOMPARE(fields->rowCount(), 2);
-    click(fields, 0);
-    press(dialog, "fldDelBtn");
-    QCOMPARE(column(fields, 0), QStringList{"#B"});
+    clickRow(fields, 0);
+    clickButton(dialog, "fldDelBtn");
+    QCOMPARE(columnTexts(fields, 0), QStringList{"#B"});
     QCOMPARE(fields->item(0, 0)->data(Qt::UserRole).toInt(), 0);
-    click(fields, 0);
-    press(dialog, "fldDelBtn");
+    clickRow(fields, 0);
+    clickButton(dialog, "fldDelBtn");
     QCOMPARE(fields->rowCount(), 0);
     QCOMPARE(QJsonDocument::fromJson(storedFields(3).toUtf8()).object(),
              (QJsonObject{{"fields", QJsonArray()}}));
@@ -503,7 +456,7 @@ void tst_FormsDlg::addFieldWithoutAForm()
     LogCatcher log;
     ModalDriver driver;
     answerField(driver, "#C", "Третье", 0);
-    press(dialog, "fldAddBtn");
+    clickButton(dialog, "fldAddBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(log.count("Unable to execute select fields query"), 1);
     QVERIFY(log.contains("syntax error"));
@@ -514,25 +467,25 @@ void tst_FormsDlg::fieldOperationsOnBrokenJson()
 {
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
     m_app->exec("UPDATE forms SET FIELDS = '[1, 2' WHERE ID = 3");
     const QByteArray before = m_app->dump();
     QTableWidget* fields = table(dialog, "fieldsWidget");
     LogCatcher log;
     ModalDriver driver;
     answerField(driver, "#C", "Третье", 0);
-    press(dialog, "fldAddBtn");
+    clickButton(dialog, "fldAddBtn");
     QCOMPARE(log.count("Not an object!"), 1);
-    doubleClick(fields, 0); // stops before its dialog
+    doubleClickRow(fields, 0); // stops before its dialog
     QCOMPARE(log.count("Not an object!"), 2);
-    press(dialog, "fldDelBtn");
+    clickButton(dialog, "fldDelBtn");
     QCOMPARE(log.count("not an object!"), 1);
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(m_app->dump(), before);
     QCOMPARE(fields->rowCount(), 2);
 
-    click(table(dialog, "formsWidget"), 1);
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 1);
+    clickRow(table(dialog, "formsWidget"), 0);
     QCOMPARE(fields->rowCount(), 0);
     QCOMPARE(m_app->dump(), before);
 }
@@ -541,21 +494,21 @@ void tst_FormsDlg::failedFieldWrites()
 {
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
     m_app->exec("CREATE TRIGGER refuse BEFORE UPDATE ON forms BEGIN "
                 "SELECT RAISE(ABORT, 'refused'); END");
     const QByteArray before = m_app->dump();
     LogCatcher log;
     ModalDriver driver;
     answerField(driver, "#C", "Третье", 0);
-    press(dialog, "fldAddBtn");
+    clickButton(dialog, "fldAddBtn");
     answerField(driver, "#A", "Иначе", 0);
-    doubleClick(table(dialog, "fieldsWidget"), 0);
-    press(dialog, "fldDelBtn");
+    doubleClickRow(table(dialog, "fieldsWidget"), 0);
+    clickButton(dialog, "fldDelBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(log.count("error update forms fields"), 3);
     QCOMPARE(log.count("refused"), 3);
-    QCOMPARE(column(table(dialog, "fieldsWidget"), 1), (QStringList{"Первое", "Второе"}));
+    QCOMPARE(columnTexts(table(dialog, "fieldsWidget"), 1), (QStringList{"Первое", "Второе"}));
     QCOMPARE(m_app->dump(), before);
 }
 
@@ -564,18 +517,19 @@ void tst_FormsDlg::readsBytesAsWellAsText()
     m_app->exec("UPDATE forms SET FIELDS = ? WHERE ID = 3", {QByteArray(twoFields)});
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
-    QCOMPARE(column(table(dialog, "fieldsWidget"), 1), (QStringList{"Первое", "Второе"}));
+    clickRow(table(dialog, "formsWidget"), 0);
+    QCOMPARE(columnTexts(table(dialog, "fieldsWidget"), 1), (QStringList{"Первое", "Второе"}));
 }
 
 void tst_FormsDlg::addList()
 {
     FormsDlg dialog;
     showTab(dialog, 1);
-    press(dialog, "addListBtn");
-    press(dialog, "addListBtn");
+    clickButton(dialog, "addListBtn");
+    clickButton(dialog, "addListBtn");
     QTableWidget* lists = table(dialog, "listsWidget");
-    QCOMPARE(column(lists, 0), (QStringList{"Оценки", "Пустой", "Новый список", "Новый список"}));
+    QCOMPARE(columnTexts(lists, 0),
+             (QStringList{"Оценки", "Пустой", "Новый список", "Новый список"}));
     const int id = lists->item(3, 0)->data(Qt::UserRole).toInt();
     QCOMPARE(m_app->value("SELECT LIST_NAME FROM lists WHERE ID = ?", {id}).toString(),
              QString("Новый список"));
@@ -587,15 +541,15 @@ void tst_FormsDlg::editListInPlace()
 {
     FormsDlg dialog;
     showTab(dialog, 1);
-    editInPlace(table(dialog, "listsWidget"), 1, "Не пустой");
+    typeIntoCell(table(dialog, "listsWidget"), 1, 0, "Не пустой");
     QCOMPARE(m_app->value("SELECT LIST_NAME FROM lists WHERE ID = 8").toString(),
              QString("Не пустой"));
-    editInPlace(table(dialog, "listsWidget"), 1, "");
+    typeIntoCell(table(dialog, "listsWidget"), 1, 0, "");
     QCOMPARE(m_app->value("SELECT LIST_NAME FROM lists WHERE ID = 8").toString(), QString(""));
     QCOMPARE(m_app->value("SELECT LIST_NAME FROM lists WHERE ID = 7").toString(),
              QString("Оценки"));
     // A new list next to a current one renames nothing.
-    press(dialog, "addListBtn");
+    clickButton(dialog, "addListBtn");
     QCOMPARE(m_app->value("SELECT LIST_NAME FROM lists WHERE ID = 8").toString(), QString(""));
 }
 
@@ -604,16 +558,16 @@ void tst_FormsDlg::deleteList()
     FormsDlg dialog;
     showTab(dialog, 1);
     QTableWidget* lists = table(dialog, "listsWidget");
-    click(lists, 0);
+    clickRow(lists, 0);
     QCOMPARE(table(dialog, "itemsWidget")->rowCount(), 3);
     ModalDriver driver;
     driver.expectMessage("Zelvora", "Удалить список?", "Нет");
-    press(dialog, "delListBtn");
+    clickButton(dialog, "delListBtn");
     QCOMPARE(lists->rowCount(), 2);
     driver.expectMessage("Zelvora", "Удалить список?", "Да");
-    press(dialog, "delListBtn");
+    clickButton(dialog, "delListBtn");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(column(lists, 0), QStringList{"Пустой"});
+    QCOMPARE(columnTexts(lists, 0), QStringList{"Пустой"});
     QCOMPARE(lists->currentRow(), 0);
     QCOMPARE(table(dialog, "itemsWidget")->rowCount(), 0);
     QCOMPARE(m_app->value("SELECT group_concat(ID) FROM lists").toString(), QString("8"));
@@ -623,19 +577,19 @@ void tst_FormsDlg::failedListWrites()
 {
     FormsDlg dialog;
     showTab(dialog, 1);
-    click(table(dialog, "listsWidget"), 0);
+    clickRow(table(dialog, "listsWidget"), 0);
     m_app->exec("ALTER TABLE lists RENAME TO gone");
     LogCatcher log;
     ModalDriver driver;
-    press(dialog, "addListBtn");
+    clickButton(dialog, "addListBtn");
     QCOMPARE(log.count("error insert into lists"), 1);
     driver.expectMessage("Zelvora", "Удалить список?", "Да");
-    press(dialog, "delListBtn");
+    clickButton(dialog, "delListBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(log.count("error delete from lists "), 1);
-    editInPlace(table(dialog, "listsWidget"), 0, "Иначе");
+    typeIntoCell(table(dialog, "listsWidget"), 0, 0, "Иначе");
     QCOMPARE(log.count("error update into forms "), 1);
-    click(table(dialog, "listsWidget"), 1);
+    clickRow(table(dialog, "listsWidget"), 1);
     QCOMPARE(log.count("Unable to execute select query"), 1);
     QCOMPARE(table(dialog, "itemsWidget")->rowCount(), 3);
     QCOMPARE(table(dialog, "listsWidget")->rowCount(), 2);
@@ -645,10 +599,10 @@ void tst_FormsDlg::addItemTwice()
 {
     FormsDlg dialog;
     showTab(dialog, 1);
-    click(table(dialog, "listsWidget"), 1);
-    press(dialog, "listItemAddBtn");
-    press(dialog, "listItemAddBtn");
-    QCOMPARE(column(table(dialog, "itemsWidget"), 0),
+    clickRow(table(dialog, "listsWidget"), 1);
+    clickButton(dialog, "listItemAddBtn");
+    clickButton(dialog, "listItemAddBtn");
+    QCOMPARE(columnTexts(table(dialog, "itemsWidget"), 0),
              (QStringList{"Новый элемент", "Новый элемент"}));
     const QByteArray stored =
         m_app->value("SELECT LIST_ITEMS FROM lists WHERE ID = 8").toByteArray();
@@ -663,11 +617,11 @@ void tst_FormsDlg::editItemInPlace()
 {
     FormsDlg dialog;
     showTab(dialog, 1);
-    click(table(dialog, "listsWidget"), 0);
-    editInPlace(table(dialog, "itemsWidget"), 2, "удовлетворительно");
-    QCOMPARE(column(table(dialog, "itemsWidget"), 0),
+    clickRow(table(dialog, "listsWidget"), 0);
+    typeIntoCell(table(dialog, "itemsWidget"), 2, 0, "удовлетворительно");
+    QCOMPARE(columnTexts(table(dialog, "itemsWidget"), 0),
              (QStringList{"отлично", "хорошо", "удовлетворительно"}));
-    editInPlace(table(dialog, "itemsWidget"), 0, "");
+    typeIntoCell(table(dialog, "itemsWidget"), 0, 0, "");
     const QByteArray stored =
         m_app->value("SELECT LIST_ITEMS FROM lists WHERE ID = 7").toByteArray();
     QCOMPARE(QJsonDocument::fromJson(stored).object()["items"].toArray(),
@@ -678,15 +632,15 @@ void tst_FormsDlg::deleteItemTwice()
 {
     FormsDlg dialog;
     showTab(dialog, 1);
-    press(dialog, "listItemDelBtn"); // nothing is current
-    click(table(dialog, "listsWidget"), 0);
+    clickButton(dialog, "listItemDelBtn"); // nothing is current
+    clickRow(table(dialog, "listsWidget"), 0);
     QTableWidget* items = table(dialog, "itemsWidget");
-    click(items, 1);
-    press(dialog, "listItemDelBtn");
-    QCOMPARE(column(items, 0), (QStringList{"отлично", "хорошо"}));
+    clickRow(items, 1);
+    clickButton(dialog, "listItemDelBtn");
+    QCOMPARE(columnTexts(items, 0), (QStringList{"отлично", "хорошо"}));
     QCOMPARE(items->item(1, 0)->data(Qt::UserRole).toInt(), 1);
-    press(dialog, "listItemDelBtn");
-    QCOMPARE(column(items, 0), QStringList{"отлично"});
+    clickButton(dialog, "listItemDelBtn");
+    QCOMPARE(columnTexts(items, 0), QStringList{"отлично"});
     const QByteArray stored =
         m_app->value("SELECT LIST_ITEMS FROM lists WHERE ID = 7").toByteArray();
     QCOMPARE(QJsonDocument::fromJson(stored).object()["items"].toArray(), QJsonArray{"отлично"});
@@ -696,16 +650,16 @@ void tst_FormsDlg::itemOperationsOnBrokenJson()
 {
     FormsDlg dialog;
     showTab(dialog, 1);
-    click(table(dialog, "listsWidget"), 0);
-    click(table(dialog, "itemsWidget"), 0);
+    clickRow(table(dialog, "listsWidget"), 0);
+    clickRow(table(dialog, "itemsWidget"), 0);
     m_app->exec("UPDATE lists SET LIST_ITEMS = 'x' WHERE ID = 7");
     const QByteArray before = m_app->dump();
     LogCatcher log;
-    press(dialog, "listItemAddBtn");
+    clickButton(dialog, "listItemAddBtn");
     QCOMPARE(log.count("Not an object!"), 1);
-    editInPlace(table(dialog, "itemsWidget"), 0, "иначе");
+    typeIntoCell(table(dialog, "itemsWidget"), 0, 0, "иначе");
     QCOMPARE(log.count("Not an object!"), 2);
-    press(dialog, "listItemDelBtn");
+    clickButton(dialog, "listItemDelBtn");
     QCOMPARE(log.count("not an object!"), 1);
     QCOMPARE(m_app->dump(), before);
 }
@@ -714,15 +668,15 @@ void tst_FormsDlg::failedItemSelects()
 {
     FormsDlg dialog;
     showTab(dialog, 1);
-    click(table(dialog, "listsWidget"), 0);
-    click(table(dialog, "itemsWidget"), 0);
+    clickRow(table(dialog, "listsWidget"), 0);
+    clickRow(table(dialog, "itemsWidget"), 0);
     m_app->exec("ALTER TABLE lists RENAME TO gone");
     LogCatcher log;
-    press(dialog, "listItemAddBtn");
+    clickButton(dialog, "listItemAddBtn");
     QCOMPARE(log.count("Unable to execute select items query"), 1);
-    editInPlace(table(dialog, "itemsWidget"), 0, "иначе");
+    typeIntoCell(table(dialog, "itemsWidget"), 0, 0, "иначе");
     QCOMPARE(log.count("Unable to execute select lists query"), 1);
-    press(dialog, "listItemDelBtn");
+    clickButton(dialog, "listItemDelBtn");
     QCOMPARE(log.count("Unable to execute select fields query"), 1);
     QCOMPARE(log.count("no such table: lists"), 3);
 }
@@ -731,16 +685,16 @@ void tst_FormsDlg::failedItemWrites()
 {
     FormsDlg dialog;
     showTab(dialog, 1);
-    click(table(dialog, "listsWidget"), 0);
-    click(table(dialog, "itemsWidget"), 0);
+    clickRow(table(dialog, "listsWidget"), 0);
+    clickRow(table(dialog, "itemsWidget"), 0);
     m_app->exec("CREATE TRIGGER refuse BEFORE UPDATE ON lists BEGIN "
                 "SELECT RAISE(ABORT, 'refused'); END");
     LogCatcher log;
-    press(dialog, "listItemAddBtn");
+    clickButton(dialog, "listItemAddBtn");
     QCOMPARE(log.count("error update lists fields"), 1);
-    editInPlace(table(dialog, "itemsWidget"), 0, "иначе");
+    typeIntoCell(table(dialog, "itemsWidget"), 0, 0, "иначе");
     QCOMPARE(log.count("error update forms lists"), 1);
-    press(dialog, "listItemDelBtn");
+    clickButton(dialog, "listItemDelBtn");
     QCOMPARE(log.count("error update list items"), 1);
     QCOMPARE(log.count("refused"), 3);
     QCOMPARE(table(dialog, "itemsWidget")->rowCount(), 3);
@@ -750,13 +704,13 @@ void tst_FormsDlg::tabsAreIndependent()
 {
     FormsDlg dialog;
     dialog.show();
-    click(table(dialog, "formsWidget"), 0);
-    child<QTabWidget>(dialog, "mainTab")->setCurrentIndex(1);
-    click(table(dialog, "listsWidget"), 0);
+    clickRow(table(dialog, "formsWidget"), 0);
+    named<QTabWidget>(dialog, "mainTab")->setCurrentIndex(1);
+    clickRow(table(dialog, "listsWidget"), 0);
     QCOMPARE(table(dialog, "fieldsWidget")->rowCount(), 2);
     QCOMPARE(table(dialog, "formsWidget")->currentRow(), 0);
-    child<QTabWidget>(dialog, "mainTab")->setCurrentIndex(0);
-    click(table(dialog, "formsWidget"), 1);
+    named<QTabWidget>(dialog, "mainTab")->setCurrentIndex(0);
+    clickRow(table(dialog, "formsWidget"), 1);
     QCOMPARE(table(dialog, "itemsWidget")->rowCount(), 3);
     QCOMPARE(table(dialog, "listsWidget")->currentRow(), 0);
 }
@@ -768,43 +722,43 @@ void tst_FormsDlg::workedExampleThroughTheDialogs()
     FormsDlg dialog;
     showTab(dialog, 1);
     QTableWidget* items = table(dialog, "itemsWidget");
-    click(table(dialog, "listsWidget"), 0);
-    editInPlace(items, 2, "удовлетворительно");
+    clickRow(table(dialog, "listsWidget"), 0);
+    typeIntoCell(items, 2, 0, "удовлетворительно");
 
     showTab(dialog, 0);
     ModalDriver driver;
     answerForm(driver, "Аттестат", "Аттестат об образовании");
-    press(dialog, "addFrmBtn");
-    click(table(dialog, "formsWidget"), 0);
+    clickButton(dialog, "addFrmBtn");
+    clickRow(table(dialog, "formsWidget"), 0);
 
     answerField(driver, "#SPECIALTY", "Специальность", 0);
-    press(dialog, "fldAddBtn");
+    clickButton(dialog, "fldAddBtn");
     answerField(driver, "#QUALIFICATION", "Квалификация", 1, [](FieldEditDlg* field) {
-        auto* lists = child<QComboBox>(*field, "listCombo");
+        auto* lists = named<QComboBox>(*field, "listCombo");
         lists->setCurrentIndex(lists->findText("Оценки"));
     });
-    press(dialog, "fldAddBtn");
+    clickButton(dialog, "fldAddBtn");
     answerField(driver, "#PROTOCOL_DATE", "Дата протокола", 3);
-    press(dialog, "fldAddBtn");
+    clickButton(dialog, "fldAddBtn");
     driver.expect<FieldEditDlg>([](FieldEditDlg* field) {
-        child<QLineEdit>(*field, "tagEdit")->setText("#GRADES");
-        child<QLineEdit>(*field, "nameEdit")->setText("Оценки");
-        child<QComboBox>(*field, "typeCombo")->setCurrentIndex(4);
-        press(*field, "buttonAddTableRow");
-        press(*field, "buttonAddTableRow");
+        named<QLineEdit>(*field, "tagEdit")->setText("#GRADES");
+        named<QLineEdit>(*field, "nameEdit")->setText("Оценки");
+        named<QComboBox>(*field, "typeCombo")->setCurrentIndex(4);
+        clickButton(*field, "buttonAddTableRow");
+        clickButton(*field, "buttonAddTableRow");
         QTableWidget* columns = table(*field, "tableFieldsWidget");
-        editInPlace(columns, 0, "Предмет");
-        editInPlace(columns, 1, "Оценка");
+        typeIntoCell(columns, 0, 0, "Предмет");
+        typeIntoCell(columns, 1, 0, "Оценка");
         qobject_cast<QComboBox*>(columns->cellWidget(1, 1))->setCurrentText("Список");
         QTest::mouseClick(columns->cellWidget(1, 2), Qt::LeftButton);
-        press(*field, "buttonAccept");
+        clickButton(*field, "buttonAccept");
     });
     driver.expect<TableColumFormDialog>([](TableColumFormDialog* settings) {
-        child<QSpinBox>(*settings, "spinBoxWidthInEditor")->setValue(60);
-        child<QComboBox>(*settings, "comboBoxList")->setCurrentIndex(1);
-        press(*settings, "buttonAccept");
+        named<QSpinBox>(*settings, "spinBoxWidthInEditor")->setValue(60);
+        named<QComboBox>(*settings, "comboBoxList")->setCurrentIndex(1);
+        clickButton(*settings, "buttonAccept");
     });
-    press(dialog, "fldAddBtn");
+    clickButton(dialog, "fldAddBtn");
     QVERIFY2(driver.finished(), driver.failures());
 
     const ProcessResult check = runPython(R"(

@@ -8,6 +8,7 @@
 #include "store/DataBase.h"
 #include "support/ModalDriver.h"
 #include "support/TempApplication.h"
+#include "support/Widgets.h"
 
 /// Additional settings of one column of a table field.
 class tst_TableColumFormDialog : public QObject
@@ -30,17 +31,12 @@ namespace {
 
 QSpinBox* widthSpin(const QDialog& dialog)
 {
-    return dialog.findChild<QSpinBox*>("spinBoxWidthInEditor");
+    return named<QSpinBox>(dialog, "spinBoxWidthInEditor");
 }
 
 QComboBox* listCombo(const QDialog& dialog)
 {
-    return dialog.findChild<QComboBox*>("comboBoxList");
-}
-
-void press(const QDialog& dialog, const char* button)
-{
-    QTest::mouseClick(dialog.findChild<QPushButton*>(button), Qt::LeftButton);
+    return named<QComboBox>(dialog, "comboBoxList");
 }
 
 } // namespace
@@ -110,7 +106,7 @@ void tst_TableColumFormDialog::acceptStoresStrings()
     widthSpin(dialog)->setValue(120);
     listCombo(dialog)->setFocus();
     QTest::keyClick(listCombo(dialog), Qt::Key_Down);
-    press(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
     QCOMPARE(
         dialog.column(),
@@ -124,7 +120,7 @@ void tst_TableColumFormDialog::noneRemovesTheList()
     TableColumFormDialog dialog(QJsonObject{{"listID", "7"}});
     dialog.show();
     QTest::keyClick(listCombo(dialog), Qt::Key_Up);
-    press(dialog, "buttonAccept");
+    clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.column(), (QJsonObject{{"edtColumnW", "-1"}}));
 }
 
@@ -135,7 +131,7 @@ void tst_TableColumFormDialog::cancelKeepsTheObject()
     TableColumFormDialog dialog(column);
     dialog.show();
     widthSpin(dialog)->setValue(120);
-    press(dialog, "buttonReject");
+    clickButton(dialog, "buttonReject");
     QCOMPARE(dialog.result(), int(QDialog::Rejected));
     QCOMPARE(dialog.column(), column);
 }

@@ -1,0 +1,89 @@
+#include "support/Widgets.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QtTest>
+
+namespace {
+
+QPoint cellCentre(QTableWidget* table, int row, int column)
+{
+    const QTableWidgetItem* item = table->item(row, column);
+    table->scrollToItem(item);
+    return table->visualItemRect(item).center();
+}
+
+void doubleClickCell(QTableWidget* table, int row, int column)
+{
+    const QPoint point = cellCentre(table, row, column);
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, point);
+    QTest::mouseDClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, point);
+}
+
+} // namespace
+
+void clickButton(const QWidget* window, const QString& name)
+{
+    QTest::mouseClick(named<QPushButton>(window, name), Qt::LeftButton);
+}
+
+void clickButton(const QWidget& window, const QString& name)
+{
+    clickButton(&window, name);
+}
+
+void clickRow(QTableWidget* table, int row, Qt::KeyboardModifiers modifiers)
+{
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers, cellCentre(table, row, 0));
+}
+
+void doubleClickRow(QTableWidget* table, int row)
+{
+    doubleClickCell(table, row, 0);
+}
+
+QStringList columnTexts(const QTableWidget* table, int column)
+{
+    QStringList texts;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        texts << table->item(row, column)->text();
+    }
+    return texts;
+}
+
+void typeIntoCell(QTableWidget* table, int row, int column, const QString& text)
+{
+    doubleClickCell(table, row, column);
+    auto* editor = table->viewport()->findChild<QLineEdit*>("", Qt::FindDirectChildrenOnly);
+    QVERIFY(editor);
+    typeInto(editor, text);
+    QTest::keyClick(editor, Qt::Key_Return);
+    // The editor commits from the event loop, and what follows may make the item anew.
+    QTRY_COMPARE(table->item(row, column)->text(), text);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void typeLetters(QWidget* editor, const QString& text)
+{
+    for (const QChar letter : text) {
+        if (letter.unicode() < 0x80) {
+            QTest::keyClick(editor, letter.toLatin1());
+        } else {
+            QTest::sendKeyEvent(QTest::Click, editor, Qt::Key_unknown, QString(letter),
+                                Qt::NoModifier);
+        }
+    }
+}
+
+void typeInto(QWidget* editor, const QString& text)
+{
+    auto* line = qobject_cast<QLineEdit*>(editor);
+    if (!line) {
+        line = editor->findChild<QLineEdit*>();
+    }
+    line->setFocus();
+    line->selectAll();
+    QTest::keyClick(line, Qt::Key_Delete);
+    typeLetters(line, text);
+}
