@@ -193,7 +193,7 @@ bool DataBaseUpdater::crutchFrdoA(const QJsonObject&, QString text)
     if (!query.next()) {
         return true;
     }
-    QJsonParseError parsed;
+    QJsonParseError parsed{};
     QJsonObject form =
         QJsonDocument::fromJson(query.value("FIELDS").toByteArray(), &parsed).object();
     if (parsed.error != QJsonParseError::NoError) {
@@ -251,7 +251,7 @@ bool DataBaseUpdater::updateFormExistDocuments(const QVariant& formId, const QJs
         return failed(update);
     }
     while (documents.next()) {
-        QJsonParseError parsed;
+        QJsonParseError parsed{};
         const QByteArray stored = documents.value("CONTENT").toByteArray();
         const QJsonDocument document = QJsonDocument::fromJson(stored, &parsed);
         if (!document.isObject()) {

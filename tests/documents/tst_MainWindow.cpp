@@ -112,6 +112,7 @@ private slots:
     void hundredThousandDocuments();
 
 private:
+    void filterBy(const QString& name, const QString& group, int type, bool byDates);
     template <class Widget>
     Widget* find(const QString& name) const
     {
@@ -601,6 +602,16 @@ void tst_MainWindow::changedCellKeepsItsPlaceInTheOrder()
     QCOMPARE(list()->item(3, 3)->text(), QString("2025-01-15"));
 }
 
+/// Fills the filter, the two dates apart, and applies it.
+void tst_MainWindow::filterBy(const QString& name, const QString& group, int type, bool byDates)
+{
+    find<QLineEdit>("filterNameEdit")->setText(name);
+    find<QLineEdit>("filterGroupEdit")->setText(group);
+    find<QComboBox>("filterTypeCmb")->setCurrentIndex(type);
+    find<QCheckBox>("dateCheck")->setChecked(byDates);
+    find<QToolButton>("filterApplyBtn")->click();
+}
+
 void tst_MainWindow::filterQueryIsComposed_data()
 {
     QTest::addColumn<QString>("name");
@@ -638,13 +649,9 @@ void tst_MainWindow::filterQueryIsComposed()
     QFETCH(bool, dates);
     addSample();
     open();
-    find<QLineEdit>("filterNameEdit")->setText(name);
-    find<QLineEdit>("filterGroupEdit")->setText(group);
-    find<QComboBox>("filterTypeCmb")->setCurrentIndex(type);
-    find<QCheckBox>("dateCheck")->setChecked(dates);
     find<QDateEdit>("fromDate")->setDate(QDate(2024, 6, 1));
     find<QDateEdit>("toDate")->setDate(QDate(2024, 6, 20));
-    find<QToolButton>("filterApplyBtn")->click();
+    filterBy(name, group, type, dates);
     QTEST(m_window->filterQuery(), "query");
     QVERIFY(list()->isSortingEnabled());
 }
@@ -685,13 +692,9 @@ void tst_MainWindow::filterSelects()
     QFETCH(bool, dates);
     addSample();
     open();
-    find<QLineEdit>("filterNameEdit")->setText(name);
-    find<QLineEdit>("filterGroupEdit")->setText(group);
-    find<QComboBox>("filterTypeCmb")->setCurrentIndex(type);
-    find<QCheckBox>("dateCheck")->setChecked(dates);
     find<QDateEdit>("fromDate")->setDate(QDate(2024, 6, 20));
     find<QDateEdit>("toDate")->setDate(QDate(2024, 6, 21));
-    find<QToolButton>("filterApplyBtn")->click();
+    filterBy(name, group, type, dates);
     QStringList ids;
     for (int row = 0; row < list()->rowCount(); ++row) {
         ids << list()->item(row, 0)->data(Qt::UserRole).toString();

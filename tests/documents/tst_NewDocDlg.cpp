@@ -59,6 +59,20 @@ void choose(const NewDocDlg& dialog, int form)
     typesOf(dialog)->setCurrentIndex(typesOf(dialog)->findData(form));
 }
 
+/// The dialog with a type chosen, over a database with one form without fields.
+struct BegunDocument
+{
+    BegunDocument()
+    {
+        choose(dialog, form);
+        dialog.show();
+    }
+
+    TempApplication app;
+    const int form = addForm(app, "Ф", {});
+    NewDocDlg dialog;
+};
+
 void showTemplates(const NewDocDlg& dialog)
 {
     named<QTabWidget>(&dialog, "newDocTab")->setCurrentIndex(1);
@@ -591,60 +605,49 @@ void tst_NewDocDlg::templateKeepsTableRows()
 
 void tst_NewDocDlg::templateNameRejected()
 {
-    TempApplication app;
-    addForm(app, "Ф", {});
-    NewDocDlg dialog;
-    choose(dialog, 1);
-    dialog.show();
+    BegunDocument begun;
     ModalDriver driver;
     driver.expect<TextValDialog>([&](TextValDialog* prompt) {
-        QCOMPARE(prompt->parentWidget(), &dialog);
+        QCOMPARE(prompt->parentWidget(), &begun.dialog);
         QTest::mouseClick(
             named<QDialogButtonBox>(prompt, "buttonBox")->button(QDialogButtonBox::Cancel),
             Qt::LeftButton);
     });
-    pressTemplateButton(&dialog, "addTemplateBtn");
+    pressTemplateButton(&begun.dialog, "addTemplateBtn");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(readDocs(app).size(), 0);
-    QCOMPARE(templatesOf(dialog)->count(), 0);
+    QCOMPARE(readDocs(begun.app).size(), 0);
+    QCOMPARE(templatesOf(begun.dialog)->count(), 0);
 }
 
 void tst_NewDocDlg::templateConfirmationRejected()
 {
-    TempApplication app;
-    addForm(app, "Ф", {});
-    NewDocDlg dialog;
-    choose(dialog, 1);
-    dialog.show();
+    BegunDocument begun;
     ModalDriver driver;
     expectName(&driver, "Ш");
     driver.expect<DocDialog>([](DocDialog* document) { clickButton(document, "closeButton"); });
-    pressTemplateButton(&dialog, "addTemplateBtn");
+    pressTemplateButton(&begun.dialog, "addTemplateBtn");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(readDocs(app).size(), 0);
-    QCOMPARE(templatesOf(dialog)->count(), 0);
+    QCOMPARE(readDocs(begun.app).size(), 0);
+    QCOMPARE(templatesOf(begun.dialog)->count(), 0);
 }
 
 void tst_NewDocDlg::emptyAndEqualTemplateNames()
 {
-    TempApplication app;
-    addForm(app, "Ф", {});
-    NewDocDlg dialog;
-    choose(dialog, 1);
-    dialog.show();
+    BegunDocument begun;
     ModalDriver driver;
     for (const char* name : {"", "одно имя", "одно имя"}) {
         expectName(&driver, name);
         expectConfirmation(&driver);
-        pressTemplateButton(&dialog, "addTemplateBtn");
+        pressTemplateButton(&begun.dialog, "addTemplateBtn");
     }
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(templatesOf(dialog)->count(), 3);
-    QCOMPARE(templatesOf(dialog)->item(0)->text(), QString());
-    QCOMPARE(templatesOf(dialog)->item(1)->text(), templatesOf(dialog)->item(2)->text());
-    QVERIFY(templatesOf(dialog)->item(1)->data(Qt::UserRole) !=
-            templatesOf(dialog)->item(2)->data(Qt::UserRole));
-    QCOMPARE(readDocs(app).size(), 3);
+    QCOMPARE(templatesOf(begun.dialog)->count(), 3);
+    QCOMPARE(templatesOf(begun.dialog)->item(0)->text(), QString());
+    QCOMPARE(templatesOf(begun.dialog)->item(1)->text(),
+             templatesOf(begun.dialog)->item(2)->text());
+    QVERIFY(templatesOf(begun.dialog)->item(1)->data(Qt::UserRole) !=
+            templatesOf(begun.dialog)->item(2)->data(Qt::UserRole));
+    QCOMPARE(readDocs(begun.app).size(), 3);
 }
 
 void tst_NewDocDlg::apostropheStoresNothing_data()
@@ -721,18 +724,14 @@ void tst_NewDocDlg::savingATemplateKeepsTheEntries()
 
 void tst_NewDocDlg::templateStaysWhenTheDialogIsClosed()
 {
-    TempApplication app;
-    addForm(app, "Ф", {});
-    NewDocDlg dialog;
-    choose(dialog, 1);
-    dialog.show();
+    BegunDocument begun;
     ModalDriver driver;
     expectName(&driver, "Ш");
     expectConfirmation(&driver);
-    pressTemplateButton(&dialog, "addTemplateBtn");
-    clickButton(&dialog, "closeButton");
+    pressTemplateButton(&begun.dialog, "addTemplateBtn");
+    clickButton(&begun.dialog, "closeButton");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(readDocs(app).size(), 1);
+    QCOMPARE(readDocs(begun.app).size(), 1);
     QCOMPARE(templatesOf(NewDocDlg())->count(), 1);
 }
 

@@ -525,7 +525,6 @@ void tst_TableMemoDialog::listNoticeComesOncePerRun()
     ModalDriver driver; // expects nothing more, of either kind, also in another dialog
     TableMemoDialog dialog;
     QVERIFY(dialog.setData(columns, {}));
-    QTest::qWait(10);
     QVERIFY2(driver.finished(), driver.failures());
 }
 

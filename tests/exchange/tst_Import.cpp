@@ -67,6 +67,7 @@ private slots:
 private:
     void chooseForm(int index = 0);
     QString book() const { return m_fixture->app.path("in.xlsx"); }
+    void writePeople(const QStringList& surnames);
     void run(const QStringList& emptyCells = {});
     QStringList rows(const QString& columns = "LNAME");
     QJsonObject content(int id = 1);
@@ -94,6 +95,22 @@ QJsonArray cell(const char* kind, const QJsonValue& value)
 void tst_Import::chooseForm(int index)
 {
     m_fixture->child<QComboBox>("formCombo")->setCurrentIndex(index);
+}
+
+/// Writes a book of complete rows, from row 2 on, and a template and a form to import it by.
+void tst_Import::writePeople(const QStringList& surnames)
+{
+    constexpr int firstRow = 2;
+    QJsonObject cells;
+    int row = firstRow;
+    for (const QString& surname : surnames) {
+        cells["A" + QString::number(row)] = "нет";
+        cells["B" + QString::number(row)] = surname;
+        ++row;
+    }
+    writeCells(book(), cells);
+    m_fixture->addForm("Аттестат");
+    m_fixture->addTemplate("Шаблон", {{"A", "#DUPLICATE"}, {"B", "#LNAME"}}, "", firstRow, row - 1);
 }
 
 /// Imports the book by the first template into the first form, as a user does, with a box for each
@@ -568,14 +585,7 @@ void tst_Import::emptyMapping()
 
 void tst_Import::apostropheStops()
 {
-    m_fixture->addForm("Аттестат");
-    m_fixture->addTemplate("Шаблон", {{"A", "#DUPLICATE"}, {"B", "#LNAME"}}, "", 2, 4);
-    writeCells(book(), {{"A2", "нет"},
-                        {"B2", "Иванов"},
-                        {"A3", "нет"},
-                        {"B3", "О'Нил"},
-                        {"A4", "нет"},
-                        {"B4", "Петров"}});
+    writePeople({"Иванов", "О'Нил", "Петров"});
     LogCatcher log;
     run();
     QCOMPARE(rows(), QStringList{"Иванов"});
@@ -595,14 +605,7 @@ void tst_Import::apostropheInAFormField()
 
 void tst_Import::failedInsert()
 {
-    m_fixture->addForm("Аттестат");
-    m_fixture->addTemplate("Шаблон", {{"A", "#DUPLICATE"}, {"B", "#LNAME"}}, "", 2, 4);
-    writeCells(book(), {{"A2", "нет"},
-                        {"B2", "Иванов"},
-                        {"A3", "нет"},
-                        {"B3", "Петров"},
-                        {"A4", "нет"},
-                        {"B4", "Сидоров"}});
+    writePeople({"Иванов", "Петров", "Сидоров"});
     m_fixture->app.exec("CREATE TRIGGER no BEFORE INSERT ON docs WHEN NEW.LNAME = 'Петров' "
                         "BEGIN SELECT RAISE(ABORT, 'refused'); END;");
     LogCatcher log;

@@ -87,6 +87,18 @@ QPushButton* columnOptions(const QDialog& dialog, int row)
     return qobject_cast<QPushButton*>(table(dialog)->cellWidget(row, 2));
 }
 
+/// Opens the settings of the first column, changes the width and leaves by the button.
+void changeColumnWidth(const QDialog& dialog, const char* button)
+{
+    ModalDriver driver;
+    driver.expect<TableColumFormDialog>([button](TableColumFormDialog* settings) {
+        named<QSpinBox>(*settings, "spinBoxWidthInEditor")->setValue(200);
+        clickButton(*settings, button);
+    });
+    QTest::mouseClick(columnOptions(dialog, 0), Qt::LeftButton);
+    QVERIFY2(driver.finished(), driver.failures());
+}
+
 QJsonObject accepted(FieldEditDlg& dialog)
 {
     dialog.show();
@@ -344,13 +356,7 @@ void tst_FieldEditDlg::columnSettingsReachTheColumn()
     FieldEditDlg dialog;
     dialog.setField(gradesField);
     dialog.show();
-    ModalDriver driver;
-    driver.expect<TableColumFormDialog>([](TableColumFormDialog* settings) {
-        named<QSpinBox>(*settings, "spinBoxWidthInEditor")->setValue(200);
-        clickButton(*settings, "buttonAccept");
-    });
-    QTest::mouseClick(columnOptions(dialog, 0), Qt::LeftButton);
-    QVERIFY2(driver.finished(), driver.failures());
+    changeColumnWidth(dialog, "buttonAccept");
     const QJsonArray content = accepted(dialog)["content"].toArray();
     QCOMPARE(content[0].toObject(),
              (QJsonObject{{"name", "Предмет"}, {"typeID", "0"}, {"edtColumnW", "200"}}));
@@ -362,13 +368,7 @@ void tst_FieldEditDlg::cancelledColumnSettingsChangeNothing()
     FieldEditDlg dialog;
     dialog.setField(gradesField);
     dialog.show();
-    ModalDriver driver;
-    driver.expect<TableColumFormDialog>([](TableColumFormDialog* settings) {
-        named<QSpinBox>(*settings, "spinBoxWidthInEditor")->setValue(200);
-        clickButton(*settings, "buttonReject");
-    });
-    QTest::mouseClick(columnOptions(dialog, 0), Qt::LeftButton);
-    QVERIFY2(driver.finished(), driver.failures());
+    changeColumnWidth(dialog, "buttonReject");
     QCOMPARE(accepted(dialog), gradesField);
 }
 

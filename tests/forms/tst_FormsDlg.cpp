@@ -86,6 +86,20 @@ void showTab(FormsDlg& dialog, int index)
     named<QTabWidget>(dialog, "mainTab")->setCurrentIndex(index);
 }
 
+/// Opens the dialog and makes a form current.
+void showForm(FormsDlg& dialog, int row)
+{
+    dialog.show();
+    clickRow(table(dialog, "formsWidget"), row);
+}
+
+/// Opens the dialog on the lists and makes one of them current.
+void showList(FormsDlg& dialog, int row)
+{
+    showTab(dialog, 1);
+    clickRow(table(dialog, "listsWidget"), row);
+}
+
 /// Fills the form prompt and accepts it.
 void answerForm(ModalDriver& driver, const QString& type, const QString& name)
 {
@@ -304,8 +318,7 @@ void tst_FormsDlg::deletedFormLeavesDocuments()
     m_app->exec("INSERT INTO docs (LNAME, DOC_TYPE, TEMPLATE) VALUES ('Иванов', 3, 0)");
     m_app->exec("INSERT INTO blanks (NAME, FORM_ID) VALUES ('Бланк', 3)");
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     ModalDriver driver;
     driver.expectMessage("Zelvora", "Удалить форму?", "Да");
     clickButton(dialog, "delFrmBtn");
@@ -318,8 +331,7 @@ void tst_FormsDlg::deletedLastForm()
 {
     m_app->exec("DELETE FROM forms WHERE ID <> 3");
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     ModalDriver driver;
     driver.expectMessage("Zelvora", "Удалить форму?", "Да");
     clickButton(dialog, "delFrmBtn");
@@ -337,8 +349,7 @@ void tst_FormsDlg::deletedLastForm()
 void tst_FormsDlg::failedFormWrites()
 {
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     m_app->exec("ALTER TABLE forms RENAME TO gone");
     LogCatcher log;
     ModalDriver driver;
@@ -364,8 +375,7 @@ void tst_FormsDlg::failedFormWrites()
 void tst_FormsDlg::drawsFields()
 {
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     QTableWidget* fields = table(dialog, "fieldsWidget");
     QCOMPARE(columnTexts(fields, 0), (QStringList{"#A", "#B"}));
     QCOMPARE(columnTexts(fields, 1), (QStringList{"Первое", "Второе"}));
@@ -377,8 +387,7 @@ void tst_FormsDlg::drawsFields()
 void tst_FormsDlg::addFieldGoesLast()
 {
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     ModalDriver driver;
     answerField(driver, "#c", "Третье", 5);
     clickButton(dialog, "fldAddBtn");
@@ -395,8 +404,7 @@ void tst_FormsDlg::addFieldGoesLast()
 void tst_FormsDlg::editFieldReplaces()
 {
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     ModalDriver driver;
     driver.expect<FieldEditDlg>([](FieldEditDlg* field) {
         QCOMPARE(named<QLineEdit>(*field, "tagEdit")->text(), QString("#A"));
@@ -415,8 +423,7 @@ void tst_FormsDlg::editFieldReplaces()
 void tst_FormsDlg::cancelledEditFieldChangesNothing()
 {
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     const QByteArray before = m_app->dump();
     ModalDriver driver;
     driver.expect<FieldEditDlg>([](FieldEditDlg* field) {
@@ -432,8 +439,7 @@ void tst_FormsDlg::cancelledEditFieldChangesNothing()
 void tst_FormsDlg::deleteFieldShiftsPositions()
 {
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     QTableWidget* fields = table(dialog, "fieldsWidget");
     clickButton(dialog, "fldDelBtn"); // nothing is current
     QCOMPARE(fields->rowCount(), 2);
@@ -466,8 +472,7 @@ void tst_FormsDlg::addFieldWithoutAForm()
 void tst_FormsDlg::fieldOperationsOnBrokenJson()
 {
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     m_app->exec("UPDATE forms SET FIELDS = '[1, 2' WHERE ID = 3");
     const QByteArray before = m_app->dump();
     QTableWidget* fields = table(dialog, "fieldsWidget");
@@ -493,8 +498,7 @@ void tst_FormsDlg::fieldOperationsOnBrokenJson()
 void tst_FormsDlg::failedFieldWrites()
 {
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     m_app->exec("CREATE TRIGGER refuse BEFORE UPDATE ON forms BEGIN "
                 "SELECT RAISE(ABORT, 'refused'); END");
     const QByteArray before = m_app->dump();
@@ -516,8 +520,7 @@ void tst_FormsDlg::readsBytesAsWellAsText()
 {
     m_app->exec("UPDATE forms SET FIELDS = ? WHERE ID = 3", {QByteArray(twoFields)});
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     QCOMPARE(columnTexts(table(dialog, "fieldsWidget"), 1), (QStringList{"Первое", "Второе"}));
 }
 
@@ -576,8 +579,7 @@ void tst_FormsDlg::deleteList()
 void tst_FormsDlg::failedListWrites()
 {
     FormsDlg dialog;
-    showTab(dialog, 1);
-    clickRow(table(dialog, "listsWidget"), 0);
+    showList(dialog, 0);
     m_app->exec("ALTER TABLE lists RENAME TO gone");
     LogCatcher log;
     ModalDriver driver;
@@ -598,8 +600,7 @@ void tst_FormsDlg::failedListWrites()
 void tst_FormsDlg::addItemTwice()
 {
     FormsDlg dialog;
-    showTab(dialog, 1);
-    clickRow(table(dialog, "listsWidget"), 1);
+    showList(dialog, 1);
     clickButton(dialog, "listItemAddBtn");
     clickButton(dialog, "listItemAddBtn");
     QCOMPARE(columnTexts(table(dialog, "itemsWidget"), 0),
@@ -616,8 +617,7 @@ void tst_FormsDlg::addItemTwice()
 void tst_FormsDlg::editItemInPlace()
 {
     FormsDlg dialog;
-    showTab(dialog, 1);
-    clickRow(table(dialog, "listsWidget"), 0);
+    showList(dialog, 0);
     typeIntoCell(table(dialog, "itemsWidget"), 2, 0, "удовлетворительно");
     QCOMPARE(columnTexts(table(dialog, "itemsWidget"), 0),
              (QStringList{"отлично", "хорошо", "удовлетворительно"}));
@@ -649,8 +649,7 @@ void tst_FormsDlg::deleteItemTwice()
 void tst_FormsDlg::itemOperationsOnBrokenJson()
 {
     FormsDlg dialog;
-    showTab(dialog, 1);
-    clickRow(table(dialog, "listsWidget"), 0);
+    showList(dialog, 0);
     clickRow(table(dialog, "itemsWidget"), 0);
     m_app->exec("UPDATE lists SET LIST_ITEMS = 'x' WHERE ID = 7");
     const QByteArray before = m_app->dump();
@@ -667,8 +666,7 @@ void tst_FormsDlg::itemOperationsOnBrokenJson()
 void tst_FormsDlg::failedItemSelects()
 {
     FormsDlg dialog;
-    showTab(dialog, 1);
-    clickRow(table(dialog, "listsWidget"), 0);
+    showList(dialog, 0);
     clickRow(table(dialog, "itemsWidget"), 0);
     m_app->exec("ALTER TABLE lists RENAME TO gone");
     LogCatcher log;
@@ -684,8 +682,7 @@ void tst_FormsDlg::failedItemSelects()
 void tst_FormsDlg::failedItemWrites()
 {
     FormsDlg dialog;
-    showTab(dialog, 1);
-    clickRow(table(dialog, "listsWidget"), 0);
+    showList(dialog, 0);
     clickRow(table(dialog, "itemsWidget"), 0);
     m_app->exec("CREATE TRIGGER refuse BEFORE UPDATE ON lists BEGIN "
                 "SELECT RAISE(ABORT, 'refused'); END");
@@ -703,8 +700,7 @@ void tst_FormsDlg::failedItemWrites()
 void tst_FormsDlg::tabsAreIndependent()
 {
     FormsDlg dialog;
-    dialog.show();
-    clickRow(table(dialog, "formsWidget"), 0);
+    showForm(dialog, 0);
     named<QTabWidget>(dialog, "mainTab")->setCurrentIndex(1);
     clickRow(table(dialog, "listsWidget"), 0);
     QCOMPARE(table(dialog, "fieldsWidget")->rowCount(), 2);
