@@ -10,10 +10,11 @@
 
 namespace {
 
-// The toolkit's warnings are about windows that are never shown; the log and what is worse stay.
+// The toolkit's warnings and notes are about windows that are never shown and the desktop's
+// folders; the log and what is worse stay.
 void writeLog(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
-    if (type != QtWarningMsg) {
+    if (type != QtWarningMsg && type != QtInfoMsg) {
         std::fprintf(stderr, "%s\n", message.toUtf8().constData());
     }
 }

@@ -12,7 +12,9 @@ QString printProgram()
 QProcessEnvironment noDisplay(const QString& locale)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LANGUAGE"}) {
+    for (const char* name :
+         {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LANGUAGE", "XDG_RUNTIME_DIR"})
+    {
         environment.remove(name);
     }
     environment.insert("LC_ALL", locale);
