@@ -426,7 +426,7 @@ CalibrationSheet::CalibrationSheet(const BlankPaper& paper, const QString& blank
 {
 }
 
-CalibrationSheet::Result CalibrationSheet::print(QPrinter& printer) const
+CalibrationSheet::Result CalibrationSheet::print(QPrinter& printer, QPainter& painter) const
 {
     m_paper.setOn(printer);
     printer.setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter);
@@ -435,7 +435,7 @@ CalibrationSheet::Result CalibrationSheet::print(QPrinter& printer) const
     if (qMin(sheet.width(), sheet.height()) < smallestSide) {
         return Result::PaperTooSmall;
     }
-    QPainter painter;
+    printer.setDocName("Zelvora " + m_blankName);
     if (!painter.begin(&printer)) {
         return Result::PrinterRefused;
     }

@@ -28,8 +28,8 @@ public:
     /// The sheet for the paper of the blank with this name.
     CalibrationSheet(const BlankPaper& paper, const QString& blankName);
 
-    /// Sets the paper, without margins, on the printer and prints the sheet.
-    Result print(QPrinter& printer) const;
+    /// Sets the paper, without margins, on the printer, begins the painter and paints the sheet.
+    Result print(QPrinter& printer, QPainter& painter) const;
 
     /// Paints the sheet with its top left corner at the painter's origin. The painter's unit is the
     /// millimetre, and `sheet` the size of the paper in it, of at least smallestSide each way.

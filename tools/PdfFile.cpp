@@ -60,9 +60,16 @@ bool PdfFile::open()
 
 bool PdfFile::addPage(PrinPreviewDialog& preview)
 {
+    return addPage([&preview](QPrinter& printer, QPainter& painter) {
+        return preview.printPage(printer, painter);
+    });
+}
+
+bool PdfFile::addPage(const Paint& paint)
+{
     // A blank without a paper of its own gets the printer's, not that of the page before.
     m_printer->setPageLayout(m_plainLayout);
-    return preview.printPage(*m_printer, m_painter);
+    return paint(*m_printer, m_painter);
 }
 
 bool PdfFile::commit()

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTemporaryFile>
 
+#include <functional>
 #include <memory>
 
 class PrinPreviewDialog;
@@ -16,6 +17,10 @@ class PrinPreviewDialog;
 class PdfFile
 {
 public:
+    /// Sets the paper on the printer and paints one sheet, for which it begins the painter or, if
+    /// that is active, a new page. False if it can't.
+    using Paint = std::function<bool(QPrinter&, QPainter&)>;
+
     explicit PdfFile(const QString& path);
 
     QString path() const { return m_path; }
@@ -26,6 +31,7 @@ public:
     /// Prints the page that the preview was built with, on a sheet of its own. False if the file
     /// cannot take it.
     bool addPage(PrinPreviewDialog& preview);
+    bool addPage(const Paint& paint);
 
     /// Ends the file, which must have a page, and gives it its name. False if it could not be
     /// written as a whole; a file that had the name is then as it was.

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "tools/FileNamePattern.h"
+#include "tools/PrintOffsets.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -122,13 +123,18 @@ bool PrintOptions::takeReadOffsets(QStringList& arguments)
         return true;
     }
     constexpr int taken = 3;
-    const auto read = [&](int index, double& value) {
-        return readMillimetres(QString(arguments.value(index)).replace(',', '.'), value);
-    };
-    if (!read(place + 1, m_readOffsets.rx()) || !read(place + 2, m_readOffsets.ry())) {
-        return fail("ключу --offsets нужны два числа, в миллиметрах",
-                    "--offsets needs two numbers, in millimetres");
+    QVector<double> values;
+    for (int i = place + 1; i < place + taken; ++i) {
+        const QString text = arguments.value(i);
+        const std::optional<double> value = PrintOffsets::millimetres(text);
+        if (!value) {
+            return fail("ключу --offsets нужны два числа, в миллиметрах",
+                        "--offsets needs two numbers, in millimetres",
+                        text.isEmpty() ? QString() : ": " + text);
+        }
+        values.append(*value);
     }
+    m_readOffsets = QPointF(values[0], values[1]);
     arguments.erase(arguments.begin() + place, arguments.begin() + place + taken);
     m_action = Action::Offsets;
     return true;

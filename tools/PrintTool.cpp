@@ -5,6 +5,7 @@
 #include "app/AppHelpers.h"
 #include "store/DataBase.h"
 #include "store/OrgData.h"
+#include "tools/CalibrationJob.h"
 #include "tools/CheckJob.h"
 #include "tools/JobResult.h"
 #include "tools/PrintJob.h"
@@ -41,15 +42,23 @@ int runAction(const PrintOptions& options, QTextStream& out, QTextStream& err)
     switch (options.action()) {
     case PrintOptions::Action::Print:
         return exitStatus(PrintJob(options, out, err).run());
+    case PrintOptions::Action::Calibration:
+        return exitStatus(CalibrationJob(options, out, err).printSheet());
+    case PrintOptions::Action::Offsets:
+        return exitStatus(CalibrationJob(options, out, err).tellOffsets());
     case PrintOptions::Action::Check:
         return exitStatus(CheckJob(options, out, err).run());
     case PrintOptions::Action::Proof:
-    case PrintOptions::Action::Calibration:
-    case PrintOptions::Action::Offsets:
         break;
     }
     return fail(err,
                 inUserLanguage("это действие пока недоступно", "this action is not available yet"));
+}
+
+/// Offsets for a sheet that no blank names are but a sum.
+bool needsDatabase(const PrintOptions& options)
+{
+    return options.action() != PrintOptions::Action::Offsets || !options.blank().isEmpty();
 }
 
 } // namespace
@@ -77,7 +86,7 @@ int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& er
     } else {
         loadOrgData();
     }
-    if (!dataBase.open()) {
+    if (needsDatabase(options) && !dataBase.open()) {
         return fail(err,
                     inUserLanguage("не удалось открыть базу данных ", "can't open the database ") +
                         appFilePath("docs.db"));

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include <QPainter>
 #include <QPrinter>
 #include <QTemporaryDir>
 
@@ -109,8 +110,10 @@ PdfMeasure tst_CalibrationSheet::print(const BlankPaper& paper, const QString& n
     printer.setOutputFileName(m_dir.filePath("sheet.pdf"));
     // What another job has left on the printer is of no effect.
     printer.setPageMargins(QMarginsF(20, 20, 20, 20), QPageLayout::Millimeter);
+    QPainter painter;
     const bool printed =
-        CalibrationSheet(paper, name).print(printer) == CalibrationSheet::Result::Printed;
+        CalibrationSheet(paper, name).print(printer, painter) == CalibrationSheet::Result::Printed;
+    painter.end();
     return PdfMeasure(printed ? m_dir.filePath("sheet.pdf") : QString(), resolution);
 }
 
@@ -317,8 +320,9 @@ void tst_CalibrationSheet::paperTooSmall()
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(m_dir.filePath("small.pdf"));
+    QPainter painter;
     const BlankPaper paper(PaperOrientation::landscape, PaperFormat::customMm, QSizeF(200, 59));
-    QCOMPARE(CalibrationSheet(paper, "Марка").print(printer),
+    QCOMPARE(CalibrationSheet(paper, "Марка").print(printer, painter),
              CalibrationSheet::Result::PaperTooSmall);
     QVERIFY(!QFile::exists(m_dir.filePath("small.pdf")));
 }
@@ -328,8 +332,9 @@ void tst_CalibrationSheet::printerThatCannotPrint()
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(m_dir.filePath("no/such/folder.pdf"));
+    QPainter painter;
     const BlankPaper paper(PaperOrientation::portrait, PaperFormat::a5, QSizeF(148, 210));
-    QCOMPARE(CalibrationSheet(paper, "Диплом").print(printer),
+    QCOMPARE(CalibrationSheet(paper, "Диплом").print(printer, painter),
              CalibrationSheet::Result::PrinterRefused);
 }
 

@@ -1,0 +1,203 @@
+#include "tools/CalibrationJob.h"
+
+#include <QPainter>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QStringList>
+#include <QTextStream>
+#include <QVariant>
+
+#include <cmath>
+
+#include "blanks/BlankRecord.h"
+#include "tools/CalibrationSheet.h"
+#include "tools/PdfFile.h"
+#include "tools/PrintOffsets.h"
+#include "tools/UserLanguage.h"
+
+namespace {
+
+QString hundredths(double millimetres)
+{
+    const QString text = QString::number(std::abs(millimetres), 'f', 2);
+    return inUserLanguage(QString(text).replace('.', ','), text);
+}
+
+/// An axis of the page: the name of its offset in the settings of a blank, and its two ways.
+struct Axis
+{
+    QString setting;
+    QString forth;
+    QString back;
+
+    QString wayOf(double millimetres) const { return millimetres > 0 ? forth : back; }
+};
+
+Axis horizontal()
+{
+    return {"Смещение печати X", inUserLanguage("вправо", "right"),
+            inUserLanguage("влево", "left")};
+}
+
+Axis vertical()
+{
+    return {"Смещение печати Y", inUserLanguage("вниз", "down"), inUserLanguage("вверх", "up")};
+}
+
+/// "Смещение печати X: 2 mm: moves the print 1.85 mm left, 0.15 mm right remains".
+QString inWords(const PrintOffsets::Offset& offset, const Axis& axis)
+{
+    constexpr double nothing = 0.005; // would be written as 0.00
+    const QString moved =
+        offset.value == 0 ? inUserLanguage("печать не сдвинется", "moves nothing")
+                          : inUserLanguage("сдвинет печать на %1 мм %2", "moves the print %1 mm %2")
+                                .arg(hundredths(offset.moved), axis.wayOf(offset.moved));
+    const QString remaining =
+        std::abs(offset.remaining) < nothing
+            ? inUserLanguage("остатка нет", "nothing remains")
+            : inUserLanguage("остаток %1 мм %2", "%1 mm %2 remains")
+                  .arg(hundredths(offset.remaining), axis.wayOf(offset.remaining));
+    return inUserLanguage("%1: %2 мм — %3, %4", "%1: %2 mm: %3, %4")
+        .arg(axis.setting, QString::number(offset.value), moved, remaining);
+}
+
+} // namespace
+
+CalibrationJob::CalibrationJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
+    : m_options(options)
+    , m_out(out)
+    , m_err(err)
+{
+}
+
+JobResult CalibrationJob::printSheet()
+{
+    const std::optional<Blank> blank = findBlank();
+    if (!blank) {
+        return JobResult::NotDone;
+    }
+    const CalibrationSheet sheet(blank->paper, blank->name);
+    return m_options.target() == PrintOptions::Target::Printer ? printToPrinter(sheet)
+                                                               : printToFile(sheet);
+}
+
+JobResult CalibrationJob::printToFile(const CalibrationSheet& sheet)
+{
+    PdfFile file(m_options.output());
+    CalibrationSheet::Result result = CalibrationSheet::Result::PrinterRefused;
+    const bool isPrinted = file.open() && file.addPage([&](QPrinter& printer, QPainter& painter) {
+        result = sheet.print(printer, painter);
+        return result == CalibrationSheet::Result::Printed;
+    });
+    if (result == CalibrationSheet::Result::PaperTooSmall) {
+        return reportTooSmall();
+    }
+    if (!isPrinted || !file.commit()) {
+        return fail(inUserLanguage("не удалось записать файл ", "can't write the file ") +
+                    file.path());
+    }
+    m_out << file.path() << '\n';
+    return JobResult::Done;
+}
+
+JobResult CalibrationJob::printToPrinter(const CalibrationSheet& sheet)
+{
+    if (!QPrinterInfo::availablePrinterNames().contains(m_options.printer())) {
+        return fail(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer());
+    }
+    QPrinter printer(QPrinterInfo::printerInfo(m_options.printer()), QPrinter::HighResolution);
+    QPainter painter;
+    switch (sheet.print(printer, painter)) {
+    case CalibrationSheet::Result::Printed:
+        return JobResult::Done;
+    case CalibrationSheet::Result::PaperTooSmall:
+        return reportTooSmall();
+    case CalibrationSheet::Result::PrinterRefused:
+        break;
+    }
+    return fail(inUserLanguage("принтер не принял лист", "the printer refused the sheet"));
+}
+
+JobResult CalibrationJob::reportTooSmall()
+{
+    return fail(inUserLanguage("лист бланка меньше %1 мм, шкалы на нём не поместятся",
+                               "the blank's sheet is smaller than %1 mm, too small for scales")
+                    .arg(CalibrationSheet::smallestSide));
+}
+
+JobResult CalibrationJob::tellOffsets()
+{
+    constexpr int width = 297; // millimetres, as of a new blank
+    constexpr int height = 210;
+    std::optional<Blank> blank = Blank{
+        QString(), BlankPaper(PaperOrientation::landscape, PaperFormat::a4, QSizeF(width, height)),
+        QPoint()};
+    if (!m_options.blank().isEmpty()) {
+        blank = findBlank();
+    }
+    if (!blank) {
+        return JobResult::NotDone;
+    }
+    const double unitLength = blank->paper.unitLength();
+    if (unitLength <= 0) {
+        return fail(inUserLanguage("ширина или высота бланка — ноль: ",
+                                   "the blank's width or height is zero: ") +
+                    blank->name);
+    }
+    const PrintOffsets offsets(unitLength);
+    m_out << inWords(offsets.offsetFor(m_options.readOffsets().x()), horizontal()) << '\n'
+          << inWords(offsets.offsetFor(m_options.readOffsets().y()), vertical()) << '\n';
+    if (!blank->offsets.isNull()) {
+        m_out << inUserLanguage("Сейчас у бланка «%1» X %2 мм, Y %3 мм: новые числа заменяют их.",
+                                "The blank \"%1\" has X %2 mm, Y %3 mm now: the new values replace "
+                                "them.")
+                     .arg(blank->name, QString::number(blank->offsets.x()),
+                          QString::number(blank->offsets.y()))
+              << '\n';
+    }
+    return JobResult::Done;
+}
+
+/// The blank with the ID or else the name of the options.
+std::optional<CalibrationJob::Blank> CalibrationJob::findBlank()
+{
+    const QString wanted = m_options.blank();
+    QSqlQuery query;
+    query.setForwardOnly(true);
+    query.prepare("SELECT * FROM blanks WHERE CAST(ID AS TEXT) = ? OR NAME = ? "
+                  "ORDER BY CAST(ID AS TEXT) = ? DESC, ID");
+    for (int i = 0; i < 3; ++i) {
+        query.addBindValue(wanted);
+    }
+    if (!query.exec()) {
+        fail(inUserLanguage("не удалось прочитать бланки: ", "can't read the blanks: ") +
+             query.lastError().text());
+        return std::nullopt;
+    }
+    if (!query.next()) {
+        fail(inUserLanguage("нет бланка ", "there is no blank ") + wanted);
+        return std::nullopt;
+    }
+    const Blank found = {query.value("NAME").toString(), BlankPaper::ofRow(query),
+                         QPoint(query.value("OFFSET_X").toInt(), query.value("OFFSET_Y").toInt())};
+    QStringList ids(query.value("ID").toString());
+    while (ids.first() != wanted && query.next()) {
+        ids << query.value("ID").toString();
+    }
+    if (ids.size() > 1) {
+        // Their paper may differ, and so may the offsets.
+        fail(inUserLanguage("бланков с таким названием несколько, укажите номер: ",
+                            "several blanks have this name, give an ID: ") +
+             ids.join(", "));
+        return std::nullopt;
+    }
+    return found;
+}
+
+JobResult CalibrationJob::fail(const QString& reason)
+{
+    m_err << "zelvora-print: " << reason << '\n';
+    return JobResult::NotDone;
+}
