@@ -1,0 +1,71 @@
+"""The papers in Markdown: every link and picture leads somewhere, every picture of the user guide is
+shown, and every option that the guide names is one of zelvora-print's.
+
+    tst_guide.py SOURCE_DIR ZELVORA_PRINT
+"""
+
+import os
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+LINK = re.compile(r"!?\[[^\]]*\]\(([^)\s]+)\)")
+HEADING = re.compile(r"^#+ +(.*)$", re.MULTILINE)
+FENCE = re.compile(r"^ *```.*?^ *```", re.MULTILINE | re.DOTALL)
+CODE = re.compile(r"`[^`]*`")
+OPTION = re.compile(r"(?<![\w-])--[a-z][a-z-]*")
+
+
+def anchors(text):
+    """The anchors that a Markdown viewer makes of headings."""
+    return {re.sub(r"[^\w\- ]", "", heading.strip().lower()).replace(" ", "-")
+            for heading in HEADING.findall(FENCE.sub("", text))}
+
+
+def broken_links(paper):
+    text = paper.read_text(encoding="utf-8")
+    for target in LINK.findall(FENCE.sub("", text)):
+        if re.match(r"[a-z]+:", target):
+            continue
+        path, _, anchor = target.partition("#")
+        file = paper.parent / path if path else paper
+        if not file.exists():
+            yield f"{paper}: no file {target}"
+        elif anchor and anchor not in anchors(file.read_text(encoding="utf-8")):
+            yield f"{paper}: no heading {target}"
+
+
+def unused_pictures(guide):
+    shown = {(paper.parent / target).resolve() for paper in guide.glob("*.md")
+             for target in LINK.findall(paper.read_text(encoding="utf-8"))}
+    for picture in sorted((guide / "images").iterdir()):
+        if picture.resolve() not in shown:
+            yield f"{picture}: no page shows it"
+
+
+def unknown_options(guide, program):
+    environment = {**os.environ, "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen"}
+    help_text = subprocess.run([program, "--help"], env=environment, capture_output=True, text=True,
+                               check=True).stdout
+    known = set(OPTION.findall(help_text))
+    for paper in sorted(guide.glob("*.md")):
+        text = paper.read_text(encoding="utf-8")
+        for code in FENCE.findall(text) + CODE.findall(FENCE.sub("", text)):
+            of_another = re.match(r"`?(?!zelvora-print)[a-z]", code)
+            for option in OPTION.findall(code):
+                if option not in known and not of_another:
+                    yield f"{paper}: zelvora-print has no {option}"
+
+
+def main():
+    source, program = Path(sys.argv[1]), sys.argv[2]
+    guide = source / "docs/guide"
+    papers = [*source.glob("*.md"), *source.glob("docs/**/*.md")]
+    faults = [fault for paper in papers for fault in broken_links(paper)]
+    faults += [*unused_pictures(guide), *unknown_options(guide, program)]
+    print("\n".join(faults) or f"{len(papers)} papers are sound")
+    return 1 if faults or not papers else 0
+
+
+sys.exit(main())
