@@ -77,6 +77,19 @@ bool isAt(const QVector<Run>& runs, const QVector<double>& expected)
     return true;
 }
 
+/// Whether a number stands with its middle at the place, inside the base line of the edge, which
+/// runs across the page or down it.
+bool stands(const QVector<PdfMeasure::Word>& words, double mark, const QPointF& place,
+            bool isAcross)
+{
+    return std::any_of(words.begin(), words.end(), [&](const PdfMeasure::Word& word) {
+        const QPointF away = word.box.center() - place;
+        const double along = isAcross ? away.x() : away.y();
+        const double inward = isAcross ? away.y() : away.x();
+        return word.text == QString::number(mark) && qAbs(along) < 0.4 && qAbs(inward) < 3.5;
+    });
+}
+
 } // namespace
 
 /// The test sheet on paper, measured in the printed file.
@@ -214,15 +227,6 @@ void tst_CalibrationSheet::checkFrame(const PdfMeasure& pdf, const QSizeF& sheet
 void tst_CalibrationSheet::checkNumbers(const PdfMeasure& pdf, const QSizeF& sheet)
 {
     const QVector<PdfMeasure::Word> words = pdf.words();
-    // Whether a number stands with its middle at the place, inside the base line of the edge.
-    const auto stands = [&](double mark, const QPointF& place, bool isAcross) {
-        return std::any_of(words.begin(), words.end(), [&](const PdfMeasure::Word& word) {
-            const QPointF away = word.box.center() - place;
-            const double along = isAcross ? away.x() : away.y();
-            const double inward = isAcross ? away.y() : away.x();
-            return word.text == QString::number(mark) && qAbs(along) < 0.4 && qAbs(inward) < 3.5;
-        });
-    };
     const auto checkEdge = [&](double length, double across, bool isAcross) {
         const QVector<double> tens = places(length, 10);
         for (const double place : tens) {
@@ -233,7 +237,7 @@ void tst_CalibrationSheet::checkNumbers(const PdfMeasure& pdf, const QSizeF& she
             }
             for (const double depth : {10.0, across - 10}) {
                 const QPointF at = isAcross ? QPointF(place, depth) : QPointF(depth, place);
-                QVERIFY2(stands(mark, at, isAcross),
+                QVERIFY2(stands(words, mark, at, isAcross),
                          qPrintable(QString("%1 at %2, %3").arg(mark).arg(at.x()).arg(at.y())));
             }
         }
