@@ -24,6 +24,7 @@ private slots:
     void rowsFromTheFirstOneOn();
     void lastRowLimitsNothing();
     void valueOfEachTag();
+    void expandedCellsReadTheDocumentAnew();
     void everythingIsText();
     void textsThatLookLikeFormulasAndLinks();
     void charactersThatXmlRefuses();
@@ -215,6 +216,36 @@ void tst_Export::valueOfEachTag()
                  qPrintable(item.second + ": " + cells[cell].toString()));
     }
     QCOMPARE(cells.size(), mapping.size());
+}
+
+// A view that never gives a value twice shows how often a document is read: once for each cell of
+// an expanded tag, and the fixed tags live on the row that the selection of the documents gave.
+void tst_Export::expandedCellsReadTheDocumentAnew()
+{
+    m_fixture->addDocument({});
+    m_fixture->addDocument({});
+    m_fixture->app.exec("ALTER TABLE docs RENAME TO stored");
+    m_fixture->app.exec("CREATE VIEW docs AS SELECT ID, TEMPLATE, DOC_TYPE, CONTENT, "
+                        "hex(randomblob(16)) AS LNAME, "
+                        "date(abs(random() % 2000000), 'unixepoch', '+' || "
+                        "abs(random() % 1000000) || ' days') AS ISSUE_DATE FROM stored");
+    m_fixture->addTemplate("Шаблон", {{"A", "#LNAME"},
+                                      {"B", "#LNAME"},
+                                      {"C", "#LNAME"},
+                                      {"D", "#ISSUE_DATE"},
+                                      {"E", "#ISSUE_DATE"}});
+    m_fixture->open();
+    const QJsonObject cells = readCells(run(), freshSheet);
+    QSet<QString> names;
+    for (const char* cell : {"A2", "B2", "C2", "A3", "B3", "C3"}) {
+        QCOMPARE(cells[cell].toString().size(), 32);
+        names << cells[cell].toString();
+    }
+    QCOMPARE(names.size(), 6);
+    QCOMPARE(cells["D2"].toString().size(), 10);
+    QCOMPARE(cells["D2"], cells["E2"]);
+    QCOMPARE(cells["D3"], cells["E3"]);
+    QVERIFY(cells["D2"] != cells["D3"]);
 }
 
 void tst_Export::everythingIsText()
