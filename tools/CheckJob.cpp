@@ -5,11 +5,19 @@
 
 JobResult CheckJob::run()
 {
-    if (!selectDocuments()) {
+    PageCheck check;
+    if (!selectDocuments() || !prepare(check)) {
         return JobResult::NotDone;
     }
     writeHead();
-    checkAll();
+    forEachDocument([&](const PrintDocument& document) {
+        if (!checkPage(document, check)) {
+            return;
+        }
+        for (const Finding& finding : m_summary.add(check.findings())) {
+            write(finding);
+        }
+    });
     writeTail();
     if (m_summary.documents() == 0) {
         return JobResult::NotDone;
@@ -17,26 +25,6 @@ JobResult CheckJob::run()
     const bool isAll = m_summary.documents() == m_selection.documents().size() &&
                        m_selection.unknownIds().isEmpty();
     return isAll && m_summary.findings() == 0 ? JobResult::Done : JobResult::SomeFailed;
-}
-
-void CheckJob::checkAll()
-{
-    PageCheck check;
-    check.setBackgroundPrinted(m_options.withBackground());
-    check.setMargins(m_options.margins().value_or(QMarginsF()));
-    for (const PrintDocument& document : m_selection.documents()) {
-        const QVariant blank = blankOf(document, check.preview());
-        if (blank.isNull()) {
-            continue;
-        }
-        if (!check.check(document.id, blank)) {
-            reportUnreadable(document);
-            continue;
-        }
-        for (const Finding& finding : m_summary.add(check.findings())) {
-            write(finding);
-        }
-    }
 }
 
 void CheckJob::writeHead()
@@ -48,8 +36,10 @@ void CheckJob::writeHead()
 
 void CheckJob::write(const Finding& finding)
 {
+    m_progress.clear();
     if (!m_options.asJson()) {
         m_out << finding.words() << '\n';
+        m_out.flush();
         return;
     }
     m_out << (m_isFirst ? "\n" : ",\n")

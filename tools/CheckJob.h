@@ -17,7 +17,6 @@ public:
     JobResult run();
 
 private:
-    void checkAll();
     void writeHead();
     void write(const Finding& finding);
     void writeTail();

@@ -3,6 +3,8 @@
 #include <QTextStream>
 
 #include "tools/BlankChoice.h"
+#include "tools/Interruption.h"
+#include "tools/PageCheck.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -37,6 +39,21 @@ bool DocumentJob::selectDocuments()
     return !m_selection.documents().isEmpty();
 }
 
+bool DocumentJob::forEachDocument(const std::function<void(const PrintDocument&)>& work)
+{
+    const QVector<PrintDocument>& documents = m_selection.documents();
+    for (int i = 0; i < documents.size(); ++i) {
+        if (isInterrupted()) {
+            report(inUserLanguage("прервано", "interrupted"));
+            return false;
+        }
+        m_progress.show(i, documents.size());
+        work(documents[i]);
+    }
+    m_progress.clear();
+    return true;
+}
+
 QVariant DocumentJob::blankOf(const PrintDocument& document, PrinPreviewDialog& preview)
 {
     const BlankChoice blank = chooseBlank(preview, document.id, m_options.blank());
@@ -50,6 +67,33 @@ void DocumentJob::reportUnreadable(const PrintDocument& document)
 {
     report(nameOf(document) +
            inUserLanguage("не удалось прочитать его или бланк", "it or its blank can't be read"));
+}
+
+bool DocumentJob::prepare(PageCheck& check)
+{
+    check.setBackgroundPrinted(m_options.withBackground());
+    if (m_options.margins()) {
+        check.setMargins(*m_options.margins());
+        return true;
+    }
+    if (!m_options.printer().isEmpty() && !check.setPrinter(m_options.printer())) {
+        report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer());
+        return false;
+    }
+    return true;
+}
+
+bool DocumentJob::checkPage(const PrintDocument& document, PageCheck& check)
+{
+    const QVariant blank = blankOf(document, check.preview());
+    if (blank.isNull()) {
+        return false;
+    }
+    if (!check.check(document.id, blank)) {
+        reportUnreadable(document);
+        return false;
+    }
+    return true;
 }
 
 void DocumentJob::report(const QString& message)

@@ -3,10 +3,13 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
+
 #include "tools/DocumentSelection.h"
 #include "tools/PrintOptions.h"
 #include "tools/ProgressLine.h"
 
+class PageCheck;
 class PrinPreviewDialog;
 class QTextStream;
 
@@ -21,10 +24,23 @@ protected:
     /// Reads the documents that the options choose; false if there are none.
     bool selectDocuments();
 
+    /// Works on one document after the other and shows the progress; false, after a report, if the
+    /// user interrupted it.
+    bool forEachDocument(const std::function<void(const PrintDocument&)>& work);
+
     /// The blank of a document; null, after a report, if there is none.
     QVariant blankOf(const PrintDocument& document, PrinPreviewDialog& preview);
 
     void reportUnreadable(const PrintDocument& document);
+
+    /// Lets the check mind what the options say of background and printer; false, after a report,
+    /// if there is no such printer.
+    bool prepare(PageCheck& check);
+
+    /// Checks the document on the blank that the options choose; false, after a report, if it can't
+    /// be done.
+    bool checkPage(const PrintDocument& document, PageCheck& check);
+
     void report(const QString& message);
 
     const PrintOptions& m_options;

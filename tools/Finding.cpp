@@ -317,20 +317,32 @@ QString Finding::what() const
     }
 }
 
-QString Finding::where() const
+QString Finding::pageWords() const
 {
     QStringList parts;
     if (!isOfBlank()) {
         parts << documentWords(document);
     }
     parts << inUserLanguage("бланк ", "blank ") + quoted(blank.name);
+    return parts.join("; ");
+}
+
+QString Finding::where() const
+{
+    QStringList parts = {pageWords()};
     if (item > 0) {
-        parts << inUserLanguage("рамка %1 %2 (%3 мм)", "frame %1 %2 (%3 mm)")
-                     .arg(QString::number(item), quoted(itemText), coordinates(place.topLeft()));
+        parts << itemWords() + " (" + coordinates(place.topLeft()) + inUserLanguage(" мм)", " mm)");
     }
     QString result = parts.join("; ");
     result[0] = result[0].toUpper();
     return result;
+}
+
+QString Finding::itemWords() const
+{
+    return item > 0 ? inUserLanguage("рамка %1 %2", "frame %1 %2")
+                          .arg(QString::number(item), quoted(itemText))
+                    : QString();
 }
 
 QJsonObject Finding::toJson() const

@@ -98,6 +98,12 @@ struct Finding
     /// Document, blank, item and place, as far as they are known.
     QString where() const;
 
+    /// Whose page on which blank it is, as far as the finding is of a document.
+    QString pageWords() const;
+
+    /// Number and text of the item; empty if the finding is of the blank as a whole.
+    QString itemWords() const;
+
     /// All that is known, under English keys; lengths are in millimetres.
     QJsonObject toJson() const;
 

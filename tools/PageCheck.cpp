@@ -6,6 +6,7 @@
 #include <QMap>
 #include <QPageLayout>
 #include <QPrinter>
+#include <QPrinterInfo>
 #include <QSet>
 #include <QSqlQuery>
 #include <QTableWidget>
@@ -70,6 +71,16 @@ void PageCheck::setBackgroundPrinted(bool printed)
     m_preview.setBackgroundPrinted(printed);
 }
 
+bool PageCheck::setPrinter(const QString& name)
+{
+    if (!QPrinterInfo::availablePrinterNames().contains(name)) {
+        return false;
+    }
+    m_printer =
+        std::make_unique<QPrinter>(QPrinterInfo::printerInfo(name), QPrinter::HighResolution);
+    return true;
+}
+
 bool PageCheck::check(const QVariant& document, const QVariant& blank)
 {
     m_findings.clear();
@@ -94,6 +105,14 @@ bool PageCheck::check(const QVariant& document, const QVariant& blank)
     }
     checkRowsLeftOut(items);
     return true;
+}
+
+QString PageCheck::pageWords() const
+{
+    Finding page;
+    page.document = m_document;
+    page.blank = m_blank;
+    return page.pageWords();
 }
 
 QRectF PageCheck::pageOnSheet() const

@@ -34,9 +34,9 @@ public:
     /// Whether the background is printed too, so that a missing one is an error.
     void setBackgroundPrinted(bool printed);
 
-    /// Takes the margins of a printer instead, for the paper of each blank. It must outlive the
-    /// checks.
-    void setPrinter(QPrinter* printer) { m_printer = printer; }
+    /// Takes the margins that a printer of the system has on the paper of each blank; false if
+    /// there is no printer with this name.
+    bool setPrinter(const QString& name);
 
     /// Lays the document out on the blank and looks at the page; false if one of the two can't be
     /// read.
@@ -48,12 +48,17 @@ public:
     /// Frames of the items that were checked, from the top left corner of the sheet, millimetres.
     const QVector<QRectF>& frames() const { return m_frames; }
 
-    const Finding::Document& document() const { return m_document; }
+    /// Document and blank of the last check in words.
+    QString pageWords() const;
 
     /// The sheet in millimetres, the part of it that the page covers, and the printable part.
     QSizeF sheetSize() const { return m_sheetSize; }
     QRectF pageOnSheet() const;
     QRectF printableOnSheet() const;
+
+    /// The print offsets in scene units, and the length of a scene unit on paper in millimetres.
+    QPointF offset() const { return m_offset; }
+    double unitLength() const { return m_unitLength; }
 
     /// Holds the page that was checked, before it is moved by the print offsets.
     PrinPreviewDialog& preview() { return m_preview; }
@@ -88,7 +93,7 @@ private:
 
     PrinPreviewDialog m_preview;
     QMarginsF m_margins;
-    QPrinter* m_printer = nullptr;
+    std::unique_ptr<QPrinter> m_printer; // whose margins count; null: m_margins as they are
     bool m_isBackgroundPrinted = false;
     std::unique_ptr<InkRecorder> m_recorder;
 

@@ -10,6 +10,7 @@
 #include "tools/JobResult.h"
 #include "tools/PrintJob.h"
 #include "tools/PrintOptions.h"
+#include "tools/ProofJob.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -49,10 +50,9 @@ int runAction(const PrintOptions& options, QTextStream& out, QTextStream& err)
     case PrintOptions::Action::Check:
         return exitStatus(CheckJob(options, out, err).run());
     case PrintOptions::Action::Proof:
-        break;
+        return exitStatus(ProofJob(options, out, err).run());
     }
-    return fail(err,
-                inUserLanguage("это действие пока недоступно", "this action is not available yet"));
+    return failure;
 }
 
 /// Offsets for a sheet that no blank names are but a sum.

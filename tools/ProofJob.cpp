@@ -1,0 +1,75 @@
+#include "tools/ProofJob.h"
+
+#include <QDir>
+#include <QSaveFile>
+#include <QTextStream>
+
+#include "tools/PageCheck.h"
+#include "tools/ProofPicture.h"
+#include "tools/UserLanguage.h"
+
+ProofJob::ProofJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
+    : DocumentJob(options, out, err)
+    , m_names(options.namePattern(), ".png")
+{
+}
+
+JobResult ProofJob::run()
+{
+    PageCheck check;
+    if (!selectDocuments() || !prepareTarget() || !prepare(check)) {
+        return JobResult::NotDone;
+    }
+    int written = 0;
+    bool isClean = m_selection.unknownIds().isEmpty();
+    const bool isAll = forEachDocument([&](const PrintDocument& document) {
+        const bool isWritten = checkPage(document, check) && write(document, check);
+        written += isWritten ? 1 : 0;
+        isClean = isClean && isWritten && check.findings().isEmpty();
+    });
+    if (written == 0) {
+        return JobResult::NotDone;
+    }
+    return isAll && isClean ? JobResult::Done : JobResult::SomeFailed;
+}
+
+bool ProofJob::prepareTarget()
+{
+    if (m_options.target() == PrintOptions::Target::OneFile) {
+        if (m_selection.documents().size() > 1) {
+            report(inUserLanguage("документов несколько: рисункам нужен каталог",
+                                  "there are several documents: the pictures need a folder"));
+            return false;
+        }
+        return true;
+    }
+    if (!QDir().mkpath(m_options.output())) {
+        report(inUserLanguage("не удалось создать каталог ", "can't make the folder ") +
+               m_options.output());
+        return false;
+    }
+    return true;
+}
+
+bool ProofJob::write(const PrintDocument& document, PageCheck& check)
+{
+    const bool isOneFile = m_options.target() == PrintOptions::Target::OneFile;
+    const QString path = isOneFile ? m_options.output()
+                                   : QDir(m_options.output()).filePath(m_names.nameFor(document));
+    const QImage picture =
+        ProofPicture(check, m_options.resolution(), m_options.withBackground()).draw();
+    if (picture.isNull()) {
+        report(inUserLanguage("не хватает памяти для рисунка ", "no memory for the picture ") +
+               path);
+        return false;
+    }
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit()) {
+        report(inUserLanguage("не удалось записать файл ", "can't write the file ") + path);
+        return false;
+    }
+    m_progress.clear();
+    m_out << path << '\n';
+    m_out.flush();
+    return true;
+}

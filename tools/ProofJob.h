@@ -1,0 +1,25 @@
+#pragma once
+
+#include "tools/DocumentJob.h"
+#include "tools/FileNamePattern.h"
+#include "tools/JobResult.h"
+
+class PageCheck;
+
+/// Writes a picture of each chosen document's sheet, with what the check finds on it marked: one
+/// PNG file, or a file a document in a folder. Finished files are named on `out`. The database must
+/// be open.
+class ProofJob : public DocumentJob
+{
+public:
+    ProofJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
+
+    /// Done: every document has its picture and nothing was found.
+    JobResult run();
+
+private:
+    bool prepareTarget();
+    bool write(const PrintDocument& document, PageCheck& check);
+
+    FileNamePattern m_names;
+};
