@@ -9,20 +9,17 @@
 #include <QProcess>
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 
 #include <functional>
 
-#include "RatioReporter.h"
-#include "app/AppHelpers.h"
+#include "benchmarks/BenchDirectory.h"
+#include "benchmarks/RatioReporter.h"
 #include "exchange/ExchangeTemplate.h"
 #include "forms/FormDefinitions.h"
-#include "store/DataBase.h"
-#include "store/Schema.h"
 
 /// What the benchmarks of export and import share: an application directory on disk with one form,
 /// a mapping of 20 columns, and the peer's jobs.
-class ExchangeBench
+class ExchangeBench : public BenchDirectory
 {
 public:
     /// How long a job of the peer took, in seconds; negative if it failed.
@@ -34,9 +31,6 @@ public:
 
     ExchangeBench()
     {
-        setAppDirPath(m_dir.path());
-        createDatabaseFile(path("docs.db"));
-        dataBase.open();
         QJsonArray fields;
         for (const QString& tag : formTags()) {
             fields.append(QJsonObject{{"tag", tag}, {"name", "Поле " + tag}, {"type", 0}});
@@ -49,16 +43,6 @@ public:
         query.exec();
         docTypeNames = {{1, "Диплом"}};
     }
-
-    ~ExchangeBench()
-    {
-        dataBase.close();
-        QSqlDatabase::removeDatabase(QSqlDatabase::defaultConnection);
-    }
-    ExchangeBench(const ExchangeBench&) = delete;
-    ExchangeBench& operator=(const ExchangeBench&) = delete;
-
-    QString path(const QString& name) const { return m_dir.filePath(name); }
 
     static QStringList formTags()
     {
@@ -140,8 +124,6 @@ private:
         peer.waitForFinished(-1);
         return peer.readAllStandardOutput().trimmed();
     }
-
-    QTemporaryDir m_dir;
 };
 
 constexpr int repetitions = 5;

@@ -11,15 +11,12 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
-#include <QTemporaryDir>
 #include <QTextDocument>
 #include <QVector>
 
 #include <memory>
 
-#include "app/AppHelpers.h"
-#include "store/DataBase.h"
-#include "store/Schema.h"
+#include "benchmarks/BenchDirectory.h"
 
 // A document on a blank of twenty text items, and the same texts, in the same font and frames, for
 // a bare QPainter.
@@ -94,22 +91,14 @@ inline void insertDocuments(int count)
 }
 
 /// An application directory with documents, all alike, and the blank, open while it lives.
-class PageDirectory
+class PageDirectory : public BenchDirectory
 {
 public:
     explicit PageDirectory(int documents = 1)
     {
-        setAppDirPath(m_dir.path());
-        createDatabaseFile(m_dir.filePath("docs.db"));
-        dataBase.open();
         insertBlank();
         insertDocuments(documents);
     }
-
-    QString file(const QString& name) const { return m_dir.filePath(name); }
-
-private:
-    QTemporaryDir m_dir;
 };
 
 /// A printer on the blank's paper.

@@ -5,8 +5,8 @@
 #include <QPrinter>
 #include <QTextStream>
 
-#include "PageBench.h"
-#include "RatioReporter.h"
+#include "benchmarks/PageBench.h"
+#include "benchmarks/RatioReporter.h"
 #include "tools/PrintJob.h"
 
 /// A hundred documents printed into one PDF file, all that a batch does, against its floors: the
@@ -20,7 +20,7 @@ constexpr int pages = 100;
 void printBatch(benchmark::State& state, const PageDirectory& directory)
 {
     PrintOptions options;
-    options.parse({"--all", "--quiet", "--output", directory.file("ours.pdf")});
+    options.parse({"--all", "--quiet", "--output", directory.path("ours.pdf")});
     QString messages;
     QTextStream stream(&messages);
     for (auto _ : state) {
@@ -35,7 +35,7 @@ void printBatch(benchmark::State& state, const PageDirectory& directory)
 void paintPages(benchmark::State& state, const PageDirectory& directory, PaintTexts paint)
 {
     for (auto _ : state) {
-        const auto printer = pdfPrinter(directory.file("floor.pdf"));
+        const auto printer = pdfPrinter(directory.path("floor.pdf"));
         QPainter painter(printer.get());
         scaleToPage(painter);
         paint(painter);

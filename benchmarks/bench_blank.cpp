@@ -14,16 +14,13 @@
 #include <QSpinBox>
 #include <QSqlQuery>
 #include <QTableWidget>
-#include <QTemporaryDir>
 
 #include <memory>
 
-#include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "benchmarks/BenchDirectory.h"
 #include "benchmarks/RatioReporter.h"
 #include "blanks/BlankWindow.h"
-#include "store/DataBase.h"
-#include "store/Schema.h"
 
 // Loading and saving a blank of text items in the editor, beside the floor of adding the same bare
 // items to a scene; one step of dragging a frame on that page, beside the floor of moving a bare
@@ -211,10 +208,9 @@ int main(int argc, char* argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    QTemporaryDir dir;
-    setAppDirPath(dir.path());
+    const BenchDirectory directory;
     loadBaseStyle();
-    if (!createDatabaseFile(dir.filePath("docs.db")) || !dataBase.open() || !storeBlank()) {
+    if (!storeBlank()) {
         return 1;
     }
     benchmark::Initialize(&argc, argv);

@@ -9,18 +9,15 @@
 #include <QSpinBox>
 #include <QSqlQuery>
 #include <QTableWidget>
-#include <QTemporaryDir>
 
 #include <functional>
 
-#include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "benchmarks/BenchDirectory.h"
 #include "benchmarks/RatioReporter.h"
 #include "documents/DocDialog.h"
 #include "documents/TableMemoDialog.h"
 #include "forms/FormDefinitions.h"
-#include "store/DataBase.h"
-#include "store/Schema.h"
 
 // Opening, showing and reading back the content table of a document with many fields, and a table
 // value of many rows. The floor creates and shows the same widgets in a bare table under the same
@@ -211,11 +208,8 @@ int main(int argc, char* argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    QTemporaryDir dir;
-    setAppDirPath(dir.path());
-    if (!createDatabaseFile(dir.filePath("docs.db")) || !dataBase.open() || !loadBaseStyle()) {
-        return 1;
-    }
+    const BenchDirectory directory;
+    loadBaseStyle();
     makeList();
     const auto add = [](const char* name, void (*function)(benchmark::State&)) {
         benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMillisecond);

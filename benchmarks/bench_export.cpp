@@ -4,7 +4,7 @@
 
 #include <xlsxdocument.h>
 
-#include "ExchangeBench.h"
+#include "benchmarks/ExchangeBench.h"
 #include "exchange/DocumentExport.h"
 #include "exchange/WorkbookFile.h"
 

@@ -6,14 +6,11 @@
 #include <QPushButton>
 #include <QSqlQuery>
 #include <QTableWidget>
-#include <QTemporaryDir>
 
-#include "app/AppHelpers.h"
+#include "benchmarks/BenchDirectory.h"
 #include "benchmarks/RatioReporter.h"
 #include "forms/FormDefinitions.h"
 #include "forms/FormsDlg.h"
-#include "store/DataBase.h"
-#include "store/Schema.h"
 
 // Editing one of many items of a value list, and deleting one of many fields of a form, in the
 // manager's dialog. The floor does the same reading, writing and filling with a bare table.
@@ -124,11 +121,7 @@ int main(int argc, char* argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    QTemporaryDir dir;
-    setAppDirPath(dir.path());
-    if (!createDatabaseFile(dir.filePath("docs.db")) || !dataBase.open()) {
-        return 1;
-    }
+    const BenchDirectory directory;
     QSqlQuery query;
     query.exec("PRAGMA synchronous = OFF");
     query.exec("INSERT INTO lists (ID, LIST_NAME, LIST_ITEMS) VALUES (1, 'Список', '')");

@@ -7,7 +7,7 @@
 
 #include <xlsxdocument.h>
 
-#include "ExchangeBench.h"
+#include "benchmarks/ExchangeBench.h"
 #include "exchange/DocumentExport.h"
 #include "exchange/DocumentImport.h"
 #include "exchange/WorkbookFile.h"

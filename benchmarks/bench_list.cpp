@@ -4,19 +4,16 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTableWidget>
-#include <QTemporaryDir>
 
 #include <array>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "app/AppHelpers.h"
+#include "benchmarks/BenchDirectory.h"
 #include "benchmarks/RatioReporter.h"
 #include "documents/MainWindow.h"
 #include "forms/FormDefinitions.h"
-#include "store/DataBase.h"
-#include "store/Schema.h"
 
 /// The document list against its floor: stepping the same statement and putting the same cells into
 /// a bare table without sorting. The list stands in the header's order afterwards.
@@ -51,31 +48,18 @@ void insertDocuments(int count)
     QSqlDatabase::database().commit();
 }
 
-/// An application directory whose database holds `count` documents, open while it lives.
-class Directory
+/// An application directory whose database holds `count` documents.
+class Directory : public BenchDirectory
 {
 public:
     explicit Directory(int count)
     {
-        setAppDirPath(m_dir.path());
-        createDatabaseFile(m_dir.filePath("docs.db"));
-        dataBase.open();
         QSqlQuery form;
         for (int id = 1; id <= types; ++id) {
             form.exec(QString("INSERT INTO forms (FORM_NAME) VALUES ('Диплом %1')").arg(id));
         }
         insertDocuments(count);
     }
-    ~Directory()
-    {
-        dataBase.close();
-        QSqlDatabase::removeDatabase(QSqlDatabase::defaultConnection);
-    }
-    Directory(const Directory&) = delete;
-    Directory& operator=(const Directory&) = delete;
-
-private:
-    QTemporaryDir m_dir;
 };
 
 void fillBareTable(QTableWidget& table)

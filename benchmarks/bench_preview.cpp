@@ -6,8 +6,8 @@
 #include <QPainter>
 #include <QPrinter>
 
-#include "PageBench.h"
-#include "RatioReporter.h"
+#include "benchmarks/PageBench.h"
+#include "benchmarks/RatioReporter.h"
 #include "render/PrinPreviewDialog.h"
 
 /// A document on a blank of twenty text items, built and printed to PDF, against its floors: the
@@ -29,7 +29,7 @@ void paintImage(benchmark::State& state, PaintTexts paint)
 void paintPdf(benchmark::State& state, const PageDirectory& directory, PaintTexts paint)
 {
     for (auto _ : state) {
-        const auto printer = pdfPrinter(directory.file("floor.pdf"));
+        const auto printer = pdfPrinter(directory.path("floor.pdf"));
         QPainter painter(printer.get());
         scaleToPage(painter);
         paint(painter);
@@ -53,7 +53,7 @@ void buildAndPrint(benchmark::State& state, const PageDirectory& directory)
     PrinPreviewDialog preview(1);
     for (auto _ : state) {
         preview.buildScene(preview.pageScene(), 1, 1);
-        const auto printer = pdfPrinter(directory.file("ours.pdf"));
+        const auto printer = pdfPrinter(directory.path("ours.pdf"));
         preview.printTo(*printer);
     }
 }
@@ -63,7 +63,7 @@ void print(benchmark::State& state, const PageDirectory& directory)
     PrinPreviewDialog preview(1);
     preview.buildScene(preview.pageScene(), 1, 1);
     for (auto _ : state) {
-        const auto printer = pdfPrinter(directory.file("ours.pdf"));
+        const auto printer = pdfPrinter(directory.path("ours.pdf"));
         preview.printTo(*printer);
     }
 }

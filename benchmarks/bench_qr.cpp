@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "RatioReporter.h"
+#include "benchmarks/RatioReporter.h"
 #include "render/QrEncoder.h"
 
 namespace {

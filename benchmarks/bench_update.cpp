@@ -13,16 +13,13 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QStringList>
-#include <QTemporaryDir>
 
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/AppHelpers.h"
+#include "benchmarks/BenchDirectory.h"
 #include "benchmarks/RatioReporter.h"
-#include "store/DataBase.h"
 #include "store/DataBaseUpdater.h"
-#include "store/Schema.h"
 #include "store/UpdatePackage.h"
 
 namespace {
@@ -271,11 +268,7 @@ int main(int argc, char* argv[])
 {
     QCoreApplication app(argc, argv);
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    QTemporaryDir dir;
-    setAppDirPath(dir.path());
-    if (!createDatabaseFile(dir.filePath("docs.db")) || !dataBase.open()) {
-        return 1;
-    }
+    const BenchDirectory directory;
     run("PRAGMA synchronous = OFF"); // the work is measured, not the disk
     const auto add = [](const char* name, void (*function)(benchmark::State&)) {
         benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMillisecond);

@@ -91,6 +91,13 @@ void openFreshDatabase()
     require(database.open() && createSchema(database), "a database in memory can be made");
 }
 
+void insertFormAndList()
+{
+    runSql("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (1, 'Диплом', '')");
+    runSql("INSERT INTO lists (ID, LIST_NAME, LIST_ITEMS) VALUES (1, 'Пол', "
+           "'{\"items\": [\"М\", \"Ж\"]}')");
+}
+
 void runSql(const QString& statement, const QVariantList& values)
 {
     execute(statement, values);

@@ -22,6 +22,9 @@ void require(bool holds, const char* property);
 /// Makes a fresh database with the tables, in memory, that of the default connection.
 void openFreshDatabase();
 
+/// Inserts a form of `ID` 1 without fields and a list of `ID` 1 with two items.
+void insertFormAndList();
+
 /// Runs one statement on the default connection. It must not fail.
 void runSql(const QString& statement, const QVariantList& values = QVariantList());
 

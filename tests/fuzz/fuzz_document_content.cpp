@@ -26,9 +26,7 @@ struct Fixture
     Fixture()
     {
         openFreshDatabase();
-        runSql("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (1, 'Диплом', '')");
-        runSql("INSERT INTO lists (ID, LIST_NAME, LIST_ITEMS) VALUES (1, 'Пол', "
-               "'{\"items\": [\"М\", \"Ж\"]}')");
+        insertFormAndList();
         runSql("INSERT INTO docs (ID, FNAME, LNAME, DOC_TYPE, TEMPLATE, CONTENT) "
                "VALUES (1, 'Анна', 'Иванова', 1, 0, '')");
         window = std::make_unique<MainWindow>();

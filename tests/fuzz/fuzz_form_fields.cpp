@@ -25,9 +25,7 @@ struct Fixture
     Fixture()
     {
         openFreshDatabase();
-        runSql("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (1, 'Диплом', '')");
-        runSql("INSERT INTO lists (ID, LIST_NAME, LIST_ITEMS) VALUES (1, 'Пол', "
-               "'{\"items\": [\"М\", \"Ж\"]}')");
+        insertFormAndList();
         forms = std::make_unique<FormsDlg>();
         fields = forms->findChild<QTableWidget*>("fieldsWidget");
         auto* rows = forms->findChild<QTableWidget*>("formsWidget");
