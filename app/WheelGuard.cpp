@@ -21,6 +21,6 @@ bool WheelGuard::eventFilter(QObject* watched, QEvent* event)
     if (event->type() != QEvent::Wheel || static_cast<QWidget*>(watched)->hasFocus()) {
         return QObject::eventFilter(watched, event);
     }
-    event->ignore(); // goes on to the table
+    event->ignore(); // goes on to the parent
     return true;
 }

@@ -4,8 +4,8 @@
 
 class QWidget;
 
-/// Keeps the mouse wheel from changing a value by accident: an editor in a scrolled table gets the
-/// wheel only while it has the focus, otherwise the table scrolls.
+/// Keeps the mouse wheel from changing a value by accident: an editor gets the wheel only while it
+/// has the focus, otherwise what stands around it scrolls.
 class WheelGuard : public QObject
 {
     Q_OBJECT

@@ -202,13 +202,7 @@ bool DataBaseUpdater::crutchFrdoA(const QJsonObject&, QString text)
     }
     QJsonArray fields = form.value("fields").toArray();
 
-    QStringList listIds;
-    for (const ListPlaceholder& placeholder : listPlaceholders) {
-        listIds << listIdByName(placeholder.listName).toString();
-    }
-    for (int i = 0; i < listIds.size(); ++i) {
-        text.replace(listPlaceholders[i].word, listIds[i]);
-    }
+    insertListIds(text);
     const QJsonArray added = QJsonDocument::fromJson(text.toUtf8(), &parsed).array();
     if (parsed.error != QJsonParseError::NoError) {
         m_lastError = "Function: crutchFrdoA. Json (Append) parse error: " + parsed.errorString();
@@ -317,6 +311,17 @@ bool DataBaseUpdater::runFunctionPart(const QJsonObject& part, const QString& ar
     m_lastError = "Unknown function_name - " + name;
     qDebug() << "(DataBaseUpdater) " + m_lastError;
     return false;
+}
+
+void DataBaseUpdater::insertListIds(QString& text)
+{
+    QStringList listIds;
+    for (const ListPlaceholder& placeholder : listPlaceholders) {
+        listIds << listIdByName(placeholder.listName).toString();
+    }
+    for (int i = 0; i < listIds.size(); ++i) {
+        text.replace(listPlaceholders[i].word, listIds[i]);
+    }
 }
 
 void DataBaseUpdater::fail(const QString& what, const QSqlQuery& query)

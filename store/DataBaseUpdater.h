@@ -57,6 +57,7 @@ private:
     bool applyDuePart(const QJsonObject& part, const QString& payload);
     bool runQueryPart(const QString& statement);
     bool runFunctionPart(const QJsonObject& part, const QString& argument);
+    void insertListIds(QString& text);
     void fail(const QString& what, const QSqlQuery& query);
 
     QString m_currentVersion;
