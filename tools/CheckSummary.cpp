@@ -39,5 +39,5 @@ QString CheckSummary::kindWords() const
         parts << Finding::kindCaption(it.key()) + QString::fromUtf8(" — ") +
                      QString::number(it.value());
     }
-    return parts.join("; ");
+    return parts.join(", ");
 }

@@ -22,7 +22,7 @@ public:
     /// "Проверено документов: 120, замечаний: 3".
     QString words() const;
 
-    /// How many findings there are of each kind, in a line; empty if there are none.
+    /// How many findings there are of each kind, joined by commas; empty if there are none.
     QString kindWords() const;
 
 private:

@@ -6,7 +6,12 @@
 #include <QPrinterInfo>
 #include <QTextStream>
 
+#include <algorithm>
+
+#include "tools/BlankChoice.h"
+#include "tools/CheckSummary.h"
 #include "tools/Interruption.h"
+#include "tools/PageCheck.h"
 #include "tools/PdfFile.h"
 #include "tools/UserLanguage.h"
 
@@ -22,7 +27,7 @@ PrintJob::~PrintJob() = default;
 
 JobResult PrintJob::run()
 {
-    if (!selectDocuments() || !prepareTarget()) {
+    if (!selectDocuments() || !prepareTarget() || !checkBeforehand()) {
         return JobResult::NotDone;
     }
     const int printed = printAll();
@@ -64,6 +69,38 @@ bool PrintJob::prepareTarget()
     return false;
 }
 
+bool PrintJob::checkBeforehand()
+{
+    if (m_selection.documents().size() < 2 && !m_options.isStrict()) {
+        return true;
+    }
+    PageCheck check;
+    CheckSummary summary;
+    if (!prepare(check)) {
+        return false;
+    }
+    const bool isWhole = forEachDocument([&](const PrintDocument& document) {
+        const BlankChoice blank = chooseBlank(check.preview(), document.id, m_options.blank());
+        if (blank.id.isNull() || !check.check(document.id, blank.id)) {
+            return; // the printing will say why
+        }
+        const QVector<Finding> findings = check.findings();
+        summary.add(findings);
+        const bool hasOwn = std::any_of(findings.cbegin(), findings.cend(),
+                                        [](const Finding& found) { return !found.isOfBlank(); });
+        if (hasOwn && m_options.isStrict()) {
+            m_withFindings << document.id.toString();
+        }
+    });
+    m_out << summary.words();
+    if (summary.findings() > 0) {
+        m_out << " (" << summary.kindWords() << ')';
+    }
+    m_out << '\n';
+    m_out.flush();
+    return isWhole;
+}
+
 int PrintJob::printAll()
 {
     const QVector<PrintDocument>& documents = m_selection.documents();
@@ -101,6 +138,12 @@ bool PrintJob::print(const PrintDocument& document)
 
 bool PrintJob::buildPage(const PrintDocument& document)
 {
+    if (m_withFindings.contains(document.id.toString())) {
+        report(inUserLanguage("есть замечания, не печатается документ ",
+                              "there are findings, not printed is document ") +
+               document.id.toString());
+        return false;
+    }
     const QVariant blank = blankOf(document, m_preview);
     if (blank.isNull()) {
         return false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 
 #include <memory>
@@ -14,7 +15,8 @@ class QTextStream;
 
 /// Prints the chosen documents through the page and the printing of the application's own preview.
 /// The database must be open. A document that cannot be printed is reported and does not stop the
-/// rest; a file that cannot be finished leaves an older one of its name as it was.
+/// rest; a file that cannot be finished leaves an older one of its name as it was. Before a batch
+/// of several documents it tells on `out` how many findings the check of their pages has.
 class PrintJob : public DocumentJob
 {
 public:
@@ -26,6 +28,7 @@ public:
 
 private:
     bool prepareTarget();
+    bool checkBeforehand();
     int printAll();
     bool print(const PrintDocument& document);
     bool buildPage(const PrintDocument& document);
@@ -37,6 +40,7 @@ private:
 
     FileNamePattern m_names;
     PrinPreviewDialog m_preview;
+    QSet<QString> m_withFindings;          // IDs of documents that are not to be printed
     std::unique_ptr<PdfFile> m_commonFile; // with all documents; null for other targets
     bool m_isStopped = false;              // nothing more can or should be printed
 };

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "support/PdfMeasure.h"
 #include "support/PrintProgram.h"
 #include "support/Process.h"
 
@@ -58,6 +59,11 @@ private slots:
     void margins();
     void whatCannotBeChecked();
     void printsNothing();
+    void summaryBeforeABatch();
+    void noSummaryOfOneDocument();
+    void strictLeavesOutWhatHasFindings();
+    void strictOnOneDocument();
+    void unknownPrinter();
 };
 
 void tst_PrintCheck::nothingFound()
@@ -212,6 +218,72 @@ void tst_PrintCheck::printsNothing()
     directory.check({"--id", "1-3"});
     QCOMPARE(directory.dump(), before);
     QCOMPARE(directory.filesIn("."), files);
+}
+
+void tst_PrintCheck::summaryBeforeABatch()
+{
+    const SpoiledDirectory directory;
+    const QString file = directory.path("all.pdf");
+    const QStringList arguments = {"--id", "1-3", "--blank", "Пробный", "--output", file};
+    const ProcessResult english = directory.print(arguments);
+    QCOMPARE(english.exitCode, 0); // findings do not keep a batch from being printed
+    QCOMPARE(english.err, QByteArray());
+    QCOMPARE(QString::fromUtf8(english.out),
+             "Documents checked: 3, findings: 4 (no date — 1, last character not printed — 1, "
+             "value read as markup — 1, no background — 1)\n" +
+                 file + '\n');
+    const ProcessResult russian = directory.print(arguments, russianLocale);
+    QVERIFY(QString::fromUtf8(russian.out)
+                .startsWith("Проверено документов: 3, замечаний: 4 (нет даты — 1, "));
+    QCOMPARE(PdfMeasure(file).pageCount(), 3);
+}
+
+void tst_PrintCheck::noSummaryOfOneDocument()
+{
+    const SpoiledDirectory directory;
+    const QString file = directory.path("one.pdf");
+    const ProcessResult result =
+        directory.print({"--id", "2", "--blank", "Пробный", "--output", file});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(QString::fromUtf8(result.out), file + '\n');
+}
+
+void tst_PrintCheck::strictLeavesOutWhatHasFindings()
+{
+    // The missing background is one of the blank, so that it keeps no document back.
+    const SpoiledDirectory directory;
+    const QString file = directory.path("all.pdf");
+    const ProcessResult result =
+        directory.print({"--id", "1-3", "--blank", "Пробный", "--strict", "--output", file});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.err.count('\n'), 1);
+    QVERIFY(result.err.contains("not printed is document 2"));
+    const PdfMeasure pages(file);
+    QCOMPARE(pages.pageCount(), 2);
+    QVERIFY(pages.text(1).contains("Иванов"));
+    QVERIFY(pages.text(2).contains("Иваненко"));
+}
+
+void tst_PrintCheck::strictOnOneDocument()
+{
+    const SpoiledDirectory directory;
+    const QString file = directory.path("one.pdf");
+    const auto strictly = [&](const QString& id) {
+        return directory.print({"--id", id, "--blank", "Пробный", "--strict", "--output", file});
+    };
+    QCOMPARE(strictly("2").exitCode, failure);
+    QVERIFY(!QFile::exists(file));
+    QCOMPARE(strictly("1").exitCode, 0);
+    QVERIFY(QFile::exists(file));
+}
+
+void tst_PrintCheck::unknownPrinter()
+{
+    const PrintDirectory directory;
+    const ProcessResult result = directory.print({"--check", "--id", "1", "--printer", "Нет"});
+    QCOMPARE(result.exitCode, failure);
+    QCOMPARE(result.out, QByteArray());
+    QVERIFY(result.err.contains("there is no printer"));
 }
 
 QTEST_MAIN(tst_PrintCheck)
