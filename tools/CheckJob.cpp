@@ -3,6 +3,8 @@
 #include <QJsonDocument>
 #include <QTextStream>
 
+#include "tools/UserLanguage.h"
+
 JobResult CheckJob::run()
 {
     PageCheck check;
@@ -10,7 +12,7 @@ JobResult CheckJob::run()
         return JobResult::NotDone;
     }
     writeHead();
-    forEachDocument([&](const PrintDocument& document) {
+    const bool isWhole = forEachDocument([&](const PrintDocument& document) {
         if (!checkPage(document, check)) {
             return;
         }
@@ -19,6 +21,9 @@ JobResult CheckJob::run()
         }
     });
     writeTail();
+    if (!isWhole) {
+        report(inUserLanguage("прервано", "interrupted"));
+    }
     if (m_summary.documents() == 0) {
         return JobResult::NotDone;
     }

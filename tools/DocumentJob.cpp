@@ -44,7 +44,7 @@ bool DocumentJob::forEachDocument(const std::function<void(const PrintDocument&)
     const QVector<PrintDocument>& documents = m_selection.documents();
     for (int i = 0; i < documents.size(); ++i) {
         if (isInterrupted()) {
-            report(inUserLanguage("прервано", "interrupted"));
+            m_progress.clear();
             return false;
         }
         m_progress.show(i, documents.size());

@@ -24,8 +24,8 @@ protected:
     /// Reads the documents that the options choose; false if there are none.
     bool selectDocuments();
 
-    /// Works on one document after the other and shows the progress; false, after a report, if the
-    /// user interrupted it.
+    /// Works on one document after the other and shows the progress; false if the user interrupted
+    /// it.
     bool forEachDocument(const std::function<void(const PrintDocument&)>& work);
 
     /// The blank of a document; null, after a report, if there is none.

@@ -92,13 +92,17 @@ bool PrintJob::checkBeforehand()
             m_withFindings << document.id.toString();
         }
     });
+    if (!isWhole) {
+        reportInterruption(0);
+        return false;
+    }
     m_out << summary.words();
     if (summary.findings() > 0) {
         m_out << " (" << summary.kindWords() << ')';
     }
     m_out << '\n';
     m_out.flush();
-    return isWhole;
+    return true;
 }
 
 int PrintJob::printAll()
@@ -107,9 +111,7 @@ int PrintJob::printAll()
     int printed = 0;
     for (int i = 0; i < documents.size() && !m_isStopped; ++i) {
         if (isInterrupted()) {
-            report(inUserLanguage("прервано; напечатано документов: ",
-                                  "interrupted; documents printed: ") +
-                   QString::number(m_commonFile ? 0 : printed));
+            reportInterruption(m_commonFile ? 0 : printed);
             m_isStopped = true;
             break;
         }
@@ -205,6 +207,12 @@ bool PrintJob::finishFile(PdfFile& file)
     m_out << file.path() << '\n';
     m_out.flush();
     return true;
+}
+
+void PrintJob::reportInterruption(int printed)
+{
+    report(inUserLanguage("прервано; напечатано документов: ", "interrupted; documents printed: ") +
+           QString::number(printed));
 }
 
 void PrintJob::reportUnwritable(const QString& path)

@@ -36,6 +36,7 @@ private:
     bool printToFile(const PrintDocument& document);
     bool printToPrinter(const PrintDocument& document);
     bool finishFile(PdfFile& file);
+    void reportInterruption(int printed);
     void reportUnwritable(const QString& path);
 
     FileNamePattern m_names;

@@ -22,15 +22,18 @@ JobResult ProofJob::run()
     }
     int written = 0;
     bool isClean = m_selection.unknownIds().isEmpty();
-    const bool isAll = forEachDocument([&](const PrintDocument& document) {
+    const bool isWhole = forEachDocument([&](const PrintDocument& document) {
         const bool isWritten = checkPage(document, check) && write(document, check);
         written += isWritten ? 1 : 0;
         isClean = isClean && isWritten && check.findings().isEmpty();
     });
+    if (!isWhole) {
+        report(inUserLanguage("прервано", "interrupted"));
+    }
     if (written == 0) {
         return JobResult::NotDone;
     }
-    return isAll && isClean ? JobResult::Done : JobResult::SomeFailed;
+    return isWhole && isClean ? JobResult::Done : JobResult::SomeFailed;
 }
 
 bool ProofJob::prepareTarget()
