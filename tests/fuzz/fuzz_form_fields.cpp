@@ -66,6 +66,14 @@ void checkContent(Fixture& fixture, const QJsonObject& content)
     }
 }
 
+/// The toolkit's own lookup misses keys that hold zero characters.
+QJsonValue valueOf(const QJsonObject& object, const QString& key)
+{
+    const QStringList keys = object.keys();
+    const int place = keys.indexOf(key);
+    return place < 0 ? QJsonValue(QJsonValue::Undefined) : (object.begin() + place).value();
+}
+
 /// A field that is only looked at keeps what the dialog has no editor for.
 void checkEditor(const QJsonObject& field)
 {
@@ -76,7 +84,7 @@ void checkEditor(const QJsonObject& field)
     const QStringList edited = {"type", "name", "tag", "list", "format", "content"};
     const QJsonObject after = dialog.field();
     for (auto it = field.begin(); it != field.end(); ++it) {
-        require(edited.contains(it.key()) || after[it.key()] == it.value(),
+        require(edited.contains(it.key()) || valueOf(after, it.key()) == it.value(),
                 "an unknown key survives the editor");
     }
 }
