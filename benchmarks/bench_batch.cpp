@@ -9,13 +9,14 @@
 #include "benchmarks/RatioReporter.h"
 #include "tools/PrintJob.h"
 
-/// A hundred documents printed into one PDF file, all that a batch does, against its floors: the
-/// same texts painted on as many pages by a bare QPainter, laid out as rich text or by
-/// QPainter::drawText. Items per second are pages per second.
+/// Documents printed into one PDF file against their floors: the same texts painted on as many
+/// pages by a bare QPainter, laid out as rich text or by QPainter::drawText. A batch of documents
+/// is checked before it is printed, copies of a single one are printed alone. Items per second are
+/// pages per second.
 
 namespace {
 
-constexpr int pages = 100;
+constexpr int pages = 99; // as many as copies are possible
 
 void printBatch(benchmark::State& state, const PageDirectory& directory)
 {
@@ -63,11 +64,20 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     const PageDirectory directory(pages);
 
-    add("100 pages/ours", [&](benchmark::State& state) { printBatch(state, directory); });
-    add("100 pages/rich",
-        [&](benchmark::State& state) { paintPages(state, directory, paintRichTexts); });
-    add("100 pages/plain",
-        [&](benchmark::State& state) { paintPages(state, directory, paintPlainTexts); });
+    const auto paintRich = [&](benchmark::State& state) {
+        paintPages(state, directory, paintRichTexts);
+    };
+    const auto paintPlain = [&](benchmark::State& state) {
+        paintPages(state, directory, paintPlainTexts);
+    };
+    add("99 documents/ours", [&](benchmark::State& state) { print(state, directory, {"--all"}); });
+    add("99 documents/rich", paintRich);
+    add("99 documents/plain", paintPlain);
+    add("99 copies/ours", [&](benchmark::State& state) {
+        print(state, directory, {"--id", "1", "--copies", QString::number(pages)});
+    });
+    add("99 copies/rich", paintRich);
+    add("99 copies/plain", paintPlain);
 
     benchmark::Initialize(&argc, argv);
     RatioReporter reporter(RatioReporter::Clock::Cpu, RatioReporter::Peers::Floors);
