@@ -18,10 +18,10 @@ namespace {
 
 constexpr int pages = 99; // as many as copies are possible
 
-void printBatch(benchmark::State& state, const PageDirectory& directory)
+void print(benchmark::State& state, const PageDirectory& directory, const QStringList& documents)
 {
     PrintOptions options;
-    options.parse({"--all", "--quiet", "--output", directory.path("ours.pdf")});
+    options.parse(QStringList{"--quiet", "--output", directory.path("ours.pdf")} + documents);
     QString messages;
     QTextStream stream(&messages);
     for (auto _ : state) {
