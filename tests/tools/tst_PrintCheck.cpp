@@ -2,6 +2,7 @@
 
 #include "support/PdfMeasure.h"
 #include "support/PrintProgram.h"
+#include "support/PrintQueue.h"
 #include "support/Process.h"
 
 namespace {
@@ -63,6 +64,7 @@ private slots:
     void noSummaryOfOneDocument();
     void strictLeavesOutWhatHasFindings();
     void strictOnOneDocument();
+    void marginsOfAPrinter();
     void unknownPrinter();
 };
 
@@ -275,6 +277,29 @@ void tst_PrintCheck::strictOnOneDocument()
     QVERIFY(!QFile::exists(file));
     QCOMPARE(strictly("1").exitCode, 0);
     QVERIFY(QFile::exists(file));
+}
+
+void tst_PrintCheck::marginsOfAPrinter()
+{
+    PrintDirectory directory;
+    const PrintQueue queue; // its printer leaves 12 points free on each side: 4.23 mm
+    // 10 units of 297/1122 mm are 2.65 mm, 19 units with the layout's own margin of 9 are 5.03 mm.
+    directory.addBlank({blankItem(0, "ТЕКСТ", QRectF(10, 300, 300, 40), {{"h_align", 0}})},
+                       {{"NAME", "Край"}, {"PAPER_FORMAT", 0}});
+    const auto check = [&](const QStringList& more) {
+        return runPrint(QStringList{"--dir", directory.path(), "--check", "--id", "1", "--blank",
+                                    "Край", "--printer", queue.printer} +
+                            more,
+                        queue.environment(noDisplay("C.UTF-8")));
+    };
+    const ProcessResult own = check({});
+    QVERIFY2(own.out.contains("goes 1.6 mm into the printer's margin on the left, with its empty "
+                              "part only"),
+             own.out);
+    QCOMPARE(own.out.count('\n'), 2);
+    QCOMPARE(own.exitCode, withFindings);
+    // What is told counts for more than what the printer says.
+    QCOMPARE(check({"--margins", "2"}).exitCode, clean);
 }
 
 void tst_PrintCheck::unknownPrinter()
