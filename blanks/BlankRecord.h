@@ -41,7 +41,7 @@ constexpr int center = 2;
 int mmToPixels(int millimetres);
 
 /// Cuts a length in scene units to a whole number, toward zero; beyond the range of int it is the
-/// nearest end of it.
+/// nearest end of it, and the lowest for what is no number.
 int truncated(double length);
 
 /// The name of a paper format code: "A4", "A5", "CustomMM", or "Unknown" for any other code.

@@ -12,6 +12,8 @@ class tst_BlankRecord : public QObject
 private slots:
     void millimetresToSceneUnits_data();
     void millimetresToSceneUnits();
+    void wholeUnits_data();
+    void wholeUnits();
     void paperFormatNames_data();
     void paperFormatNames();
     void codesOfTheRow();
@@ -46,6 +48,33 @@ void tst_BlankRecord::millimetresToSceneUnits()
     QFETCH(int, millimetres);
     QFETCH(int, units);
     QCOMPARE(mmToPixels(millimetres), units);
+}
+
+void tst_BlankRecord::wholeUnits_data()
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr int lowest = std::numeric_limits<int>::min();
+    constexpr int highest = std::numeric_limits<int>::max();
+    QTest::addColumn<double>("length");
+    QTest::addColumn<int>("units");
+    QTest::newRow("nothing") << 0.0 << 0;
+    QTest::newRow("whole") << 12.0 << 12;
+    QTest::newRow("just below") << 12.999 << 12;
+    QTest::newRow("negative") << -12.999 << -12;
+    QTest::newRow("between 0 and -1") << -0.5 << 0;
+    QTest::newRow("highest") << 2147483647.0 << highest;
+    QTest::newRow("beyond the range") << 1e300 << highest;
+    QTest::newRow("below the range") << -1e300 << lowest;
+    QTest::newRow("infinite") << infinity << highest;
+    QTest::newRow("infinite below") << -infinity << lowest;
+    QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN() << lowest;
+}
+
+void tst_BlankRecord::wholeUnits()
+{
+    QFETCH(double, length);
+    QFETCH(int, units);
+    QCOMPARE(truncated(length), units);
 }
 
 void tst_BlankRecord::paperFormatNames_data()
