@@ -501,14 +501,16 @@ void tst_BlankWindow::hugeItemsDoNoHarm()
     QJsonObject text = textItem;
     text["pos_x"] = 1e300;
     text["size_w"] = -1e300;
-    openWith({qr, text});
+    QJsonObject turnedQr = qrItem;
+    turnedQr["size_w"] = -1e300;
+    openWith({qr, text, turnedQr});
     for (QGraphicsRectItem* frame : frames()) {
         scene()->clearSelection();
         frame->setSelected(true);
         editor->invalidateCurrentItem();
     }
     QVERIFY(editor->saveBlank());
-    QCOMPARE(storedFields(*app, blankId), (QJsonArray{text, qr}));
+    QCOMPARE(storedFields(*app, blankId), (QJsonArray{turnedQr, text, qr}));
 }
 
 void tst_BlankWindow::addsAText()
