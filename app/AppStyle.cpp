@@ -2,9 +2,13 @@
 
 #include <QCalendarWidget>
 #include <QFile>
+#include <QHeaderView>
+#include <QTableView>
 #include <QTextCharFormat>
 #include <QTextStream>
 #include <QToolButton>
+
+#include "app/CellTextDelegate.h"
 
 QString baseStyleSheet;
 
@@ -34,6 +38,21 @@ void setStyledFixedHeight(QWidget* widget, int height)
     // Polishing sets the style sheet's own minimum, and would otherwise come last.
     widget->ensurePolished();
     widget->setFixedHeight(height);
+}
+
+void fitRows(QTableView* table, int lowest)
+{
+    constexpr int tallest = 104; // pixels; six lines
+    table->setItemDelegate(new CellTextDelegate(table));
+    QHeaderView* rows = table->verticalHeader();
+    rows->setDefaultSectionSize(lowest);
+    rows->setMinimumSectionSize(lowest);
+    rows->setMaximumSectionSize(tallest);
+    rows->setSectionResizeMode(QHeaderView::ResizeToContents);
+    // The view itself fits its rows to a text that changes, but not to a column's new width, which
+    // is in force only after the signal.
+    QObject::connect(table->horizontalHeader(), SIGNAL(sectionResized(int, int, int)), rows,
+                     SLOT(resizeSections()), Qt::QueuedConnection);
 }
 
 void applyCalendarStyle(QCalendarWidget* calendar)

@@ -12,6 +12,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/RowFitPause.h"
 #include "app/TableItems.h"
 #include "blanks/BlankFormatDialog.h"
 #include "blanks/BlankRecord.h"
@@ -55,6 +56,7 @@ BlankDlg::BlankDlg(QWidget* parent)
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
     ui->buttonReject->hide();
+    fitRows(ui->blanksWidget);
     ui->splitter->setSizes({320, 640});
     ui->backgroundView->setScene(previewScene);
     connect(ui->blankEditBtn, &QToolButton::clicked, this, &BlankDlg::blankDetails);
@@ -78,6 +80,7 @@ bool BlankDlg::refreshList()
         }
         return false;
     }
+    const RowFitPause pause(ui->blanksWidget);
     while (query.next()) {
         const QVariant id = query.value("ID");
         const QString name = query.value("NAME").toString();

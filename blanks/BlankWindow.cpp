@@ -1,14 +1,17 @@
 #include "blanks/BlankWindow.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QDebug>
 #include <QGraphicsPixmapItem>
 #include <QGraphicsScene>
 #include <QGraphicsTextItem>
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMessageBox>
 #include <QRandomGenerator>
 #include <QSqlQuery>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -120,6 +123,20 @@ QGraphicsPixmapItem* newQrChild(const QString& text, int side)
     return picture;
 }
 
+/// A text on the page: black on any desktop, and as large on the page as on paper, where a scene
+/// unit is a pixel at 96 dots per inch, whatever the screen's resolution.
+QGraphicsTextItem* makePageText(const QString& text)
+{
+    constexpr int dotsPerMetre = 3780;
+    static QImage page(1, 1, QImage::Format_Mono);
+    page.setDotsPerMeterX(dotsPerMetre);
+    page.setDotsPerMeterY(dotsPerMetre);
+    auto* item = new QGraphicsTextItem(text);
+    item->setDefaultTextColor(Qt::black);
+    item->document()->documentLayout()->setPaintDevice(&page);
+    return item;
+}
+
 QGraphicsTextItem* textChild(const QGraphicsItem* frame)
 {
     return qgraphicsitem_cast<QGraphicsTextItem*>(frame->childItems().first());
@@ -174,6 +191,7 @@ BlankWindow::BlankWindow(QWidget* parent)
     applyBaseStyle(this);
     ui->splitter->setSizes({150, 400, 150});
     ui->splitter->setStretchFactor(1, 1);
+    fitRows(ui->propertiesWidget);
     ui->blankTree->setColumnHidden(tagColumn, true);
     properties = new ItemPropertiesTable(ui->propertiesWidget, this);
     view->setScene(scene);
@@ -259,7 +277,7 @@ void BlankWindow::createItem(QRectF rect, const QString& value, int kind)
         child = newQrChild(value, newQrSide);
         rect.setSize(QSizeF(newQrSide + qrMarginLoaded, newQrSide + qrMarginLoaded));
     } else {
-        auto* text = new QGraphicsTextItem(value);
+        QGraphicsTextItem* text = makePageText(value);
         if (rect.width() <= 1.0 && rect.height() <= 1.0) {
             rect.setSize(text->boundingRect().size().expandedTo(QSizeF(200.0, 50.0)));
         }
@@ -279,7 +297,7 @@ void BlankWindow::addItemFromJson(const QJsonObject& item)
         addFrame(item, newQrChild(value, qrSide(size, qrMarginLoaded)));
         return;
     }
-    auto* text = new QGraphicsTextItem(value);
+    QGraphicsTextItem* text = makePageText(value);
     text->setFont(itemFont(item));
     addFrame(item, text);
 }

@@ -19,6 +19,7 @@ TableLayoutDialog::TableLayoutDialog(QWidget* parent)
     ui->setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
+    fitRows(ui->columnsTable);
     setRowFrom(m_rowFrom);
     setRowTo(m_rowTo);
     connect(this, &QDialog::accepted, this, &TableLayoutDialog::onDone);

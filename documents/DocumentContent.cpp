@@ -3,7 +3,6 @@
 #include <QComboBox>
 #include <QDate>
 #include <QDebug>
-#include <QHeaderView>
 #include <QJsonArray>
 #include <QSpinBox>
 #include <QSqlQuery>
@@ -11,9 +10,10 @@
 
 #include <limits>
 
+#include "app/AppStyle.h"
+#include "app/RowFitPause.h"
 #include "app/WheelGuard.h"
 #include "documents/CellDateEdit.h"
-#include "documents/CellTextDelegate.h"
 #include "documents/TableMemoDialog.h"
 #include "documents/TextMemoDialog.h"
 #include "documents/ZelvoraTableButton.h"
@@ -27,7 +27,6 @@ constexpr int captionColumn = 0;
 constexpr int valueColumn = 1;
 constexpr int captionWidth = 224; // pixels
 constexpr int rowHeight = 34;     // pixels; an editor of the base style is 30 high
-constexpr int tallestRow = 104;   // pixels; six lines of a long value
 
 const char* const borderless = "border: none";
 const char* const editCaption = "Изменить";
@@ -252,19 +251,13 @@ bool buildContent(const QVariant& formId, QJsonObject* content)
 void setUpContentTable(QTableWidget* table)
 {
     table->setColumnWidth(captionColumn, captionWidth);
-    table->setItemDelegate(new CellTextDelegate(table));
-    QHeaderView* rows = table->verticalHeader();
-    rows->setDefaultSectionSize(rowHeight);
-    rows->setMinimumSectionSize(rowHeight);
-    rows->setMaximumSectionSize(tallestRow);
+    fitRows(table, rowHeight);
 }
 
 void loadContentTable(QTableWidget* table, const QJsonObject& content,
                       const ValueButtonSlots& buttonSlots)
 {
-    // Rows fit their text, but only once they are all there.
-    QHeaderView* rows = table->verticalHeader();
-    rows->setSectionResizeMode(QHeaderView::Fixed);
+    const RowFitPause pause(table);
     table->setRowCount(0);
     for (auto it = content.begin(); it != content.end(); ++it) {
         const QJsonObject entry = it.value().toObject();
@@ -273,7 +266,6 @@ void loadContentTable(QTableWidget* table, const QJsonObject& content,
         addCaption(table, row, it.key(), entry);
         addEditor(table, row, entry, buttonSlots);
     }
-    rows->setSectionResizeMode(QHeaderView::ResizeToContents);
 }
 
 void saveContentTable(QJsonObject* content, const QTableWidget* table)

@@ -13,10 +13,11 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/CellTextDelegate.h"
+#include "app/RowFitPause.h"
 #include "app/TableItems.h"
 #include "blanks/BlankDlg.h"
 #include "documents/Archive.h"
-#include "documents/CellTextDelegate.h"
 #include "documents/ContentPane.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
@@ -292,6 +293,7 @@ void MainWindow::onCopyDoc()
 
 void MainWindow::selChange()
 {
+    const RowFitPause pause(ui->contentWidget);
     ui->contentWidget->setRowCount(0);
     const QVariant id = currentRowId();
     if (!id.isValid()) {
@@ -401,8 +403,11 @@ void MainWindow::setupTables()
 {
     for (QTableWidget* table : {ui->docsWidget, ui->contentWidget}) {
         setTableColours(table);
-        table->setItemDelegate(new CellTextDelegate(table));
     }
+    // The list may be long: its rows have one line each.
+    ui->docsWidget->setItemDelegate(new CellTextDelegate(ui->docsWidget));
+    ui->docsWidget->verticalHeader()->setDefaultSectionSize(plainRowHeight);
+    fitRows(ui->contentWidget);
     ui->docsWidget->setColumnWidth(0, 400);
     ui->docsWidget->setColumnWidth(2, 128);
     // The last column takes what the others leave, but never less than a width of its own.

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "app/AppStyle.h"
+#include "app/RowFitPause.h"
 #include "app/WheelGuard.h"
 #include "documents/CellDateEdit.h"
 #include "documents/DocumentContent.h"
@@ -68,7 +69,7 @@ TableMemoDialog::TableMemoDialog(QWidget* parent)
     , ui(std::make_unique<Ui::TableMemoDialog>())
 {
     ui->setupUi(this);
-    ui->tableWidget->verticalHeader()->setDefaultSectionSize(rowHeight);
+    fitRows(ui->tableWidget, rowHeight);
     // The last column stretches, but never below the default size.
     ui->tableWidget->horizontalHeader()->setMinimumSectionSize(smallestSection);
     ui->tableWidget->horizontalHeader()->setDefaultSectionSize(smallestSection);
@@ -85,6 +86,7 @@ bool TableMemoDialog::setData(const QJsonArray& columns, const QJsonArray& rows)
         return false;
     }
     loadColumns();
+    const RowFitPause pause(ui->tableWidget);
     for (int row = 0; row < rows.size(); ++row) {
         const QJsonArray stored = rows.at(row).toArray();
         QStringList cells;

@@ -16,6 +16,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/RowFitPause.h"
 #include "app/TableItems.h"
 #include "exchange/DocumentExport.h"
 #include "exchange/DocumentImport.h"
@@ -53,6 +54,8 @@ ExportDlg::ExportDlg(QWidget* parent)
     ui->setupUi(this);
     applyBaseStyle(this);
     ui->splitter->setSizes({300, 390});
+    fitRows(ui->templatesWidget);
+    fitRows(ui->fieldsWidget);
     ui->fromRow->setValidator(new QIntValidator(1, 999, ui->fromRow));
     ui->toRow->setValidator(new QIntValidator(1, 999, ui->toRow));
     connectWidgets();
@@ -84,6 +87,7 @@ void ExportDlg::loadTemplates()
         logSqlFailure("Unable to execute select query", query);
         return;
     }
+    const RowFitPause pause(ui->templatesWidget);
     while (query.next()) {
         appendRow(ui->templatesWidget,
                   {makeTableItem(query.value("NAME").toString(), query.value("ID"))});
@@ -110,6 +114,7 @@ void ExportDlg::loadForms()
 void ExportDlg::loadFields(const QJsonObject& object)
 {
     loadingFields = true;
+    const RowFitPause pause(ui->fieldsWidget);
     ui->fieldsWidget->setRowCount(0);
     const QVector<ExchangeItem> items = exchangeItems(object);
     for (int i = 0; i < items.size(); ++i) {

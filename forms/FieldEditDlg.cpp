@@ -55,6 +55,7 @@ FieldEditDlg::FieldEditDlg(QWidget* parent)
     connect(ui->typeCombo, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &FieldEditDlg::onChange);
     ui->typeStack->hide();
+    fitRows(ui->tableFieldsWidget);
     ui->tableFieldsWidget->setColumnWidth(nameCell, 270);
     ui->tableFieldsWidget->horizontalHeader()->setStretchLastSection(true);
     fillLists();

@@ -7,6 +7,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/RowFitPause.h"
 #include "app/TableItems.h"
 #include "forms/FieldEditDlg.h"
 #include "forms/FormDefinitions.h"
@@ -53,6 +54,11 @@ FormsDlg::FormsDlg(QWidget* parent)
     ui->formsWidget->setColumnWidth(0, 128);
     ui->fieldsWidget->setColumnWidth(0, 64);
     ui->fieldsWidget->setColumnWidth(1, 64);
+
+    for (QTableWidget* table :
+         {ui->formsWidget, ui->fieldsWidget, ui->listsWidget, ui->itemsWidget}) {
+        fitRows(table);
+    }
 
     connect(ui->addFrmBtn, &QPushButton::clicked, this, &FormsDlg::addForm);
     connect(ui->delFrmBtn, &QPushButton::clicked, this, &FormsDlg::deleteForm);
@@ -320,6 +326,7 @@ void FormsDlg::fillForms()
     if (!execute(query, "SELECT * FROM forms;", {}, "Unable to execute select query")) {
         return;
     }
+    const RowFitPause pause(ui->formsWidget);
     while (query.next()) {
         const int row = ui->formsWidget->rowCount();
         ui->formsWidget->insertRow(row);
@@ -335,6 +342,7 @@ void FormsDlg::fillLists()
     if (!execute(query, "SELECT * FROM lists;", {}, "Unable to execute select query")) {
         return;
     }
+    const RowFitPause pause(ui->listsWidget);
     while (query.next()) {
         const int row = ui->listsWidget->rowCount();
         ui->listsWidget->insertRow(row);
@@ -369,6 +377,7 @@ bool FormsDlg::changeItems(const JsonLogLines& log, const JsonArrayChange& chang
 void FormsDlg::drawFields(const QJsonArray& fields)
 {
     QTableWidget* table = ui->fieldsWidget;
+    const RowFitPause pause(table);
     table->setRowCount(0);
     table->setRowCount(fields.size());
     for (int row = 0; row < fields.size(); ++row) {
@@ -383,6 +392,7 @@ void FormsDlg::drawFields(const QJsonArray& fields)
 void FormsDlg::drawItems(const QJsonArray& items)
 {
     QTableWidget* table = ui->itemsWidget;
+    const RowFitPause pause(table);
     table->setRowCount(0);
     table->setRowCount(items.size());
     for (int row = 0; row < items.size(); ++row) {

@@ -11,6 +11,7 @@
 #include <QSqlQuery>
 #include <QStringList>
 
+#include "app/AppStyle.h"
 #include "store/UpdatePackage.h"
 
 namespace {
@@ -62,6 +63,7 @@ bool askToRemovePackage(const DataBaseUpdater& updater)
 {
     constexpr int shownQueryLength = 1200;
     QMessageBox box;
+    applyBaseStyle(&box);
     box.setWindowTitle("Ошибка обновления БД");
     box.setText("Не удалось обновить базу данных.\n\n-- ERROR --\n" + updater.lastError() +
                 ";\n\n-- SQL QUERY --\n" + updater.lastQuery().left(shownQueryLength));

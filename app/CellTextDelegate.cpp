@@ -1,4 +1,4 @@
-#include "documents/CellTextDelegate.h"
+#include "app/CellTextDelegate.h"
 
 QString CellTextDelegate::displayText(const QVariant& value, const QLocale& locale) const
 {
