@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QMessageBox>
+#include <QShortcut>
 #include <QSqlQuery>
 #include <QToolBar>
 
@@ -366,19 +367,25 @@ void MainWindow::on_menuAction_LocalChangeOrgData_triggered()
 void MainWindow::createToolBars()
 {
     startToolBar("toolBar", Qt::BottomToolBarArea);
-    addToolBarAction(":res/plus.png", "СОЗДАТЬ ДОКУМЕНТ", &MainWindow::onNewDoc);
-    addToolBarAction(":res/forms2.png", "СОЗДАТЬ КОПИЮ\nДОКУМЕНТА", &MainWindow::onCopyDoc);
-    addToolBarAction(":res/edit1.png", "РЕДАКТИРОВАТЬ\nДОКУМЕНТ", &MainWindow::onEditDoc);
-    addToolBarAction(":res/printer.png", "ПЕЧАТЬ", &MainWindow::onPrintDoc);
-    addToolBarAction(":res/trash.png", "УДАЛИТЬ ДОКУМЕНТ", &MainWindow::onDeleteDoc);
+    addToolBarAction(":res/plus.png", "СОЗДАТЬ ДОКУМЕНТ", &MainWindow::onNewDoc, QKeySequence::New);
+    addToolBarAction(":res/forms2.png", "СОЗДАТЬ КОПИЮ\nДОКУМЕНТА", &MainWindow::onCopyDoc,
+                     Qt::CTRL + Qt::Key_D);
+    addToolBarAction(":res/edit1.png", "РЕДАКТИРОВАТЬ\nДОКУМЕНТ", &MainWindow::onEditDoc,
+                     Qt::CTRL + Qt::Key_E);
+    addToolBarAction(":res/printer.png", "ПЕЧАТЬ", &MainWindow::onPrintDoc, QKeySequence::Print);
+    addToolBarAction(":res/trash.png", "УДАЛИТЬ ДОКУМЕНТ", &MainWindow::onDeleteDoc,
+                     Qt::CTRL + Qt::Key_Delete);
 
     startToolBar("toolBarTop", Qt::TopToolBarArea);
-    addToolBarAction(":/res/forms1.png", "ФОРМЫ", &MainWindow::showForms);
-    addToolBarAction(":/res/blanks.png", "БЛАНКИ", &MainWindow::showBlanks);
-    addToolBarAction(":/res/export.png", "ЭКСПОРТ\nИМПОРТ", &MainWindow::showExport);
+    addToolBarAction(":/res/forms1.png", "ФОРМЫ", &MainWindow::showForms, Qt::CTRL + Qt::Key_1);
+    addToolBarAction(":/res/blanks.png", "БЛАНКИ", &MainWindow::showBlanks, Qt::CTRL + Qt::Key_2);
+    addToolBarAction(":/res/export.png", "ЭКСПОРТ\nИМПОРТ", &MainWindow::showExport,
+                     Qt::CTRL + Qt::Key_3);
     m_toolBar->addSeparator();
-    addToolBarAction(":/res/load.png", "СОХРАНИТЬ\nВ АРХИВ", &MainWindow::saveData);
-    addToolBarAction(":/res/save.png", "ЗАГРУЗИТЬ\nИЗ АРХИВА", &MainWindow::loadData);
+    addToolBarAction(":/res/load.png", "СОХРАНИТЬ\nВ АРХИВ", &MainWindow::saveData,
+                     QKeySequence::Save);
+    addToolBarAction(":/res/save.png", "ЗАГРУЗИТЬ\nИЗ АРХИВА", &MainWindow::loadData,
+                     QKeySequence::Open);
 }
 
 void MainWindow::startToolBar(const QString& objectName, Qt::ToolBarArea area)
@@ -394,9 +401,10 @@ void MainWindow::startToolBar(const QString& objectName, Qt::ToolBarArea area)
     addToolBar(area, m_toolBar);
 }
 
-void MainWindow::addToolBarAction(const QString& icon, const QString& text, Slot slot)
+void MainWindow::addToolBarAction(const QString& icon, const QString& text, Slot slot,
+                                  const QKeySequence& shortcut)
 {
-    m_toolBar->addAction(QIcon(icon), text, this, slot);
+    m_toolBar->addAction(QIcon(icon), text, this, slot)->setShortcut(shortcut);
 }
 
 void MainWindow::setupTables()
@@ -421,6 +429,14 @@ void MainWindow::connectSignals()
     connect(ui->actionBlanks, &QAction::triggered, this, &MainWindow::showBlanks);
     connect(ui->docsWidget, &QTableWidget::itemDoubleClicked, this, &MainWindow::onEditDoc);
     connect(ui->docsWidget, &QTableWidget::itemSelectionChanged, this, &MainWindow::selChange);
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        new QShortcut(key, ui->docsWidget, this, &MainWindow::onEditDoc, Qt::WidgetShortcut);
+    }
+    new QShortcut(Qt::Key_Delete, ui->docsWidget, this, &MainWindow::onDeleteDoc,
+                  Qt::WidgetShortcut);
+    for (const QLineEdit* edit : {ui->filterNameEdit, ui->filterGroupEdit}) {
+        connect(edit, &QLineEdit::returnPressed, ui->filterApplyBtn, &QToolButton::click);
+    }
     connect(ui->filterApplyBtn, &QToolButton::clicked, this, &MainWindow::applyFilters);
     connect(ui->filterResetBtn, &QToolButton::clicked, this, &MainWindow::resetFilters);
 }

@@ -65,7 +65,8 @@ private:
 
     void createToolBars();
     void startToolBar(const QString& objectName, Qt::ToolBarArea area);
-    void addToolBarAction(const QString& icon, const QString& text, Slot slot);
+    void addToolBarAction(const QString& icon, const QString& text, Slot slot,
+                          const QKeySequence& shortcut);
     void setupTables();
     void connectSignals();
     void setupDates();

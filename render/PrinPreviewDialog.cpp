@@ -181,6 +181,7 @@ QTableWidget* makeTable(const QFont& font)
     table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table->setFocusPolicy(Qt::NoFocus); // or Tab would mark a cell, and the mark be printed
     // Last, since the style sheet sets fonts: only a font that is given has the page's resolution.
     for (QWidget* part : QVector<QWidget*>{table, header, horizontalBar, verticalBar}) {
         part->setFont(font);

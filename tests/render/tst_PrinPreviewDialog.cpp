@@ -170,6 +170,7 @@ private slots:
     void cellsThatAreNoStrings();
     void tableTextsAreNotExpanded();
     void documentDecidesBetweenTableAndText();
+    void pageCannotBeTouched();
 
     void background_data();
     void background();
@@ -875,6 +876,34 @@ void tst_PrinPreviewDialog::documentDecidesBetweenTableAndText()
     QVERIFY(page.label(3)->text().contains(">#NOBODY<"));
     QVERIFY(page.label(4)->text().contains(">строка<"));
     QVERIFY(page.table(5)); // an unknown kind
+}
+
+void tst_PrinPreviewDialog::pageCannotBeTouched()
+{
+    Page page;
+    page.build({blankItem(2, "#T", QRectF(20, 20, 300, 120))},
+               {{"#T", tableEntry(numberedRows(40))}}); // far more than the frame holds
+    page.dialog->show();
+    QVERIFY(QTest::qWaitForWindowActive(page.dialog.get()));
+    auto* view = page.dialog->findChild<QGraphicsView*>("documentView");
+    const QTableWidget* table = page.table();
+    const QPoint place = view->mapFromScene(QPointF(60, 60));
+    const QRect rectBefore = table->visualItemRect(table->item(3, 0));
+
+    QWheelEvent wheel(place, view->viewport()->mapToGlobal(place), QPoint(), QPoint(0, -360),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view->viewport(), &wheel);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, place);
+    QTest::keyClick(view, Qt::Key_Tab);
+    for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_Down, Qt::Key_End}) {
+        QTest::keyClick(page.dialog.get(), key);
+        QTest::keyClick(view, key);
+    }
+
+    // Otherwise other rows would be printed, or a frame around the current cell.
+    QCOMPARE(table->visualItemRect(table->item(3, 0)), rectBefore);
+    QVERIFY(!table->currentIndex().isValid());
+    QVERIFY(!table->hasFocus());
 }
 
 void tst_PrinPreviewDialog::background_data()
