@@ -1,5 +1,7 @@
 #include <QtTest>
 
+#include <QAbstractTextDocumentLayout>
+#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFontComboBox>
@@ -14,6 +16,7 @@
 #include <QSpinBox>
 #include <QSplitter>
 #include <QTableWidget>
+#include <QTextDocument>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -51,6 +54,7 @@ private slots:
     void failedLoadIsLogged();
 
     void loadsATextItem();
+    void textIsAsOnPaper();
     void loadsAQrItem();
     void loadsAnItemWithoutKeys();
     void loadsAnItemOfAnUnknownKind();
@@ -457,6 +461,33 @@ void tst_BlankWindow::loadsATextItem()
     QCOMPARE(textOf(frame)->font().pointSize(), 12);
     QCOMPARE(textOf(frame)->pos(), centred(frame));
     QVERIFY(scene()->selectedItems().isEmpty());
+}
+
+void tst_BlankWindow::textIsAsOnPaper()
+{
+    const QPalette desktop = QApplication::palette();
+    QPalette dark = desktop;
+    dark.setColor(QPalette::Text, Qt::white);
+    QApplication::setPalette(dark);
+    openWith({textItem});
+    find<QAction>("actionAddTable")->trigger();
+    QApplication::setPalette(desktop);
+
+    constexpr int dotsPerInch = 96; // of a scene unit, on any screen
+    const QList<QGraphicsItem*> items = scene()->items();
+    int texts = 0;
+    for (QGraphicsItem* item : items) {
+        const auto* text = qgraphicsitem_cast<QGraphicsTextItem*>(item);
+        if (text) {
+            ++texts;
+            QCOMPARE(text->defaultTextColor(), QColor(Qt::black));
+            const QPaintDevice* paper = text->document()->documentLayout()->paintDevice();
+            QVERIFY(paper);
+            QCOMPARE(paper->logicalDpiX(), dotsPerInch);
+            QCOMPARE(paper->logicalDpiY(), dotsPerInch);
+        }
+    }
+    QCOMPARE(texts, 2);
 }
 
 void tst_BlankWindow::loadsAQrItem()

@@ -86,6 +86,7 @@ private slots:
     void paneShowsTheDocument();
     void paneShowsAnyContent_data();
     void paneShowsAnyContent();
+    void paneShowsLongValuesWhole();
     void paneFollowsTheClickedRow();
     void paneOfRowOfNulls();
     void paneOfHugeContent();
@@ -103,6 +104,10 @@ private slots:
 
     void editIsStored();
     void editByDoubleClick();
+    void keysOfTheList();
+    void shortcuts_data();
+    void shortcuts();
+    void enterAppliesTheFilter();
     void editRejected();
     void editWithApostropheShowsWhatWasEntered();
     void editMovesTheRowInSortedList();
@@ -301,6 +306,22 @@ void tst_MainWindowActions::paneShowsAnyContent()
     open();
     QCOMPARE(paneRows().mid(4), added);
     QCOMPARE(m_app->dump(), before);
+}
+
+void tst_MainWindowActions::paneShowsLongValuesWhole()
+{
+    const QString longValue = "Аттестат об основном общем образовании, выдан в 2019 году средней "
+                              "общеобразовательной школой № 17 города Ясногорска";
+    addDocument("Иванова", 1,
+                R"({"#A": {"name": "Документ", "type": 0, "value": ")" + longValue + R"("}})");
+    open();
+    constexpr int textMargin = 3; // of a cell, on each side
+    const QRect room(0, 0, pane()->columnWidth(1) - 2 * textMargin, 1000);
+    const int needed =
+        pane()->fontMetrics().boundingRect(room, Qt::TextWordWrap, longValue).height();
+    QVERIFY(needed > plainRowHeight);
+    QTRY_VERIFY(pane()->rowHeight(4) >= needed);
+    QCOMPARE(pane()->rowHeight(0), plainRowHeight);
 }
 
 void tst_MainWindowActions::paneFollowsTheClickedRow()
@@ -606,6 +627,81 @@ void tst_MainWindowActions::editByDoubleClick()
     QTest::mouseClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, cell);
     QTest::mouseDClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, cell);
     play();
+}
+
+void tst_MainWindowActions::keysOfTheList()
+{
+    addDocument("Иванова");
+    addDocument("Петрова");
+    open();
+    list()->setFocus();
+    list()->setCurrentCell(1, 0);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        m_driver->expect<DocDialog>([](DocDialog* dialog) {
+            QCOMPARE(named<QLineEdit>(dialog, "lnameEdit")->text(), QString("Петрова"));
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTest::keyClick(list(), key);
+        play();
+    }
+    m_driver->expectMessage("Zelvora", "Удалить выбранные документы?", "Да");
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QTest::keyClick(list(), Qt::Key_Delete);
+    play();
+    QCOMPARE(rows(), QStringList({"1 Иванова"}));
+
+    // In a filter it deletes a letter.
+    auto* filter = named<QLineEdit>(m_window.get(), "filterNameEdit");
+    filter->setFocus();
+    QTest::keyClick(filter, Qt::Key_Delete);
+    QCOMPARE(rows(), QStringList({"1 Иванова"}));
+}
+
+void tst_MainWindowActions::shortcuts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QKeySequence>("shortcut");
+    QTest::newRow("new") << "СОЗДАТЬ ДОКУМЕНТ" << QKeySequence("Ctrl+N");
+    QTest::newRow("copy") << "СОЗДАТЬ КОПИЮ\nДОКУМЕНТА" << QKeySequence("Ctrl+D");
+    QTest::newRow("edit") << "РЕДАКТИРОВАТЬ\nДОКУМЕНТ" << QKeySequence("Ctrl+E");
+    QTest::newRow("print") << "ПЕЧАТЬ" << QKeySequence("Ctrl+P");
+    QTest::newRow("delete") << "УДАЛИТЬ ДОКУМЕНТ" << QKeySequence("Ctrl+Del");
+    QTest::newRow("forms") << "ФОРМЫ" << QKeySequence("Ctrl+1");
+    QTest::newRow("blanks") << "БЛАНКИ" << QKeySequence("Ctrl+2");
+    QTest::newRow("exchange") << "ЭКСПОРТ\nИМПОРТ" << QKeySequence("Ctrl+3");
+    QTest::newRow("save") << "СОХРАНИТЬ\nВ АРХИВ" << QKeySequence("Ctrl+S");
+    QTest::newRow("load") << "ЗАГРУЗИТЬ\nИЗ АРХИВА" << QKeySequence("Ctrl+O");
+}
+
+void tst_MainWindowActions::shortcuts()
+{
+    QFETCH(QString, text);
+    QFETCH(QKeySequence, shortcut);
+    open();
+    const QList<QAction*> actions = m_window->findChildren<QAction*>();
+    QStringList owners;
+    for (const QAction* action : actions) {
+        if (action->shortcut() == shortcut) {
+            owners << action->text();
+        }
+    }
+    QCOMPARE(owners, QStringList(text));
+}
+
+void tst_MainWindowActions::enterAppliesTheFilter()
+{
+    addDocument("Иванова");
+    addDocument("Петрова");
+    open();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    auto* filter = named<QLineEdit>(m_window.get(), "filterNameEdit");
+    filter->setFocus();
+    typeInto(filter, "Петр");
+    QTest::keyClick(filter, Qt::Key_Return);
+    QCOMPARE(rows(), QStringList({"2 Петрова"}));
 }
 
 void tst_MainWindowActions::editRejected()

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QSqlQuery>
 
+#include "app/AppStyle.h"
 #include "store/DataBaseUpdater.h"
 #include "store/UpdateFixture.h"
 #include "support/LogCatcher.h"
@@ -575,10 +576,12 @@ void tst_DataBaseUpdater::failureKeepsThePackage()
         QFile file(m_app->path("dbUpdate.bin"));
         LogCatcher log;
         ModalDriver driver;
+        loadBaseStyle(); // as before every update at the start
         driver.expect<QMessageBox>([](QMessageBox* box) {
             QCOMPARE(box->windowTitle(), QString("Ошибка обновления БД"));
             QCOMPARE(box->icon(), QMessageBox::NoIcon);
             QVERIFY(!box->parent());
+            QVERIFY(!baseStyleSheet.isEmpty() && box->styleSheet().startsWith(baseStyleSheet));
             QVERIFY(box->text().startsWith("Не удалось обновить базу данных.\n\n-- ERROR --\n"
                                            "Ошибка выполнения запроса;\nSqlError: "));
             QVERIFY(box->text().endsWith(";\n\n-- SQL QUERY --\nUPDATE nowhere SET A = 1"));
