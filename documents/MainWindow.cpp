@@ -369,9 +369,9 @@ void MainWindow::createToolBars()
     startToolBar("toolBar", Qt::BottomToolBarArea);
     addToolBarAction(":res/plus.png", "СОЗДАТЬ ДОКУМЕНТ", &MainWindow::onNewDoc, QKeySequence::New);
     addToolBarAction(":res/forms2.png", "СОЗДАТЬ КОПИЮ\nДОКУМЕНТА", &MainWindow::onCopyDoc,
-                     Qt::CTRL + Qt::Key_D);
+                     Qt::CTRL + Qt::SHIFT + Qt::Key_N);
     addToolBarAction(":res/edit1.png", "РЕДАКТИРОВАТЬ\nДОКУМЕНТ", &MainWindow::onEditDoc,
-                     Qt::CTRL + Qt::Key_E);
+                     Qt::Key_F2);
     addToolBarAction(":res/printer.png", "ПЕЧАТЬ", &MainWindow::onPrintDoc, QKeySequence::Print);
     addToolBarAction(":res/trash.png", "УДАЛИТЬ ДОКУМЕНТ", &MainWindow::onDeleteDoc,
                      Qt::CTRL + Qt::Key_Delete);
