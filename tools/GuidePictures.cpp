@@ -53,6 +53,8 @@
 #include "store/DataBaseUpdater.h"
 #include "store/UpdatePackage.h"
 #include "tools/CalibrationSheet.h"
+#include "tools/PageCheck.h"
+#include "tools/ProofPicture.h"
 
 namespace {
 
@@ -97,6 +99,7 @@ private:
     void tableLayout();
     void preview();
     void testSheet();
+    void proof();
     void testBlank();
     void exchange();
     void organisation();
@@ -642,6 +645,32 @@ void Pictures::messages()
                          [this](QMessageBox* box) { take(box, "no-blank"); });
 }
 
+void Pictures::proof()
+{
+    QSqlQuery query;
+    const QString document = QString::number(diplomaDocument);
+    const QString blank = QString::number(diplomaBlank);
+    for (const QString& statement :
+         {"UPDATE docs SET LNAME = 'Константинопольский-Преображенский-Вознесенский', "
+          "FNAME = '<Антон>', ISSUE_DATE = '' WHERE ID = " +
+              document,
+          // The font that this machine has: a missing one is another story.
+          "UPDATE blanks SET FONT = 'Liberation Serif', CONTENT = replace(CAST(CONTENT AS TEXT), "
+          "'Times New Roman', 'Liberation Serif') WHERE ID = " +
+              blank})
+    {
+        if (!query.exec(statement)) {
+            qFatal("the sample cannot be changed");
+        }
+    }
+    PageCheck check;
+    if (!check.check(document, blank)) {
+        qFatal("the sample has no document %d or no blank %d", diplomaDocument, diplomaBlank);
+    }
+    constexpr int dpi = 110;
+    save(ProofPicture(check, dpi, false).draw(), "proof");
+}
+
 bool Pictures::makeAll(const QStringList& only)
 {
     MainWindow().loadDocTypes(); // the document dialogs offer what the main window has read
@@ -666,7 +695,8 @@ bool Pictures::makeAll(const QStringList& only)
                                                  {"exchange", &Pictures::exchange},
                                                  {"organisation", &Pictures::organisation},
                                                  {"questions", &Pictures::questions},
-                                                 {"messages", &Pictures::messages}};
+                                                 {"messages", &Pictures::messages},
+                                                 {"proof", &Pictures::proof}};
     QStringList unknown = only;
     for (const auto& [name, make] : steps) {
         if (only.isEmpty() || unknown.removeAll(name) > 0) {
