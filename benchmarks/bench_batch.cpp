@@ -24,7 +24,7 @@ void print(benchmark::State& state, const PageDirectory& directory, const QStrin
     options.parse(QStringList{"--quiet", "--output", directory.path("ours.pdf")} + documents);
     QString messages;
     QTextStream stream(&messages);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         if (PrintJob(options, stream, stream).run() != JobResult::Done) {
             state.SkipWithError("not printed");
             break;
@@ -35,7 +35,7 @@ void print(benchmark::State& state, const PageDirectory& directory, const QStrin
 
 void paintPages(benchmark::State& state, const PageDirectory& directory, PaintTexts paint)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const auto printer = pdfPrinter(directory.path("floor.pdf"));
         QPainter painter(printer.get());
         scaleToPage(painter);

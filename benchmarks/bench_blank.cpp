@@ -102,7 +102,7 @@ void dragSteps(benchmark::State& state, QGraphicsView* view)
     const QPoint start = view->mapFromScene(QPointF(29, 27));
     sendMouse(view, QEvent::MouseButtonPress, start);
     int step = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         step = (step + 1) % 100;
         sendMouse(view, QEvent::MouseMove, start + QPoint(step, step));
         QApplication::processEvents();
@@ -112,7 +112,7 @@ void dragSteps(benchmark::State& state, QGraphicsView* view)
 
 void load(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         auto editor = std::make_unique<BlankWindow>();
         editor->setBlankId(blankId);
@@ -127,14 +127,14 @@ void load(benchmark::State& state)
 void save(benchmark::State& state)
 {
     const auto editor = openEditor();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         editor->saveBlank();
     }
 }
 
 void addItems(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         auto scene = std::make_unique<QGraphicsScene>(0, 0, 1122, 793);
         QGraphicsView view(scene.get());
@@ -172,7 +172,7 @@ void select(benchmark::State& state)
     const QPoint places[] = {view->mapFromScene(QPointF(29, 27)),
                              view->mapFromScene(QPointF(69, 27))};
     int turn = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const QPoint at = places[turn++ % 2];
         sendMouse(view, QEvent::MouseButtonPress, at);
         sendMouse(view, QEvent::MouseButtonRelease, at);
@@ -186,7 +186,7 @@ void fillBareTable(benchmark::State& state)
     QTableWidget table(0, 2);
     table.resize(320, 450);
     table.show();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         table.setRowCount(0);
         table.setRowCount(11);
         for (int row = 0; row < 11; ++row) {

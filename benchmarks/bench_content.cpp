@@ -164,7 +164,7 @@ std::function<int(int)> always(int type)
 void content(benchmark::State& state)
 {
     const QJsonObject stored = makeContent();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         DocDialog dialog;
         dialog.setContent(stored);
         dialog.show();
@@ -176,7 +176,7 @@ void content(benchmark::State& state)
 
 void contentFloor(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         showBare(fieldCount, {always(FieldType::string), [](int row) { return row % 6; }});
     }
 }
@@ -185,7 +185,7 @@ void tableValue(benchmark::State& state)
 {
     const QJsonArray columns = makeColumns();
     const QJsonArray rows = makeRows();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         TableMemoDialog dialog;
         dialog.setData(columns, rows);
         dialog.show();
@@ -196,7 +196,7 @@ void tableValue(benchmark::State& state)
 
 void tableValueFloor(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         showBare(rowCount, {always(FieldType::string), always(FieldType::counter),
                             always(FieldType::date), always(FieldType::list)});
     }

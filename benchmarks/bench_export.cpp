@@ -35,7 +35,7 @@ ExchangeBench& bench()
 
 void ours(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const QString workbookPath = bench().path("template.xlsx");
         const std::clock_t begin = std::clock();
         QSqlQuery query;
@@ -51,7 +51,7 @@ void ours(benchmark::State& state)
 void peer(benchmark::State& state, const char* job)
 {
     const QString out = bench().path(QString(job) + ".xlsx");
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const double seconds =
             ExchangeBench::runPeer(job, {bench().path("docs.db"), bench().path("template.xlsx")},
                                    out)

@@ -53,7 +53,7 @@ void editItem(benchmark::State& state)
     dialog.findChild<QTableWidget*>("listsWidget")->setCurrentCell(0, 0);
     auto* items = dialog.findChild<QTableWidget*>("itemsWidget");
     int turn = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         items->setCurrentCell(items->rowCount() / 2, 0);
         items->currentItem()->setText(QString("изменено %1").arg(++turn));
     }
@@ -65,7 +65,7 @@ void editItemFloor(benchmark::State& state)
     QTableWidget table(0, 1);
     table.show();
     int turn = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         JsonColumn list = readListItems(listId);
         QJsonArray items = list.object.value("items").toArray();
         items.replace(items.size() / 2, QString("изменено %1").arg(++turn));
@@ -92,7 +92,7 @@ void selectForm(benchmark::State& state)
     FormsDlg dialog;
     dialog.show();
     dialog.findChild<QTableWidget*>("formsWidget")->setCurrentCell(0, 0);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         dialog.selChange();
     }
 }
@@ -102,7 +102,7 @@ void selectFormFloor(benchmark::State& state)
     storeForm(static_cast<int>(state.range(0)));
     QTableWidget table(0, 3);
     table.show();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const QJsonArray fields = readFormFields(formId).object.value("fields").toArray();
         table.setRowCount(0);
         table.setRowCount(fields.size());

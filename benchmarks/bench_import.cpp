@@ -135,7 +135,7 @@ private:
 std::function<void(benchmark::State&)> teller(const Times& times)
 {
     return [times](benchmark::State& state) {
-        for (auto _ : state) {
+        for ([[maybe_unused]] auto _ : state) {
             state.SetIterationTime(times.clock);
             state.counters["processor_ms"] = 1e3 * times.processor;
         }

@@ -103,7 +103,7 @@ void fillList(benchmark::State& state)
 {
     MainWindow window;
     window.findChild<QTableWidget*>("docsWidget")->sortByColumn(0, Qt::AscendingOrder);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         window.updateDocsTable(QString());
     }
 }
@@ -112,7 +112,7 @@ void fillFloor(benchmark::State& state)
 {
     const MainWindow window; // reads the document types
     QTableWidget bare(0, 4);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         fillBareTable(bare);
     }
 }

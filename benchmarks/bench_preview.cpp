@@ -19,7 +19,7 @@ namespace {
 void paintImage(benchmark::State& state, PaintTexts paint)
 {
     QImage image(page, QImage::Format_ARGB32_Premultiplied);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         image.fill(Qt::white);
         QPainter painter(&image);
         paint(painter);
@@ -28,7 +28,7 @@ void paintImage(benchmark::State& state, PaintTexts paint)
 
 void paintPdf(benchmark::State& state, const PageDirectory& directory, PaintTexts paint)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const auto printer = pdfPrinter(directory.path("floor.pdf"));
         QPainter painter(printer.get());
         scaleToPage(painter);
@@ -39,7 +39,7 @@ void paintPdf(benchmark::State& state, const PageDirectory& directory, PaintText
 void build(benchmark::State& state)
 {
     PrinPreviewDialog preview(1);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         if (!preview.buildScene(preview.pageScene(), 1, 1)) {
             state.SkipWithError("not built");
             break;
@@ -51,7 +51,7 @@ void build(benchmark::State& state)
 void buildAndPrint(benchmark::State& state, const PageDirectory& directory)
 {
     PrinPreviewDialog preview(1);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         preview.buildScene(preview.pageScene(), 1, 1);
         const auto printer = pdfPrinter(directory.path("ours.pdf"));
         preview.printTo(*printer);
@@ -62,7 +62,7 @@ void print(benchmark::State& state, const PageDirectory& directory)
 {
     PrinPreviewDialog preview(1);
     preview.buildScene(preview.pageScene(), 1, 1);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const auto printer = pdfPrinter(directory.path("ours.pdf"));
         preview.printTo(*printer);
     }

@@ -60,7 +60,7 @@ void runOurs(benchmark::State& state, const Case& input)
 {
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): a plain work area
     QrEncoder encoder;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const bool done =
             encoder.encodeData(levelM, input.version, false, anyMask, input.text.c_str(), 0);
         benchmark::DoNotOptimize(encoder.modules.data());
@@ -75,7 +75,7 @@ void runOurs(benchmark::State& state, const Case& input)
 
 void runQrencode(benchmark::State& state, const Case& input)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         QRcode* const symbol =
             QRcode_encodeString8bit(input.text.c_str(), input.version, QR_ECLEVEL_M);
         const bool done = symbol != nullptr && symbol->version == input.version;
@@ -92,7 +92,7 @@ void runQrcodegen(benchmark::State& state, const Case& input)
     using qrcodegen::QrCode;
     using qrcodegen::QrSegment;
     const std::vector<std::uint8_t> bytes(input.text.begin(), input.text.end());
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const QrCode symbol =
             QrCode::encodeSegments({QrSegment::makeBytes(bytes)}, QrCode::Ecc::MEDIUM,
                                    input.version, input.version, anyMask, false);

@@ -166,7 +166,7 @@ void applyPackage(QByteArray& package)
 void parts(benchmark::State& state)
 {
     QByteArray package = packageOfStatements();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         resetLists();
         state.ResumeTiming();
@@ -181,7 +181,7 @@ void partsBare(benchmark::State& state)
     for (int i = 0; i < partCount; ++i) {
         statements << statementOfPart(i);
     }
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         resetLists();
         state.ResumeTiming();
@@ -200,7 +200,7 @@ void partsBare(benchmark::State& state)
 void migration(benchmark::State& state)
 {
     QByteArray package = packageOfMigration();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         resetDocuments();
         state.ResumeTiming();
@@ -249,7 +249,7 @@ void rewriteDocuments(const QVector<QPair<QString, QJsonObject>>& entries)
 
 void migrationBare(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         resetDocuments();
         state.ResumeTiming();
