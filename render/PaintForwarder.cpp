@@ -1,23 +1,20 @@
 #include "render/PaintForwarder.h"
 
-#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
-#include <QRegion>
 #include <QTransform>
 
-#include <limits>
+#include "render/ClipTrackingEngine.h"
 
 namespace {
 
 /// Brings the target painter into the source's state just before each primitive. Working from the
 /// whole state, not from its changes, costs little, since a painter ignores what it already has.
-class ForwardingEngine : public QPaintEngine
+class ForwardingEngine : public ClipTrackingEngine
 {
 public:
     explicit ForwardingEngine(QPainter* target)
-        : QPaintEngine(AllFeatures)
-        , m_target(target)
+        : m_target(target)
         , m_base(target->transform())
         , m_baseOpacity(target->opacity())
     {
@@ -25,25 +22,6 @@ public:
     }
 
     ~ForwardingEngine() override { m_target->restore(); }
-
-    bool begin(QPaintDevice*) override { return true; }
-    bool end() override { return true; }
-    Type type() const override { return User; }
-
-    void updateState(const QPaintEngineState& newState) override
-    {
-        const DirtyFlags dirty = newState.state();
-        if (dirty & DirtyClipRegion) {
-            QPainterPath path;
-            path.addRegion(newState.clipRegion());
-            updateClip(newState.clipOperation(), newState.transform().map(path));
-        } else if (dirty & DirtyClipPath) {
-            updateClip(newState.clipOperation(), newState.transform().map(newState.clipPath()));
-        }
-        if (dirty & DirtyClipEnabled) {
-            m_clipEnabled = newState.isClipEnabled();
-        }
-    }
 
     void drawPath(const QPainterPath& path) override
     {
@@ -117,38 +95,22 @@ public:
     }
 
 private:
-    void updateClip(Qt::ClipOperation operation, const QPainterPath& path)
-    {
-        switch (operation) {
-        case Qt::NoClip:
-            m_clipEnabled = false;
-            return;
-        case Qt::ReplaceClip:
-            m_clip = path;
-            break;
-        case Qt::IntersectClip:
-            m_clip = m_clipEnabled ? m_clip.intersected(path) : path;
-            break;
-        }
-        m_clipEnabled = true;
-    }
-
     /// Puts the source's clip and state on the target; false if nothing of a primitive can show.
     bool prepareTarget()
     {
-        QPainterPath clip;
-        clip.addRegion(systemClip());
-        if (m_clipEnabled) {
-            clip = clip.isEmpty() ? m_clip : clip.intersected(m_clip);
+        QPainterPath shown;
+        shown.addRegion(systemClip());
+        if (isClipped()) {
+            shown = shown.isEmpty() ? clip() : shown.intersected(clip());
         }
-        if (clip.isEmpty()) {
-            return systemClip().isEmpty() && !m_clipEnabled;
+        if (shown.isEmpty()) {
+            return systemClip().isEmpty() && !isClipped();
         }
-        if (clip != m_targetClip) {
-            m_targetClip = clip;
+        if (shown != m_targetClip) {
+            m_targetClip = shown;
             m_target->restore();
             m_target->save();
-            m_target->setClipPath(clip, Qt::IntersectClip);
+            m_target->setClipPath(shown, Qt::IntersectClip);
         }
         m_target->setTransform(state->transform() * m_base);
         m_target->setPen(state->pen());
@@ -165,17 +127,14 @@ private:
     QPainter* m_target;
     QTransform m_base;
     qreal m_baseOpacity;
-    QPainterPath m_clip; // of the source, in the forwarder's own coordinates
-    bool m_clipEnabled = false;
     QPainterPath m_targetClip; // what the target has now
 };
 
 } // namespace
 
 PaintForwarder::PaintForwarder(QPainter* target, const QSize& size, int dpi)
-    : m_engine(std::make_unique<ForwardingEngine>(target))
-    , m_size(size)
-    , m_dpi(dpi)
+    : VirtualPaintDevice(size, dpi)
+    , m_engine(std::make_unique<ForwardingEngine>(target))
 {
 }
 
@@ -184,33 +143,4 @@ PaintForwarder::~PaintForwarder() = default;
 QPaintEngine* PaintForwarder::paintEngine() const
 {
     return m_engine.get();
-}
-
-int PaintForwarder::metric(PaintDeviceMetric metric) const
-{
-    constexpr double millimetresPerInch = 25.4;
-    switch (metric) {
-    case PdmWidth:
-        return m_size.width();
-    case PdmHeight:
-        return m_size.height();
-    case PdmWidthMM:
-        return qRound(m_size.width() * millimetresPerInch / m_dpi);
-    case PdmHeightMM:
-        return qRound(m_size.height() * millimetresPerInch / m_dpi);
-    case PdmDpiX:
-    case PdmDpiY:
-    case PdmPhysicalDpiX:
-    case PdmPhysicalDpiY:
-        return m_dpi;
-    case PdmNumColors:
-        return std::numeric_limits<int>::max();
-    case PdmDepth:
-        return 32;
-    case PdmDevicePixelRatio:
-        return 1;
-    case PdmDevicePixelRatioScaled:
-        return static_cast<int>(devicePixelRatioFScale());
-    }
-    return 0;
 }

@@ -1,16 +1,16 @@
 #pragma once
 
-#include <QPaintDevice>
-#include <QSize>
-
 #include <memory>
 
+#include "render/VirtualPaintDevice.h"
+
+class QPaintEngine;
 class QPainter;
 
 /// A paint device that repeats on another painter whatever is painted on it, primitive by
 /// primitive, in the coordinates that the other painter has when the forwarder is made. Text stays
 /// text, with the glyph positions of the source; the clips of the source come through.
-class PaintForwarder : public QPaintDevice
+class PaintForwarder : public VirtualPaintDevice
 {
 public:
     /// `target` must be active and outlive the forwarder; its state is restored at the end. `size`
@@ -20,11 +20,6 @@ public:
 
     QPaintEngine* paintEngine() const override;
 
-protected:
-    int metric(PaintDeviceMetric metric) const override;
-
 private:
     std::unique_ptr<QPaintEngine> m_engine;
-    QSize m_size;
-    int m_dpi;
 };

@@ -1,13 +1,12 @@
 #include "tools/InkRecorder.h"
 
 #include <QGraphicsItem>
-#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleOptionGraphicsItem>
 #include <QTextDocument>
 
-#include <limits>
+#include "render/ClipTrackingEngine.h"
 
 namespace {
 
@@ -48,35 +47,12 @@ QRectF TextMark::roughInk() const
 }
 
 /// Keeps texts and passes over all else.
-class InkRecorder::Engine : public QPaintEngine
+class InkRecorder::Engine : public ClipTrackingEngine
 {
 public:
     explicit Engine(QVector<TextMark>& marks)
-        : QPaintEngine(AllFeatures)
-        , m_marks(marks)
+        : m_marks(marks)
     {
-    }
-
-    bool begin(QPaintDevice*) override
-    {
-        m_clip = QRectF();
-        m_isClipped = false;
-        return true;
-    }
-    bool end() override { return true; }
-    Type type() const override { return User; }
-
-    void updateState(const QPaintEngineState& newState) override
-    {
-        const DirtyFlags dirty = newState.state();
-        if (dirty & DirtyClipRegion) {
-            updateClip(newState, QRectF(newState.clipRegion().boundingRect()));
-        } else if (dirty & DirtyClipPath) {
-            updateClip(newState, newState.clipPath().boundingRect());
-        }
-        if (dirty & DirtyClipEnabled) {
-            m_isClipped = newState.isClipEnabled();
-        }
     }
 
     void drawPath(const QPainterPath&) override {}
@@ -92,35 +68,17 @@ public:
         mark.transform = state->transform();
         mark.box = mark.transform.mapRect(QRectF(position.x(), position.y() - item.ascent(),
                                                  item.width(), item.ascent() + item.descent()));
-        mark.clip = m_isClipped ? m_clip : QRectF();
+        mark.clip = isClipped() ? clip().boundingRect() : QRectF();
         m_marks.append(mark);
     }
 
 private:
-    void updateClip(const QPaintEngineState& newState, const QRectF& area)
-    {
-        const QRectF clip = newState.transform().mapRect(area);
-        switch (newState.clipOperation()) {
-        case Qt::NoClip:
-            m_isClipped = false;
-            return;
-        case Qt::ReplaceClip:
-            m_clip = clip;
-            break;
-        case Qt::IntersectClip:
-            m_clip = m_isClipped ? m_clip.intersected(clip) : clip;
-            break;
-        }
-        m_isClipped = true;
-    }
-
     QVector<TextMark>& m_marks;
-    QRectF m_clip; // on the page
-    bool m_isClipped = false;
 };
 
 InkRecorder::InkRecorder()
-    : m_engine(std::make_unique<Engine>(m_marks))
+    : VirtualPaintDevice(QSize(pageSide, pageSide), dotsPerInch)
+    , m_engine(std::make_unique<Engine>(m_marks))
 {
 }
 
@@ -147,33 +105,6 @@ QVector<TextMark> InkRecorder::textsOf(const QTextDocument& document, const QTra
 QPaintEngine* InkRecorder::paintEngine() const
 {
     return m_engine.get();
-}
-
-int InkRecorder::metric(PaintDeviceMetric metric) const
-{
-    constexpr double millimetresPerInch = 25.4;
-    switch (metric) {
-    case PdmWidth:
-    case PdmHeight:
-        return pageSide;
-    case PdmWidthMM:
-    case PdmHeightMM:
-        return qRound(pageSide * millimetresPerInch / dotsPerInch);
-    case PdmDpiX:
-    case PdmDpiY:
-    case PdmPhysicalDpiX:
-    case PdmPhysicalDpiY:
-        return dotsPerInch;
-    case PdmNumColors:
-        return std::numeric_limits<int>::max();
-    case PdmDepth:
-        return 32;
-    case PdmDevicePixelRatio:
-        return 1;
-    case PdmDevicePixelRatioScaled:
-        return static_cast<int>(devicePixelRatioFScale());
-    }
-    return 0;
 }
 
 QRectF inkOf(const QVector<TextMark>& marks)

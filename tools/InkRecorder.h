@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QFont>
-#include <QPaintDevice>
 #include <QPointF>
 #include <QRectF>
 #include <QString>
@@ -11,6 +10,7 @@
 #include <memory>
 
 #include "render/PagedPainting.h"
+#include "render/VirtualPaintDevice.h"
 
 class QGraphicsItem;
 class QTextDocument;
@@ -34,7 +34,7 @@ struct TextMark
 
 /// A paint device that writes down the texts that are painted on it, as a printed page gets them,
 /// where they are and how they are clipped. It shows what really is painted without printing it.
-class InkRecorder : public QPaintDevice, public PageSurface
+class InkRecorder : public VirtualPaintDevice, public PageSurface
 {
 public:
     InkRecorder();
@@ -48,9 +48,6 @@ public:
     QVector<TextMark> textsOf(const QTextDocument& document, const QTransform& place);
 
     QPaintEngine* paintEngine() const override;
-
-protected:
-    int metric(PaintDeviceMetric metric) const override;
 
 private:
     class Engine;

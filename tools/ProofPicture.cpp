@@ -89,7 +89,8 @@ QImage ProofPicture::draw()
     painter.end();
     image.setDotsPerMeterX(dotsPerMetre);
     image.setDotsPerMeterY(dotsPerMetre);
-    return image;
+    const QImage& picture = image;
+    return picture;
 }
 
 QSize ProofPicture::sheetSize() const

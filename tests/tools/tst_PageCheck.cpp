@@ -1,13 +1,9 @@
 #include <QtTest>
 
 #include <QImage>
-#include <QPrinter>
 
 #include "forms/FormDefinitions.h"
-#include "render/PrinPreviewDialog.h"
-#include "support/PdfMeasure.h"
-#include "support/PrintFixture.h"
-#include "tools/PageCheck.h"
+#include "support/CheckedPage.h"
 
 namespace {
 
@@ -20,41 +16,6 @@ constexpr double unit = 297.0 / 1122.0; // of the fixture's blank, millimetres
 
 const QString longText = "ВЫПИСКА ИЗ ПРОТОКОЛА ЗАСЕДАНИЯ АТТЕСТАЦИОННОЙ КОМИССИИ ЛИЦЕЯ ПРИ "
                          "УНИВЕРСИТЕТЕ О ПРИСВОЕНИИ КВАЛИФИКАЦИИ";
-
-/// A document on a blank, checked, and printed to a PDF file.
-class Sheet : public PrintFixture
-{
-public:
-    QVector<Finding> check(const QJsonArray& items, const QVariantMap& blank = {},
-                           const QJsonObject& content = {}, const QVariantMap& document = {})
-    {
-        m_document = addDocument(content, document);
-        m_blank = addBlank(items, blank);
-        if (!pageCheck.check(m_document, m_blank)) {
-            QTest::qFail("the page could not be checked", __FILE__, __LINE__);
-        }
-        return pageCheck.findings();
-    }
-
-    /// The page that was checked last, as it is on paper.
-    PdfMeasure print(bool withBackground = false)
-    {
-        PrinPreviewDialog dialog(m_document);
-        dialog.setBackgroundPrinted(withBackground);
-        dialog.buildScene(dialog.pageScene(), m_document, m_blank);
-        QPrinter printer(QPrinter::HighResolution);
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(path("page.pdf"));
-        dialog.printTo(printer);
-        return PdfMeasure(path("page.pdf"));
-    }
-
-    PageCheck pageCheck;
-
-private:
-    QVariant m_document;
-    QVariant m_blank;
-};
 
 /// The findings of a kind.
 QVector<Finding> ofKind(const QVector<Finding>& findings, Kind kind)
@@ -134,7 +95,7 @@ private slots:
 
 void tst_PageCheck::cleanPage()
 {
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings = sheet.check(
         {textItem("#LNAME #FNAME", QRectF(100, 100, 400, 40)),
          textItem("", QRectF(100, 200, 400, 40)), textItem("#MNAME", QRectF()),
@@ -170,7 +131,7 @@ void tst_PageCheck::textCutAtTheBottom()
     QFETCH(double, unitLength);
     more["v_align"] = 0;
     constexpr double height = 60; // its end cuts through the letters of a line
-    Sheet sheet;
+    CheckedPage sheet;
     const auto framed = [&](double frameHeight) {
         return QJsonArray{textItem(longText, QRectF(100, 100, 200, frameHeight), more)};
     };
@@ -199,7 +160,7 @@ void tst_PageCheck::textCutAtTheBottom()
 void tst_PageCheck::linesBeyondTheFrame()
 {
     // Line feeds make the label larger than the frame: nothing is cut.
-    Sheet sheet;
+    CheckedPage sheet;
     const QString text = "ОДИН\\nДВА\\nТРИ\\nЧЕТЫРЕ";
     const QVector<Finding> findings = sheet.check({textItem(text, QRectF(100, 100, 200, 50))});
     QCOMPARE(findings.size(), 1);
@@ -228,7 +189,7 @@ void tst_PageCheck::wordBeyondTheFrame()
     QFETCH(int, alignment);
     const QString word = "НЕДЕЛИМОЕДЛИННОЕСЛОВО";
     const QJsonObject more = {{"h_align", alignment}};
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings =
         sheet.check({textItem(word, QRectF(100, 100, 120, 50), more)});
     QCOMPARE(findings.size(), 1);
@@ -248,7 +209,7 @@ void tst_PageCheck::wordCutWithStroke()
     // The stroke fixes the label's width, so that a word without room is cut.
     const QString text = "НЕДЕЛИМОЕДЛИННОЕСЛОВО И ЕЩЁ";
     const QJsonObject more = {{"f_cut", 1}, {"h_align", 0}};
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings =
         sheet.check({textItem(text, QRectF(100, 100, 120, 90), more)});
     QCOMPARE(findings.size(), 1);
@@ -274,7 +235,7 @@ void tst_PageCheck::tableRowsCut()
         return QJsonArray{textItem("#GRADES", QRectF(100, 100, 400, height), more),
                           textItem("#GRADES", QRectF(600, 100, 400, 60), {{"row_to", 1}})};
     };
-    Sheet sheet;
+    CheckedPage sheet;
     VERIFY_NONE(sheet.check(framed(300), {}, content));
     const PdfMeasure whole = sheet.print();
     const QRectF region(0, 0, 150, 210); // without the second frame
@@ -315,7 +276,7 @@ void tst_PageCheck::tableRowsLeftOut()
     rows[4] = QStringList{" "};
     const QJsonObject content = {{"#GRADES", tableEntry(rows)}};
     const QRectF frame(100, 100, 300, 300);
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings =
         sheet.check({blankItem(2, "#GRADES", frame, {{"row_from", 1}, {"row_to", 2}}),
                      blankItem(2, "#GRADES", frame, {{"row_from", 4}, {"row_to", 4}})},
@@ -338,7 +299,7 @@ void tst_PageCheck::tableCellTooWide()
         return QJsonArray{blankItem(2, "#GRADES", QRectF(100, 100, 600, 100),
                                     {{"columns_width", QJsonArray{width}}})};
     };
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings = sheet.check(columns(150), {}, content);
     QCOMPARE(findings.size(), 1);
     const Finding& finding = findings[0];
@@ -375,7 +336,7 @@ void tst_PageCheck::tableCellTooHigh()
     QFETCH(int, fontSize);
     QFETCH(int, width);
     const QJsonObject content = {{"#GRADES", tableEntry({{"ФИЗИКА И ХИМИЯ", ""}})}};
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings =
         sheet.check({blankItem(2, "#GRADES", QRectF(100, 100, 600, 100),
                                {{"columns_width", QJsonArray{width}}})},
@@ -398,7 +359,7 @@ void tst_PageCheck::tableColumnOutsideFrame()
         return QJsonArray{blankItem(2, "#GRADES", QRectF(100, 100, 400, 100),
                                     {{"columns_width", QJsonArray{first, second}}})};
     };
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> outside = sheet.check(columns(250, 200), {}, content);
     QCOMPARE(outside.size(), 1);
     QCOMPARE(outside[0].kind, Kind::TableColumnCut);
@@ -421,7 +382,7 @@ void tst_PageCheck::tableBeyondItsFrame()
 {
     // The toolkit's tables have a least height, whatever the frame's is.
     const QJsonObject content = {{"#GRADES", tableEntry({{"А", "5"}, {"Б", "4"}, {"В", "3"}})}};
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings =
         sheet.check({blankItem(2, "#GRADES", QRectF(100, 100, 400, 30))}, {}, content);
     QCOMPARE(findings.size(), 1);
@@ -462,7 +423,7 @@ void tst_PageCheck::itemOutsidePage()
     QFETCH(Finding::Side, side);
     QFETCH(double, unitLength);
     const QSizeF size(100, 40);
-    Sheet sheet;
+    CheckedPage sheet;
     // The text well inside, to know its ink in its frame.
     VERIFY_NONE(sheet.check({textItem("ОГОГОГО", QRectF(QPointF(300, 300), size))}));
     const QRectF ink = sheet.print().ink().translated(-300 * unit, -300 * unit);
@@ -493,7 +454,7 @@ void tst_PageCheck::itemOutsidePage()
 
 void tst_PageCheck::emptyPartOutsidePage()
 {
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings = sheet.check(
         {textItem("АБВ", QRectF(-40, 300, 400, 40), {{"h_align", 1}})}, {{"NAME", "Край"}});
     QCOMPARE(findings.size(), 1);
@@ -509,7 +470,7 @@ void tst_PageCheck::emptyPartOutsidePage()
 
 void tst_PageCheck::printersMargins()
 {
-    Sheet sheet;
+    CheckedPage sheet;
     const QJsonArray items = {textItem("ОГОГОГО", QRectF(10, 300, 400, 40), {{"h_align", 0}})};
     VERIFY_NONE(sheet.check(items));
     const QRectF ink = sheet.print().ink();
@@ -535,7 +496,7 @@ void tst_PageCheck::printersMargins()
 
 void tst_PageCheck::symbolAtTheEdge()
 {
-    Sheet sheet;
+    CheckedPage sheet;
     const auto symbolAt = [&](double x) {
         return sheet.check({blankItem(1, "#BLANK_NO", QRectF(x, 100, 98, 98))});
     };
@@ -552,7 +513,7 @@ void tst_PageCheck::symbolAtTheEdge()
 
 void tst_PageCheck::tags()
 {
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings =
         sheet.check({textItem("#LNAME", QRectF(100, 100, 400, 40)),
                      textItem("#LNAME #CITY #lname", QRectF(100, 200, 400, 40)),
@@ -584,7 +545,7 @@ void tst_PageCheck::tableTags()
 {
     const QJsonObject content = {{"#GRADES", tableEntry({{"Физика", "5"}})}};
     const QRectF frame(100, 100, 400, 100);
-    Sheet sheet;
+    CheckedPage sheet;
     VERIFY_NONE(sheet.check({textItem("#GRADES", frame)}, {}, content));
     const QVector<Finding> inText = sheet.check({textItem("Оценки: #GRADES", frame)}, {}, content);
     QCOMPARE(inText.size(), 1);
@@ -608,7 +569,7 @@ void tst_PageCheck::markup_data()
 void tst_PageCheck::markup()
 {
     QFETCH(QString, value);
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings =
         sheet.check({textItem("#LNAME", QRectF(100, 100, 400, 40))}, {}, {}, {{"LNAME", value}});
     const bool printsAsItStands = sheet.print().text() == value;
@@ -627,7 +588,7 @@ void tst_PageCheck::markup()
 
 void tst_PageCheck::fonts()
 {
-    Sheet sheet;
+    CheckedPage sheet;
     const QString unknown = "Такого Шрифта Нет";
     const QRectF frame(100, 100, 400, 40);
     const QVector<Finding> findings =
@@ -650,7 +611,7 @@ void tst_PageCheck::fonts()
 void tst_PageCheck::smallSymbol()
 {
     const QJsonArray items = {blankItem(1, "#BLANK_NO", QRectF(100, 100, 98, 98))};
-    Sheet sheet;
+    CheckedPage sheet;
     // On A4, 297 mm of paper hold the page's longer side.
     const auto modulesAt = [&](int width) {
         return sheet.check(items,
@@ -682,7 +643,7 @@ void tst_PageCheck::refusedSymbol()
 {
     QFETCH(QString, surname);
     QFETCH(bool, isRefused);
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings = sheet.check(
         {blankItem(1, "#LNAME", QRectF(100, 100, 98, 98))}, {}, {}, {{"LNAME", surname}});
     QCOMPARE(findings.size(), isRefused ? 1 : 0);
@@ -697,7 +658,7 @@ void tst_PageCheck::symbolWithZeroCharacter()
 {
     const QString value = QString("АБ") + QChar(0) + "ВГ";
     const QJsonArray items = {blankItem(1, "#NOTE", QRectF(100, 100, 98, 98))};
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> cut =
         sheet.check(items, {}, {{"#NOTE", valueEntry(FieldType::text, value)}});
     QCOMPARE(cut.size(), 1);
@@ -711,7 +672,7 @@ void tst_PageCheck::symbolWithZeroCharacter()
 
 void tst_PageCheck::background()
 {
-    Sheet sheet;
+    CheckedPage sheet;
     const QJsonArray items = {textItem("#LNAME", QRectF(100, 100, 400, 40))};
     const QVector<Finding> missing = sheet.check(items, {{"BACKGROUND_IMG", "blanks/no.png"}});
     QCOMPARE(missing.size(), 1);
@@ -737,7 +698,7 @@ void tst_PageCheck::background()
 
 void tst_PageCheck::pageWithoutArea()
 {
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings =
         sheet.check({textItem("#LNAME", QRectF(100, 100, 400, 40))}, {{"SIZE_HEIGHT", 0}});
     QCOMPARE(findings.size(), 1);
@@ -747,7 +708,7 @@ void tst_PageCheck::pageWithoutArea()
 
 void tst_PageCheck::whatCannotBeRead()
 {
-    Sheet sheet;
+    CheckedPage sheet;
     VERIFY_NONE(sheet.check({}));
     QVERIFY(!sheet.pageCheck.check(77, 1));
     QVERIFY(!sheet.pageCheck.check(1, 77));
@@ -756,7 +717,7 @@ void tst_PageCheck::whatCannotBeRead()
 
 void tst_PageCheck::oddItems()
 {
-    Sheet sheet;
+    CheckedPage sheet;
     const QVector<Finding> findings =
         sheet.check({"text", QJsonValue(), 5, QJsonArray(), QJsonObject(),
                      textItem("#CITY", QRectF(100, 100, -400, -40)),

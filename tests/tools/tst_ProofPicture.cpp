@@ -1,12 +1,9 @@
 #include <QtTest>
 
 #include <QImage>
-#include <QPrinter>
 
-#include "render/PrinPreviewDialog.h"
-#include "support/PdfMeasure.h"
+#include "support/CheckedPage.h"
 #include "support/PrintProgram.h"
-#include "tools/PageCheck.h"
 #include "tools/ProofPicture.h"
 
 namespace {
@@ -19,41 +16,10 @@ double toPixels(double millimetres, int resolution = dpi)
     return millimetres / 25.4 * resolution;
 }
 
-/// A checked page.
-class Proof : public PrintFixture
+QImage draw(CheckedPage& page, int resolution = dpi, bool isBackgroundPrinted = false)
 {
-public:
-    void check(const QJsonArray& items, const QVariantMap& columns = {})
-    {
-        m_document = addDocument();
-        m_blank = addBlank(items, columns);
-        if (!pageCheck.check(m_document, m_blank)) {
-            QTest::qFail("the page could not be checked", __FILE__, __LINE__);
-        }
-    }
-
-    QImage draw(int resolution = dpi, bool isBackgroundPrinted = false)
-    {
-        return ProofPicture(pageCheck, resolution, isBackgroundPrinted).draw();
-    }
-
-    PdfMeasure print()
-    {
-        PrinPreviewDialog dialog(m_document);
-        dialog.buildScene(dialog.pageScene(), m_document, m_blank);
-        QPrinter printer(QPrinter::HighResolution);
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(path("page.pdf"));
-        dialog.printTo(printer);
-        return PdfMeasure(path("page.pdf"));
-    }
-
-    PageCheck pageCheck;
-
-private:
-    QVariant m_document;
-    QVariant m_blank;
-};
+    return ProofPicture(page.pageCheck, resolution, isBackgroundPrinted).draw();
+}
 
 bool isDark(QRgb color)
 {
@@ -143,9 +109,9 @@ void tst_ProofPicture::sizeAndResolution()
     QFETCH(int, resolution);
     QFETCH(QVariantMap, blank);
     QFETCH(QSize, size);
-    Proof proof;
+    CheckedPage proof;
     proof.check({blankItem(0, "#LNAME", QRectF(100, 100, 200, 40))}, blank);
-    const QImage clean = proof.draw(resolution);
+    const QImage clean = draw(proof, resolution);
     QCOMPARE(clean.size(), size);
     QVERIFY(clean.save(proof.path("clean.png")));
     // As PNG keeps it, in whole dots a metre.
@@ -154,7 +120,7 @@ void tst_ProofPicture::sizeAndResolution()
     QCOMPARE(QImage(proof.path("clean.png")).dotsPerMeterY(), dotsPerMetre);
 
     proof.check({blankItem(0, "#CITY", QRectF(100, 100, 200, 40))}, blank);
-    const QImage marked = proof.draw(resolution);
+    const QImage marked = draw(proof, resolution);
     QCOMPARE(marked.width(), size.width());
     QVERIFY(marked.height() > size.height() + 20); // the legend
     QVERIFY(!blackOf(marked, QRect(0, size.height() + 2, size.width(), 1000)).isNull());
@@ -172,12 +138,12 @@ void tst_ProofPicture::inkWhereItPrints_data()
 void tst_ProofPicture::inkWhereItPrints()
 {
     QFETCH(QVariantMap, blank);
-    Proof proof;
+    CheckedPage proof;
     proof.check({blankItem(0, "НАПЕЧАТАНО", QRectF(100, 100, 200, 40)),
                  blankItem(1, "#BLANK_NO", QRectF(500, 400, 98, 98))},
                 blank);
     const QRectF ink = proof.print().ink();
-    const QImage image = proof.draw();
+    const QImage image = draw(proof);
     const QSize sheet = ProofPicture(proof.pageCheck, dpi, false).sheetSize();
     const QRect black = blackOf(image, QRect(QPoint(0, 0), sheet));
     constexpr double near = 2.5; // pixels
@@ -190,12 +156,12 @@ void tst_ProofPicture::inkWhereItPrints()
 void tst_ProofPicture::framesHideNoInk()
 {
     // The frame of the second item runs through the symbol of the first.
-    Proof proof;
+    CheckedPage proof;
     proof.check({blankItem(1, "#BLANK_NO", QRectF(100, 100, 98, 98))});
-    const QImage alone = proof.draw();
+    const QImage alone = draw(proof);
     proof.check({blankItem(1, "#BLANK_NO", QRectF(100, 100, 98, 98)),
                  blankItem(0, "", QRectF(130, 50, 300, 300))});
-    const QImage crossed = proof.draw();
+    const QImage crossed = draw(proof);
     const QRectF symbol(toPixels(100 * unit), toPixels(100 * unit), toPixels(73 * unit),
                         toPixels(73 * unit));
     QVERIFY(countIn(crossed, symbol, isBlue) > countIn(alone, symbol, isBlue));
@@ -204,11 +170,11 @@ void tst_ProofPicture::framesHideNoInk()
 
 void tst_ProofPicture::framesAndMarks()
 {
-    Proof proof;
+    CheckedPage proof;
     proof.check({blankItem(0, "#LNAME", QRectF(100, 100, 200, 40)),
                  blankItem(0, "#CITY", QRectF(400, 300, 200, 40))});
     QCOMPARE(proof.pageCheck.findings().size(), 1);
-    const QImage image = proof.draw();
+    const QImage image = draw(proof);
     const double height = toPixels(40 * unit);
     QVERIFY(countIn(image, lineAt(100 * unit, 100 * unit, 140 * unit), isBlue) > 0.9 * height);
     QVERIFY(countIn(image, lineAt(400 * unit, 300 * unit, 340 * unit), isRed) > 0.9 * height);
@@ -224,9 +190,9 @@ void tst_ProofPicture::marksStandApart()
     // Three marks of one frame and one of a frame in the corner: all are on the sheet, and as
     // large.
     const auto redOf = [](const QJsonArray& items) {
-        Proof proof;
+        CheckedPage proof;
         proof.check(items);
-        const QImage image = proof.draw();
+        const QImage image = draw(proof);
         const QSize sheet = ProofPicture(proof.pageCheck, dpi, false).sheetSize();
         return countIn(image, QRectF(QPointF(0, 0), sheet), isRed);
     };
@@ -242,7 +208,7 @@ void tst_ProofPicture::marksStandApart()
 
 void tst_ProofPicture::backgroundStaysOrMoves()
 {
-    Proof proof;
+    CheckedPage proof;
     QImage scan(1122, 793, QImage::Format_RGB32);
     scan.fill(Qt::white);
     for (int y = 300; y < 400; ++y) {
@@ -257,10 +223,10 @@ void tst_ProofPicture::backgroundStaysOrMoves()
         return image.pixel(qRound(toPixels(x)), qRound(toPixels(350 * unit)));
     };
     const double left = 500 * unit;
-    const QImage paper = proof.draw(dpi, false);
+    const QImage paper = draw(proof, dpi, false);
     QCOMPARE(colorAt(paper, left + 1), green);
     QCOMPARE(colorAt(paper, left - 1), qRgb(255, 255, 255));
-    const QImage printed = proof.draw(dpi, true);
+    const QImage printed = draw(proof, dpi, true);
     QCOMPARE(colorAt(printed, left - 9), green); // 37 units are 9.79 mm
     QCOMPARE(colorAt(printed, left - 11), qRgb(255, 255, 255));
     QVERIFY(colorAt(printed, left + 100 * unit - 1) != green);
@@ -269,10 +235,10 @@ void tst_ProofPicture::backgroundStaysOrMoves()
 void tst_ProofPicture::restOfTheSheet()
 {
     // An upright page on a sheet that lies: what is right of the page never gets ink.
-    Proof proof;
+    CheckedPage proof;
     proof.check({blankItem(0, "ДЛИННОЕСЛОВО", QRectF(720, 100, 60, 40))},
                 {{"PAPER_FORMAT", 0}, {"SIZE_WIDTH", 210}, {"SIZE_HEIGHT", 297}});
-    const QImage image = proof.draw();
+    const QImage image = draw(proof);
     const int edge = qRound(toPixels(793 * 210.0 / 1122));
     QCOMPARE(image.pixel(edge + 40, 900), qRgb(0xEC, 0xEE, 0xF1));
     QCOMPARE(image.pixel(edge - 40, 900), qRgb(255, 255, 255));
