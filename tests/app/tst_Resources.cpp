@@ -199,6 +199,7 @@ void tst_Resources::show()
 {
     dialog->show();
     QVERIFY(QTest::qWaitForWindowExposed(dialog.data()));
+    dialog->setFocus(); // a list to choose from looks otherwise while it has the keyboard
 }
 
 void tst_Resources::pictures_data()
