@@ -15,6 +15,17 @@
 #include "tools/PdfFile.h"
 #include "tools/UserLanguage.h"
 
+namespace {
+
+/// Whether a finding spoils this very sheet. A warning about the blank, such as a font that another
+/// one stands in for, is there for all its documents, and known.
+bool holdsBack(const Finding& finding)
+{
+    return !finding.isOfBlank() || finding.severity == Finding::Severity::Error;
+}
+
+} // namespace
+
 PrintJob::PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
     : DocumentJob(options, out, err)
     , m_names(options.namePattern())
@@ -86,9 +97,7 @@ bool PrintJob::checkBeforehand()
         }
         const QVector<Finding> findings = check.findings();
         summary.add(findings);
-        const bool hasOwn = std::any_of(findings.cbegin(), findings.cend(),
-                                        [](const Finding& found) { return !found.isOfBlank(); });
-        if (hasOwn && m_options.isStrict()) {
+        if (m_options.isStrict() && std::any_of(findings.cbegin(), findings.cend(), holdsBack)) {
             m_withFindings << document.id.toString();
         }
     });

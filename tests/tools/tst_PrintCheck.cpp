@@ -63,6 +63,7 @@ private slots:
     void summaryBeforeABatch();
     void noSummaryOfOneDocument();
     void strictLeavesOutWhatHasFindings();
+    void strictMindsErrorsOfTheBlank();
     void strictOnOneDocument();
     void marginsOfAPrinter();
     void unknownPrinter();
@@ -252,7 +253,7 @@ void tst_PrintCheck::noSummaryOfOneDocument()
 
 void tst_PrintCheck::strictLeavesOutWhatHasFindings()
 {
-    // The missing background is one of the blank, so that it keeps no document back.
+    // The missing background is a warning about the blank, which keeps no document back.
     const SpoiledDirectory directory;
     const QString file = directory.path("all.pdf");
     const ProcessResult result =
@@ -264,6 +265,17 @@ void tst_PrintCheck::strictLeavesOutWhatHasFindings()
     QCOMPARE(pages.pageCount(), 2);
     QVERIFY(pages.text(1).contains("Иванов"));
     QVERIFY(pages.text(2).contains("Иваненко"));
+}
+
+void tst_PrintCheck::strictMindsErrorsOfTheBlank()
+{
+    const SpoiledDirectory directory;
+    const QString file = directory.path("all.pdf");
+    const ProcessResult result = directory.print(
+        {"--id", "1-3", "--blank", "Пробный", "--strict", "--background", "--output", file});
+    QCOMPARE(result.exitCode, failure);
+    QCOMPARE(result.err.count("not printed is document"), 3);
+    QVERIFY(!QFile::exists(file));
 }
 
 void tst_PrintCheck::strictOnOneDocument()
