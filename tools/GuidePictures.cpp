@@ -1,5 +1,6 @@
 #include "tools/GuidePictures.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -163,7 +164,7 @@ int rowOf(const QTableWidget* table, const QVariant& id)
             return row;
         }
     }
-    qFatal("the sample has no row %d", id.toInt());
+    qFatal("the sample has no row %s", qUtf8Printable(id.toString()));
     return -1;
 }
 
@@ -375,18 +376,32 @@ void Pictures::document()
                        [this](DocDialog* dialog) { take(dialog, "document"); });
 }
 
+/// The button in the cell of a document's entry that opens the editor of its value.
+QAbstractButton* valueButton(const DocDialog& document, const QString& tag)
+{
+    constexpr int valueColumn = 1;
+    const auto* entries = part<QTableWidget>(&document, "contentTable");
+    auto* button =
+        qobject_cast<QAbstractButton*>(entries->cellWidget(rowOf(entries, tag), valueColumn));
+    if (!button) {
+        qFatal("%s has no button", qUtf8Printable(tag));
+    }
+    return button;
+}
+
 void Pictures::valueEditors()
 {
-    const QJsonObject content = documentContent(diplomaDocument);
-    TableMemoDialog table;
-    table.setData(content["#SUBJECTS"]["columns"].toArray(),
-                  content["#SUBJECTS"]["value"].toArray());
-    table.resize(620, table.height());
-    show(table, "table-editor");
-
-    TextMemoDialog text;
-    text.setText(content["#NOTES"]["value"].toString());
-    show(text, "text-editor");
+    // By the buttons, as users do: the editors take their style from the document's window too.
+    DocDialog document;
+    document.setContent(documentContent(diplomaDocument));
+    document.show();
+    inModal<TableMemoDialog>([&] { valueButton(document, "#SUBJECTS")->click(); },
+                             [this](TableMemoDialog* dialog) {
+                                 dialog->resize(620, dialog->height());
+                                 take(dialog, "table-editor");
+                             });
+    inModal<TextMemoDialog>([&] { valueButton(document, "#NOTES")->click(); },
+                            [this](TextMemoDialog* dialog) { take(dialog, "text-editor"); });
 }
 
 void Pictures::blanks()
