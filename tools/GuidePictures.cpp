@@ -662,22 +662,16 @@ void Pictures::messages()
 
 void Pictures::proof()
 {
-    QSqlQuery query;
     const QString document = QString::number(diplomaDocument);
     const QString blank = QString::number(diplomaBlank);
-    for (const QString& statement :
-         {"UPDATE docs SET LNAME = 'Константинопольский-Преображенский-Вознесенский', "
-          "FNAME = '<Антон>', ISSUE_DATE = '' WHERE ID = " +
-              document,
-          // The font that this machine has: a missing one is another story.
-          "UPDATE blanks SET FONT = 'Liberation Serif', CONTENT = replace(CAST(CONTENT AS TEXT), "
-          "'Times New Roman', 'Liberation Serif') WHERE ID = " +
-              blank})
-    {
-        if (!query.exec(statement)) {
-            qFatal("the sample cannot be changed");
-        }
-    }
+    changeSample("UPDATE docs SET LNAME = 'Константинопольский-Преображенский-Вознесенский', "
+                 "FNAME = '<Антон>', ISSUE_DATE = '' WHERE ID = " +
+                 document);
+    // The font that this machine has: a missing one is another story.
+    changeSample("UPDATE blanks SET FONT = 'Liberation Serif', CONTENT = "
+                 "replace(CAST(CONTENT AS TEXT), 'Times New Roman', 'Liberation Serif') "
+                 "WHERE ID = " +
+                 blank);
     PageCheck check;
     if (!check.check(document, blank)) {
         qFatal("the sample has no document %d or no blank %d", diplomaDocument, diplomaBlank);
@@ -710,8 +704,8 @@ bool Pictures::makeAll(const QStringList& only)
                                                  {"exchange", &Pictures::exchange},
                                                  {"organisation", &Pictures::organisation},
                                                  {"questions", &Pictures::questions},
-                                                 {"messages", &Pictures::messages},
-                                                 {"proof", &Pictures::proof}};
+                                                 {"proof", &Pictures::proof},
+                                                 {"messages", &Pictures::messages}};
     QStringList unknown = only;
     for (const auto& [name, make] : steps) {
         if (only.isEmpty() || unknown.removeAll(name) > 0) {
