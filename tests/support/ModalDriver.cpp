@@ -11,6 +11,9 @@
 
 namespace {
 
+/// The user who plays now: of several, the one who came last.
+ModalDriver* player = nullptr;
+
 constexpr int pollMs = 2;
 constexpr qint64 stuckMs = 8000;
 
@@ -52,12 +55,15 @@ QString describe(QWidget* modal)
 
 ModalDriver::ModalDriver(QObject* parent)
     : QObject(parent)
+    , m_before(player)
 {
+    player = this;
     schedule();
 }
 
 ModalDriver::~ModalDriver()
 {
+    player = m_before;
     if (!finished()) {
         QTest::qFail(failures().constData(), __FILE__, __LINE__);
     }
@@ -134,6 +140,9 @@ void ModalDriver::schedule()
 void ModalDriver::poll()
 {
     schedule();
+    if (player != this) {
+        return;
+    }
     QWidget* modal = QApplication::activeModalWidget();
     if (!modal || !modal->isVisible()) {
         m_watched = nullptr;

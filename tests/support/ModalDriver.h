@@ -15,7 +15,8 @@
 /// opener's step is still on the stack).
 ///
 /// Everything unexpected fails the test: a dialog of another type or text, a dialog when none is
-/// expected, a step that leaves its dialog open, an expectation left over at the end.
+/// expected, a step that leaves its dialog open, an expectation left over at the end. Of several
+/// users only the one who came last plays, until it leaves.
 class ModalDriver : public QObject
 {
     Q_OBJECT
@@ -75,6 +76,7 @@ private:
     void fail(const QString& reason, QWidget* modal);
     void watch(QWidget* modal);
 
+    ModalDriver* m_before; // who plays when this one has left
     std::list<Expectation> m_expected;
     QStringList m_failures;
     QList<QPointer<QWidget>> m_handled;
