@@ -20,8 +20,11 @@ bool DocumentSelection::loadIds(const QVector<PrintOptions::IdRange>& ranges)
 {
     QSqlQuery query;
     query.setForwardOnly(true);
-    query.prepare("SELECT ID, LNAME, FNAME FROM docs "
-                  "WHERE TEMPLATE = 0 AND ID BETWEEN ? AND ? ORDER BY ID");
+    if (!query.prepare("SELECT ID, LNAME, FNAME FROM docs "
+                       "WHERE TEMPLATE = 0 AND ID BETWEEN ? AND ? ORDER BY ID"))
+    {
+        return failToRead(query);
+    }
     QVector<PrintDocument> documents;
     QVector<qint64> unknownIds;
     QSet<qint64> seen;
@@ -78,7 +81,9 @@ bool DocumentSelection::loadFiltered(const PrintOptions::Selection& selection)
     }
     QSqlQuery query;
     query.setForwardOnly(true);
-    query.prepare(statement + " ORDER BY ID");
+    if (!query.prepare(statement + " ORDER BY ID")) {
+        return selection.condition.isEmpty() ? failToRead(query) : refuseCondition(query);
+    }
     for (const QVariant& value : qAsConst(values)) {
         query.addBindValue(value);
     }
@@ -91,11 +96,19 @@ bool DocumentSelection::loadFiltered(const PrintOptions::Selection& selection)
 bool DocumentSelection::isCondition(const QString& text)
 {
     QSqlQuery query;
-    if (query.prepare("SELECT ID FROM docs WHERE " + text)) {
-        return true;
-    }
+    return query.prepare("SELECT ID FROM docs WHERE " + text) || refuseCondition(query);
+}
+
+bool DocumentSelection::refuseCondition(const QSqlQuery& query)
+{
+    // To the driver alone several statements are an error; the database has no words for it.
+    static const QString misuse = "21";
+    const QSqlError error = query.lastError();
+    const QString reason = error.nativeErrorCode() == misuse
+                               ? inUserLanguage("это не одно выражение", "it is no one expression")
+                               : error.databaseText();
     return fail(inUserLanguage("условие не понято: ", "the condition is not understood: ") +
-                query.lastError().databaseText());
+                reason);
 }
 
 bool DocumentSelection::formOf(const QString& idOrName, QVariant& formId)
@@ -125,12 +138,19 @@ bool DocumentSelection::take(QSqlQuery& query, QVector<PrintDocument>& documents
         }
     }
     if (query.lastError().isValid()) {
-        return fail(
-            inUserLanguage("не удалось прочитать документы: ", "can't read the documents: ") +
-            query.lastError().text());
+        return failToRead(query);
     }
     documents = found;
     return true;
+}
+
+bool DocumentSelection::failToRead(const QSqlQuery& query)
+{
+    const QSqlError error = query.lastError();
+    const QString reason =
+        error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    return fail(inUserLanguage("не удалось прочитать документы: ", "can't read the documents: ") +
+                reason);
 }
 
 bool DocumentSelection::fail(const QString& reason)

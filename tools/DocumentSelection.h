@@ -28,8 +28,10 @@ private:
     bool loadIds(const QVector<PrintOptions::IdRange>& ranges);
     bool loadFiltered(const PrintOptions::Selection& selection);
     bool isCondition(const QString& text);
+    bool refuseCondition(const QSqlQuery& query);
     bool formOf(const QString& idOrName, QVariant& formId);
     bool take(QSqlQuery& query, QVector<PrintDocument>& documents);
+    bool failToRead(const QSqlQuery& query);
     bool fail(const QString& reason);
 
     QString m_error;

@@ -48,7 +48,11 @@ private slots:
     void conditions();
     void badConditions_data();
     void badConditions();
+    void whyAConditionIsBad_data();
+    void whyAConditionIsBad();
     void conditionChangesNothing();
+    void databaseWithoutDocuments_data();
+    void databaseWithoutDocuments();
     void aFailureOnTheWayLeavesNothing();
 };
 
@@ -182,12 +186,49 @@ void tst_DocumentSelection::badConditions()
     QCOMPARE(directory.dump(), before);
 }
 
+void tst_DocumentSelection::whyAConditionIsBad_data()
+{
+    QTest::addColumn<QString>("condition");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("parenthesis") << "1) OR (1"
+                                 << "near \")\": syntax error";
+    QTest::newRow("clause") << "1 LIMIT 1"
+                            << "near \"LIMIT\": syntax error";
+    QTest::newRow("two statements") << "1; DELETE FROM docs"
+                                    << "it is no one expression";
+    QTest::newRow("column") << "NO_COLUMN = 1"
+                            << "no such column: NO_COLUMN";
+}
+
+void tst_DocumentSelection::whyAConditionIsBad()
+{
+    QFETCH(QString, condition);
+    QFETCH(QString, reason);
+    const PrintDirectory directory;
+    QCOMPARE(chosen({"--where", condition}), "the condition is not understood: " + reason);
+}
+
 void tst_DocumentSelection::conditionChangesNothing()
 {
     const PrintDirectory directory;
     QCOMPARE(chosen({"--all"}), QString("1 2 3 4"));
     QSqlQuery query;
     QVERIFY(!query.exec("DELETE FROM docs"));
+}
+
+void tst_DocumentSelection::databaseWithoutDocuments_data()
+{
+    QTest::addColumn<QStringList>("filter");
+    QTest::newRow("ids") << QStringList{"--id", "1"};
+    QTest::newRow("all") << QStringList{"--all"};
+}
+
+void tst_DocumentSelection::databaseWithoutDocuments()
+{
+    QFETCH(QStringList, filter);
+    PrintDirectory directory;
+    directory.exec("DROP TABLE docs");
+    QCOMPARE(chosen(filter), QString("can't read the documents: no such table: docs"));
 }
 
 // JSON that is none stops the statement at the second document, when the first has been read.
