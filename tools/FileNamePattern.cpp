@@ -56,12 +56,9 @@ bool isReserved(const QString& stem)
     return device.match(stem).hasMatch();
 }
 
-/// As much of the text as these bytes hold, whole characters.
-QString cutToBytes(const QString& text, int bytes)
+/// How far the text reaches that these bytes hold, in whole characters.
+int endInBytes(const QString& text, int bytes)
 {
-    if (text.toUtf8().size() <= bytes) {
-        return text;
-    }
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     int end = 0;
     int used = 0;
@@ -72,7 +69,22 @@ QString cutToBytes(const QString& text, int bytes)
         }
         end = next;
     }
-    return withoutEnd(text.left(end));
+    if (end > 0) {
+        return end;
+    }
+    // One letter with more accents than a name has room for.
+    end = qMin(text.size(), bytes);
+    while (end > 0 &&
+           (text[end - 1].isHighSurrogate() || text.leftRef(end).toUtf8().size() > bytes)) {
+        --end;
+    }
+    return end;
+}
+
+/// As much of the text as these bytes hold, whole characters.
+QString cutToBytes(const QString& text, int bytes)
+{
+    return text.toUtf8().size() <= bytes ? text : withoutEnd(text.left(endInBytes(text, bytes)));
 }
 
 } // namespace

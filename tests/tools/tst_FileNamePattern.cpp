@@ -218,6 +218,9 @@ void tst_FileNamePattern::longNames_data()
     // A letter of a byte and its mark of 2 stay together: 83 times 3 is 249.
     QTest::newRow("marks") << (QString("q") + QChar(0x301)).repeated(100)
                            << (QString("q") + QChar(0x301)).repeated(83);
+    // A letter with more marks than fit: a byte and 125 marks are 251.
+    QTest::newRow("nothing but marks")
+        << 'q' + QString(300, QChar(0x301)) << 'q' + QString(125, QChar(0x301));
     QTest::newRow("a blank at the cut") << QString(250, 'a') + " b" << QString(250, 'a');
 }
 
