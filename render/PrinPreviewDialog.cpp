@@ -257,6 +257,10 @@ int heightOfRows(const QTableWidget* table)
 /// rest of a page to build, so that the last ones are kept while their files stay as they are.
 QPixmap loadBackground(const QString& path, const QSize& pageSize)
 {
+    constexpr int largestSide = 1 << 14; // scene units, over four metres: memory for no more
+    if (qMax(pageSize.width(), pageSize.height()) > largestSide) {
+        return QPixmap();
+    }
     const QFileInfo file(path);
     const QString key = QString("background %1 %2 %3 %4x%5")
                             .arg(file.lastModified().toMSecsSinceEpoch())

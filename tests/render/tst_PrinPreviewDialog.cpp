@@ -176,6 +176,7 @@ private slots:
     void background();
     void backgroundThatCannotBeLoaded_data();
     void backgroundThatCannotBeLoaded();
+    void backgroundOfAnEndlessPage();
     void checkBoxDoesNotHideThePreviewsBackground();
 
     void rowsOfNulls();
@@ -954,6 +955,19 @@ void tst_PrinPreviewDialog::backgroundThatCannotBeLoaded()
     cut.write("\x89PNG\r\n\x1a\n", 8);
     cut.close();
     page.build({textItem("Текст")}, {}, {{"BACKGROUND_IMG", file}});
+    QVERIFY(page.built);
+    QCOMPARE(page.items().size(), 1);
+    QVERIFY(page.label());
+}
+
+// No memory holds a picture as large as that page.
+void tst_PrinPreviewDialog::backgroundOfAnEndlessPage()
+{
+    Page page;
+    QVERIFY(writePicture(page.path("back.png"), QSize(100, 100), Qt::red));
+    page.build(
+        {textItem("Текст")}, {},
+        {{"BACKGROUND_IMG", "back.png"}, {"SIZE_WIDTH", 2000000000}, {"SIZE_HEIGHT", 2000000000}});
     QVERIFY(page.built);
     QCOMPARE(page.items().size(), 1);
     QVERIFY(page.label());
