@@ -44,7 +44,9 @@ inline const QVector<Text>& texts()
         QVector<Text> result;
         for (int i = 0; i < itemCount; ++i) {
             const auto& [tags, printed] = kinds[i % kinds.size()];
-            result.append({tags, printed, QRectF(20 + i % 2 * 550, 20 + i / 2 * 75, 500, 70)});
+            const int column = i % 2;
+            const int row = i / 2;
+            result.append({tags, printed, QRectF(20 + column * 550, 20 + row * 75, 500, 70)});
         }
         return result;
     }();

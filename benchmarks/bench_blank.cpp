@@ -76,7 +76,9 @@ void addBareItems(QGraphicsScene& scene)
     const QFont font("Liberation Serif", 8);
     for (int i = 0; i < itemCount; ++i) {
         auto* frame = scene.addRect(0.0, 0.0, 38.0, 34.0);
-        frame->setPos(10 + (i % 25) * 40, 10 + (i / 25) * 36);
+        const int column = i % 25;
+        const int row = i / 25;
+        frame->setPos(10 + column * 40, 10 + row * 36);
         frame->setFlag(QGraphicsItem::ItemIsMovable);
         auto* text = new QGraphicsTextItem(QString("#FIELD_%1").arg(i), frame);
         text->setFont(font);

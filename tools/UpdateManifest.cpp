@@ -39,7 +39,7 @@ class ManifestReader
 public:
     bool read(const QByteArray& json, UpdatePackage& package)
     {
-        QJsonParseError parsed;
+        QJsonParseError parsed{};
         const QJsonDocument document = QJsonDocument::fromJson(json, &parsed);
         if (parsed.error != QJsonParseError::NoError) {
             // The parser has gone one character beyond the one it does not understand.

@@ -8,10 +8,10 @@
 
 int main(int argc, char* argv[])
 {
-    QCoreApplication app(argc, argv);
+    const QCoreApplication app(argc, argv);
     QTextStream out(stdout);
     QTextStream err(stderr);
     prepareTerminal(out);
     prepareTerminal(err);
-    return runUpdateTool(app.arguments().mid(1), out, err);
+    return runUpdateTool(QCoreApplication::arguments().mid(1), out, err);
 }

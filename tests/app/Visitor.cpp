@@ -10,6 +10,8 @@
 #include <QTimer>
 #include <QToolButton>
 
+#include <utility>
+
 #include "blanks/BlankDlg.h"
 #include "documents/DocumentFixture.h"
 #include "documents/NewDocDlg.h"
@@ -134,9 +136,7 @@ Visitor::Visitor(QObject* parent)
 
 QStringList Visitor::takeSeen()
 {
-    const QStringList seen = m_seen;
-    m_seen.clear();
-    return seen;
+    return std::exchange(m_seen, {});
 }
 
 void Visitor::schedule()
