@@ -118,7 +118,7 @@ void tst_ResizableRectItem::dragsByEachPart_data()
 
     struct Part
     {
-        const char* name;
+        const char* name = nullptr;
         QPointF grab;
         QRectF edges;
     };
