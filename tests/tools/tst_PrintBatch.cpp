@@ -80,12 +80,29 @@ QStringList readable(const QString& received)
     return lines;
 }
 
-/// Whether the program has begun to write pages into a hidden file of the folder.
-bool hasBegun(const QDir& folder)
+/// A batch of many documents that is on its way into a file that was there before.
+class LongBatch
 {
-    const QFileInfoList files = folder.entryInfoList({".zelvora-*"}, QDir::Files | QDir::Hidden);
-    return !files.isEmpty() && files.first().size() > 10000;
-}
+public:
+    LongBatch()
+    {
+        QVERIFY(QDir(directory.path()).mkdir("out"));
+        writeFile(file, "old");
+        process.start(printProgram(), {"--dir", directory.path(), "--all", "--output", file});
+    }
+
+    /// Whether pages stand in the hidden file beside it.
+    bool hasBegun() const
+    {
+        const QFileInfoList files =
+            QDir(directory.path("out")).entryInfoList({".zelvora-*"}, QDir::Files | QDir::Hidden);
+        return !files.isEmpty() && files.first().size() > 10000;
+    }
+
+    const ManyDocuments directory{600};
+    const QString file = directory.path("out/x.pdf");
+    QProcess process;
+};
 
 } // namespace
 
@@ -258,20 +275,15 @@ sys.exit(subprocess.run(sys.argv[1:], preexec_fn=fill_disk, restore_signals=Fals
 
 void tst_PrintBatch::interruptedRunLeavesNothing()
 {
-    const ManyDocuments directory(600);
-    QVERIFY(QDir(directory.path()).mkdir("out"));
-    const QString file = directory.path("out/x.pdf");
-    writeFile(file, "old");
-    QProcess process;
-    process.start(printProgram(), {"--dir", directory.path(), "--all", "--output", file});
-    QTRY_VERIFY_WITH_TIMEOUT(hasBegun(directory.path("out")), 20000);
-    process.terminate();
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), failure);
-    QVERIFY(process.readAllStandardError().endsWith("interrupted; documents printed: 0\n"));
-    QCOMPARE(contentOf(file), QByteArray("old"));
-    QCOMPARE(directory.filesIn("out"), QStringList("x.pdf"));
+    LongBatch batch;
+    QTRY_VERIFY_WITH_TIMEOUT(batch.hasBegun(), 20000);
+    batch.process.terminate();
+    QVERIFY(batch.process.waitForFinished());
+    QCOMPARE(batch.process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(batch.process.exitCode(), failure);
+    QVERIFY(batch.process.readAllStandardError().endsWith("interrupted; documents printed: 0\n"));
+    QCOMPARE(contentOf(batch.file), QByteArray("old"));
+    QCOMPARE(batch.directory.filesIn("out"), QStringList("x.pdf"));
 }
 
 void tst_PrintBatch::interruptedRunKeepsWholeFiles()
@@ -297,16 +309,11 @@ void tst_PrintBatch::interruptedRunKeepsWholeFiles()
 
 void tst_PrintBatch::killedRunKeepsTheOlderFile()
 {
-    const ManyDocuments directory(600);
-    QVERIFY(QDir(directory.path()).mkdir("out"));
-    const QString file = directory.path("out/x.pdf");
-    writeFile(file, "old");
-    QProcess process;
-    process.start(printProgram(), {"--dir", directory.path(), "--all", "--output", file});
-    QTRY_VERIFY_WITH_TIMEOUT(hasBegun(directory.path("out")), 20000);
-    process.kill();
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(contentOf(file), QByteArray("old"));
+    LongBatch batch;
+    QTRY_VERIFY_WITH_TIMEOUT(batch.hasBegun(), 20000);
+    batch.process.kill();
+    QVERIFY(batch.process.waitForFinished());
+    QCOMPARE(contentOf(batch.file), QByteArray("old"));
 }
 
 void tst_PrintBatch::unwritableFolder()
