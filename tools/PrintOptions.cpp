@@ -76,9 +76,12 @@ bool readMillimetres(const QString& text, double& millimetres)
     return isNumber && std::isfinite(millimetres);
 }
 
-bool isPdf(const QString& path)
+constexpr const char* pdfSuffix = ".pdf";
+constexpr const char* pngSuffix = ".png";
+
+bool hasSuffix(const QString& path, const char* suffix)
 {
-    return path.endsWith(".pdf", Qt::CaseInsensitive);
+    return path.endsWith(QLatin1String(suffix), Qt::CaseInsensitive);
 }
 
 QString russianHelp()
@@ -229,6 +232,10 @@ bool PrintOptions::parse(const QStringList& arguments)
     m_organisationFile = parser.value("org-data");
     m_isQuiet = parser.isSet("quiet");
     m_blank = parser.value("blank");
+    if (parser.isSet("blank") && m_blank.isEmpty()) {
+        // Not the first one of the form: a script's variable may be unset, and the paper another.
+        return fail("не указан бланк", "no blank is named");
+    }
     return parseAction(parser) && parseSelection(parser) && parseTarget(parser) &&
            parseManner(parser);
 }
@@ -254,6 +261,9 @@ bool PrintOptions::takeReadOffsets(QStringList& arguments)
     }
     m_readOffsets = QPointF(values[0], values[1]);
     arguments.erase(arguments.begin() + place, arguments.begin() + place + taken);
+    if (arguments.contains("--offsets")) {
+        return fail("ключ --offsets указан дважды", "--offsets is given twice");
+    }
     m_action = Action::Offsets;
     return true;
 }
@@ -383,11 +393,15 @@ bool PrintOptions::parseFileTarget(const QCommandLineParser& parser)
     if (m_output.isEmpty()) {
         return fail("не указан файл или каталог", "no file or folder is named");
     }
-    const bool isFile = m_action == Action::Proof ? m_output.endsWith(".png", Qt::CaseInsensitive)
-                                                  : isPdf(m_output);
-    m_target = isFile && !QFileInfo(m_output).isDir() ? Target::OneFile : Target::FilePerDocument;
-    if (m_action == Action::Calibration && m_target != Target::OneFile) {
-        return fail("это не файл .pdf: ", "this is no .pdf file: ", m_output);
+    const char* const suffix = m_action == Action::Proof ? pngSuffix : pdfSuffix;
+    const bool isFolder = QFileInfo(m_output).isDir();
+    m_target = hasSuffix(m_output, suffix) && !isFolder ? Target::OneFile : Target::FilePerDocument;
+    // A new folder is not named like a file: the name was meant for another kind of file.
+    const bool isOtherFile =
+        !isFolder && (hasSuffix(m_output, pdfSuffix) || hasSuffix(m_output, pngSuffix));
+    if (m_target != Target::OneFile && (isOtherFile || m_action == Action::Calibration)) {
+        return fail(QString("это не файл %1: ").arg(suffix),
+                    QString("this is no %1 file: ").arg(suffix), m_output);
     }
     return true;
 }

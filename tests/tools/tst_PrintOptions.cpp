@@ -120,6 +120,12 @@ void tst_PrintOptions::wrongOptions_data()
     row("--offsets 1 --blank", twoNumbers);
     row("--offsets 1 nan", twoNumbers);
     row("--offsets 1 2 3", "unexpected argument: 3");
+    row("--offsets 1 2 --offsets 3 4", "--offsets is given twice");
+    row("--id 1 --output x.pdf --blank=", "no blank is named");
+    row("--offsets 1 2 --blank=", "no blank is named");
+    row("--id 1 --output x.png", "this is no .pdf file: x.png");
+    row("--proof --id 1 --output x.PDF", "this is no .png file: x.PDF");
+    row("--calibration --blank 1 --output x.png", "this is no .pdf file: x.png");
 }
 
 void tst_PrintOptions::wrongOptions()
@@ -197,7 +203,9 @@ void tst_PrintOptions::targets()
     QCOMPARE(parsed({"--all", "--printer", "p"}).target(), Target::Printer);
     QCOMPARE(parsed({"--all", "--printer", "p"}).printer(), QString("p"));
     QCOMPARE(parsed({"--proof", "--all", "--output", "x.png"}).target(), Target::OneFile);
-    QCOMPARE(parsed({"--proof", "--all", "--output", "x.pdf"}).target(), Target::FilePerDocument);
+    QCOMPARE(parsed({"--proof", "--all", "--output", "x"}).target(), Target::FilePerDocument);
+    QCOMPARE(parsed({"--proof", "--all", "--output", dir.filePath("folder.pdf")}).target(),
+             Target::FilePerDocument);
     QCOMPARE(parsed({"--calibration", "--blank", "1", "--output", "x.pdf"}).target(),
              Target::OneFile);
     QCOMPARE(parsed({"--check", "--all", "--printer", "p"}).printer(), QString("p"));
