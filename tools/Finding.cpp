@@ -4,6 +4,8 @@
 #include <QLocale>
 #include <QStringList>
 
+#include <cmath>
+
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -72,13 +74,28 @@ QString coordinates(const QPointF& point)
     return locale.toString(point.x(), 'f', 1) + "; " + locale.toString(point.y(), 'f', 1);
 }
 
+/// Without line ends, and without what a terminal would take for a command.
+QString onOneLine(QString text)
+{
+    for (QChar& c : text) {
+        const QChar::Category category = c.category();
+        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
+            category == QChar::Separator_Paragraph)
+        {
+            c = ' ';
+        }
+    }
+    return text;
+}
+
 /// A text in quotes, on one line and no longer than a line.
 QString quoted(const QString& text)
 {
     constexpr int longest = 60;
-    QString line = QString(text).replace('\n', ' ');
+    QString line = onOneLine(text);
     if (line.size() > longest) {
-        line = line.left(longest - 1) + QChar(0x2026);
+        const int end = longest - 1;
+        line = line.left(line.at(end - 1).isHighSurrogate() ? end - 1 : end) + QChar(0x2026);
     }
     return inUserLanguage(QString::fromUtf8("«%1»"), QString::fromUtf8("“%1”")).arg(line);
 }
@@ -271,7 +288,8 @@ QString documentWords(const Finding::Document& document)
 double rounded(double millimetres)
 {
     constexpr double steps = 1000; // a millimetre
-    return qRound64(millimetres * steps) / steps;
+    const double inSteps = millimetres * steps;
+    return std::isfinite(inSteps) ? std::round(inSteps) / steps : millimetres;
 }
 
 QJsonArray toArray(const QVector<int>& numbers)
@@ -287,7 +305,7 @@ QJsonArray toArray(const QVector<int>& numbers)
 
 QString Finding::words() const
 {
-    return where() + ": " + what();
+    return onOneLine(where() + ": " + what());
 }
 
 QString Finding::what() const

@@ -89,7 +89,7 @@ struct Finding
 
     bool isOfBlank() const { return document.id.isNull(); }
 
-    /// The whole finding in a sentence in the user's language.
+    /// The whole finding in a sentence in the user's language, on one line.
     QString words() const;
 
     /// What was found, without where.

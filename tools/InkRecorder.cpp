@@ -46,6 +46,11 @@ QRectF TextMark::roughInk() const
     return box.adjusted(-slack, -slack, slack, slack);
 }
 
+QRectF TextMark::clipped(const QRectF& onPage) const
+{
+    return clip ? onPage & *clip : onPage;
+}
+
 /// Keeps texts and passes over all else.
 class InkRecorder::Engine : public ClipTrackingEngine
 {
@@ -68,7 +73,9 @@ public:
         mark.transform = state->transform();
         mark.box = mark.transform.mapRect(QRectF(position.x(), position.y() - item.ascent(),
                                                  item.width(), item.ascent() + item.descent()));
-        mark.clip = isClipped() ? clip().boundingRect() : QRectF();
+        if (isClipped()) {
+            mark.clip = clip().boundingRect();
+        }
         m_marks.append(mark);
     }
 
@@ -120,7 +127,7 @@ QRectF PrintedInk::roughBounds() const
 {
     QRectF bounds = solid;
     for (const TextMark& mark : texts) {
-        bounds |= mark.clip.isNull() ? mark.roughInk() : mark.roughInk() & mark.clip;
+        bounds |= mark.clipped(mark.roughInk());
     }
     return bounds;
 }
@@ -129,7 +136,7 @@ QRectF PrintedInk::bounds() const
 {
     QRectF bounds = solid;
     for (const TextMark& mark : texts) {
-        bounds |= mark.clip.isNull() ? mark.ink() : mark.ink() & mark.clip;
+        bounds |= mark.clipped(mark.ink());
     }
     return bounds;
 }

@@ -8,6 +8,7 @@
 #include <QVector>
 
 #include <memory>
+#include <optional>
 
 #include "render/PagedPainting.h"
 #include "render/VirtualPaintDevice.h"
@@ -20,16 +21,19 @@ struct TextMark
 {
     QString text;
     QFont font;
-    QPointF position;     ///< start of its base line, before `transform`
-    QTransform transform; ///< to the page
-    QRectF box;           ///< of the font, not of the ink, on the page
-    QRectF clip;          ///< what of the page could be painted; null: all
+    QPointF position;           ///< start of its base line, before `transform`
+    QTransform transform;       ///< to the page
+    QRectF box;                 ///< of the font, not of the ink, on the page
+    std::optional<QRectF> clip; ///< what of the page could be painted, if not all
 
     /// Bounding box of the glyphs on the page, clipped or not; null if they leave no ink.
     QRectF ink() const;
 
     /// Box that holds ink(), found without looking at the glyphs.
     QRectF roughInk() const;
+
+    /// What the clip leaves of a box; null if nothing.
+    QRectF clipped(const QRectF& onPage) const;
 };
 
 /// A paint device that writes down the texts that are painted on it, as a printed page gets them,

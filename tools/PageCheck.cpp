@@ -315,7 +315,8 @@ void PageCheck::checkEdges(const Item& item, const PrintedInk& printed)
 {
     const QRectF page = fromSheet(pageOnSheet());
     const QRectF printable = fromSheet(printableOnSheet());
-    const bool isInside = (page & printable).contains(printed.roughBounds());
+    // Margins that meet leave nothing that is printable, and turn its rectangle inside out.
+    const bool isInside = printable.isValid() && (page & printable).contains(printed.roughBounds());
     const QRectF ink = isInside ? QRectF() : printed.bounds();
     checkEdge(item, ink, Finding::Kind::OutsidePage, page);
     if (!m_margins.isNull()) {

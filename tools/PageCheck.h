@@ -51,7 +51,8 @@ public:
     /// Document and blank of the last check in words.
     QString pageWords() const;
 
-    /// The sheet in millimetres, the part of it that the page covers, and the printable part.
+    /// The sheet in millimetres, the part of it that the page covers, and the printable part, which
+    /// is not valid if the margins leave none.
     QSizeF sheetSize() const { return m_sheetSize; }
     QRectF pageOnSheet() const;
     QRectF printableOnSheet() const;

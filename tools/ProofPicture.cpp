@@ -172,7 +172,7 @@ void ProofPicture::drawEdges(QPainter& painter)
         }
     }
     const QRectF printable = inPixels(m_check.printableOnSheet());
-    if (printable != inPixels(QRectF(QPointF(0, 0), m_check.sheetSize()))) {
+    if (printable.isValid() && printable != inPixels(QRectF(QPointF(0, 0), m_check.sheetSize()))) {
         painter.setPen(QPen(edgeColor, qMax(1.0, pixels(0.2)), Qt::DashLine));
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(printable);

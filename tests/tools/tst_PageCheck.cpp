@@ -1,6 +1,8 @@
 #include <QtTest>
 
+#include <QGraphicsItem>
 #include <QImage>
+#include <QPainter>
 
 #include "forms/FormDefinitions.h"
 #include "support/CheckedPage.h"
@@ -77,6 +79,10 @@ private slots:
     void itemOutsidePage();
     void emptyPartOutsidePage();
     void printersMargins();
+    void marginsThatMeet();
+    void inkThatIsClippedAway();
+    void oneLineOfWords();
+    void lengthsBeyondAllPaper();
     void symbolAtTheEdge();
     void tags();
     void tableTags();
@@ -492,6 +498,79 @@ void tst_PageCheck::printersMargins()
 
     sheet.pageCheck.setMargins(QMarginsF(10 * unit, 4, 4, 4));
     VERIFY_NONE(sheet.check(items));
+}
+
+// What lies between the two is in both margins.
+void tst_PageCheck::marginsThatMeet()
+{
+    CheckedPage sheet;
+    sheet.pageCheck.setMargins(QMarginsF(0, 140, 0, 140)); // of 210
+    const QVector<Finding> findings =
+        sheet.check({textItem("ОГОГОГО", QRectF(100, 378, 400, 40))}); // at 100 mm
+    QCOMPARE(findings.size(), 2);
+    QCOMPARE(findings[0].side, Side::Top);
+    QCOMPARE(findings[1].side, Side::Bottom);
+    for (const Finding& finding : findings) {
+        QCOMPARE(finding.kind, Kind::OutsidePrintable);
+        QCOMPARE(finding.severity, Severity::Error);
+        QVERIFY(finding.lostInk > 2);
+    }
+    QVERIFY(!sheet.pageCheck.printableOnSheet().isValid());
+}
+
+void tst_PageCheck::inkThatIsClippedAway()
+{
+    class ClippedText : public QGraphicsItem
+    {
+    public:
+        QRectF boundingRect() const override { return {0, 0, 100, 100}; }
+        void paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) override
+        {
+            painter->drawText(QPointF(10, 20), "А");
+            painter->setClipRect(QRectF(0, 0, 5, 5));
+            painter->setClipRect(QRectF(50, 50, 5, 5), Qt::IntersectClip);
+            painter->drawText(QPointF(10, 80), "Б");
+        }
+    };
+    ClippedText item;
+    InkRecorder recorder;
+    QVector<TextMark> marks = recorder.textsOf(&item);
+    QCOMPARE(marks.size(), 2);
+    const PrintedInk all = {marks, QRectF()};
+    QVERIFY(all.bounds().bottom() < 25 && all.roughBounds().bottom() < 40);
+    marks.removeFirst();
+    const PrintedInk hidden = {marks, QRectF()};
+    QVERIFY(hidden.bounds().isNull() && hidden.roughBounds().isNull());
+}
+
+void tst_PageCheck::oneLineOfWords()
+{
+    CheckedPage sheet;
+    const QVector<Finding> findings =
+        sheet.check({textItem("#CITY", QRectF(100, 100, 400, 40))}, {{"NAME", "A\tB"}}, {},
+                    {{"LNAME", QString("Ив\r\nа\x1b[2Jнов") + QChar(0x2028)}});
+    QCOMPARE(findings.size(), 1);
+    const QString words = findings[0].words();
+    for (const QChar c : words) {
+        QVERIFY(c.category() != QChar::Other_Control && c.category() != QChar::Separator_Line);
+    }
+    QVERIFY2(words.contains("Ив  а [2Jнов"), qPrintable(words));
+
+    Finding longTag;
+    longTag.kind = Kind::TagNotExpanded;
+    longTag.tag = QString(58, 'x') + QString::fromUcs4(U"\U0001F600") + "yyy";
+    QVERIFY(longTag.what().contains(QString(58, 'x') + QChar(0x2026)));
+}
+
+void tst_PageCheck::lengthsBeyondAllPaper()
+{
+    Finding finding;
+    finding.item = 1;
+    finding.place = QRectF(0, 0.12345, 1e30, 1e308);
+    const QJsonObject item = finding.toJson()["item"].toObject();
+    QCOMPARE(item["y"].toDouble(), 0.123);
+    QCOMPARE(item["width"].toDouble(), 1e30);
+    QCOMPARE(item["height"].toDouble(), 1e308);
 }
 
 void tst_PageCheck::symbolAtTheEdge()
