@@ -62,8 +62,12 @@ bool ProofJob::write(const PrintDocument& document, PageCheck& check)
     const QImage picture =
         ProofPicture(check, m_options.resolution(), m_options.withBackground()).draw();
     if (picture.isNull()) {
-        report(inUserLanguage("не хватает памяти для рисунка ", "no memory for the picture ") +
-               path);
+        report(
+            (check.sheetSize().isEmpty()
+                 ? inUserLanguage("лист без размера, нет рисунка ",
+                                  "the page has no size, there is no picture ")
+                 : inUserLanguage("не хватает памяти для рисунка ", "no memory for the picture ")) +
+            path);
         return false;
     }
     QSaveFile file(path);

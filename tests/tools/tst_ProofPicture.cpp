@@ -247,7 +247,7 @@ void tst_ProofPicture::restOfTheSheet()
 
 void tst_ProofPicture::program()
 {
-    const PrintDirectory directory;
+    PrintDirectory directory;
     const QString file = directory.path("proof.png");
     const ProcessResult result = directory.print(
         {"--proof", "--id", "1", "--blank", "Альбом", "--resolution", "100", "--output", file});
@@ -262,6 +262,12 @@ void tst_ProofPicture::program()
         directory.print({"--proof", "--id", "1", "--output", directory.path("no/such/proof.png")});
     QCOMPARE(unwritable.exitCode, 2);
     QVERIFY(unwritable.err.contains("can't write"));
+    directory.exec("UPDATE blanks SET PAPER_FORMAT = 42, SIZE_WIDTH = 0, SIZE_HEIGHT = 0 WHERE "
+                   "NAME = 'Книга'");
+    const ProcessResult noPage = directory.print(
+        {"--proof", "--id", "1", "--blank", "Книга", "--output", directory.path("none.png")});
+    QCOMPARE(noPage.exitCode, 2);
+    QVERIFY2(noPage.err.contains("the page has no size"), noPage.err.constData());
     const ProcessResult several = directory.print({"--proof", "--all", "--output", file});
     QCOMPARE(several.exitCode, 2);
     QVERIFY(several.err.contains("folder"));
