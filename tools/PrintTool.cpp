@@ -25,6 +25,17 @@ int fail(QTextStream& err, const QString& reason)
     return failure;
 }
 
+/// The status, unless what was written came to nothing: a status may be all that a script reads.
+int afterWriting(QTextStream& out, QTextStream& err, int status)
+{
+    out.flush();
+    if (out.status() != QTextStream::Ok) {
+        return fail(err, inUserLanguage("не удалось записать в стандартный вывод",
+                                        "can't write to the standard output"));
+    }
+    return status;
+}
+
 int exitStatus(JobResult result)
 {
     switch (result) {
@@ -73,7 +84,7 @@ int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& er
     }
     if (options.helpWanted()) {
         out << PrintOptions::helpText();
-        return success;
+        return afterWriting(out, err, success);
     }
     if (!options.directory().isEmpty()) {
         setAppDirPath(options.directory());
@@ -91,5 +102,5 @@ int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& er
                     inUserLanguage("не удалось открыть базу данных ", "can't open the database ") +
                         appFilePath("docs.db"));
     }
-    return runAction(options, out, err);
+    return afterWriting(out, err, runAction(options, out, err));
 }

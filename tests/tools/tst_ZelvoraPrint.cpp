@@ -3,10 +3,12 @@
 #include <QDir>
 #include <QFile>
 #include <QPrinter>
+#include <QTextStream>
 
 #include "render/PrinPreviewDialog.h"
 #include "support/PdfMeasure.h"
 #include "support/PrintProgram.h"
+#include "tools/PrintTool.h"
 
 namespace {
 
@@ -44,6 +46,7 @@ private slots:
     void brokenDatabase();
     void outputThatCannotBeWritten_data();
     void outputThatCannotBeWritten();
+    void outputThatIsFull();
     void unknownPrinter();
     void databaseStaysAsItWas();
 };
@@ -384,6 +387,26 @@ void tst_ZelvoraPrint::outputThatCannotBeWritten()
     QVERIFY(result.out.isEmpty());
 }
 
+void tst_ZelvoraPrint::outputThatIsFull()
+{
+    class FullDevice : public QIODevice
+    {
+    protected:
+        qint64 readData(char*, qint64) override { return -1; }
+        qint64 writeData(const char*, qint64) override { return -1; }
+    };
+    FullDevice device;
+    QVERIFY(device.open(QIODevice::WriteOnly));
+    for (const QStringList& arguments : {QStringList{"--help"}, QStringList{"--offsets", "1", "2"}})
+    {
+        QTextStream out(&device);
+        QString errors;
+        QTextStream err(&errors);
+        QCOMPARE(runPrintTool(arguments, out, err), 2);
+        QCOMPARE(errors, QString("zelvora-print: can't write to the standard output\n"));
+    }
+}
+
 void tst_ZelvoraPrint::unknownPrinter()
 {
     const PrintDirectory directory;
@@ -402,4 +425,5 @@ void tst_ZelvoraPrint::databaseStaysAsItWas()
 }
 
 QTEST_MAIN(tst_ZelvoraPrint)
+#include "tools/PrintTool.h"
 #include "tst_ZelvoraPrint.moc"
