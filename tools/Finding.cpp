@@ -48,6 +48,8 @@ constexpr KindTexts kindTexts[] = {
     {Finding::Kind::BackgroundMissing, "background-missing", "нет фона", "no background"},
     {Finding::Kind::PageWithoutArea, "page-without-area", "лист без размера",
      "page without a size"},
+    {Finding::Kind::PageWithoutFrames, "page-without-frames", "бланк без рамок",
+     "blank without frames"},
 };
 
 const KindTexts& textsOf(Finding::Kind kind)
@@ -266,6 +268,9 @@ QString plainWords(const Finding& finding)
     case Finding::Kind::PageWithoutArea:
         return inUserLanguage("ширина или высота листа 0: ничего не напечатается",
                               "the width or height of the page is 0: nothing is printed");
+    case Finding::Kind::PageWithoutFrames:
+        return inUserLanguage("на бланке нет ни одной рамки: значения не напечатаются",
+                              "there is no frame on the blank: no value is printed");
     default:
         return QString();
     }

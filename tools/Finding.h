@@ -35,7 +35,8 @@ struct Finding
         QrRefused,         ///< a text that makes no symbol, so that nothing is printed
         QrTextCut,         ///< a text that ends in the symbol at a zero character
         BackgroundMissing, ///< a picture that cannot be loaded
-        PageWithoutArea    ///< width or height 0: nothing is printed
+        PageWithoutArea,   ///< width or height 0: nothing is printed
+        PageWithoutFrames  ///< nothing stands on the blank, or its frames cannot be read
     };
 
     /// An error loses or spoils ink; a warning is worth a look.

@@ -183,6 +183,11 @@ QVector<PageCheck::Item> PageCheck::itemsOnPage(bool& hasBackground)
 
 void PageCheck::checkBlank(const QVector<Item>& items, bool hasBackground)
 {
+    if (items.isEmpty()) {
+        Finding finding;
+        finding.kind = Finding::Kind::PageWithoutFrames;
+        addOfBlank(nullptr, finding);
+    }
     if (!m_backgroundFile.isEmpty() && !hasBackground) {
         Finding finding;
         finding.kind = Finding::Kind::BackgroundMissing;

@@ -97,6 +97,8 @@ private slots:
     void pageWithoutArea();
     void whatCannotBeRead();
     void oddItems();
+    void blankWithoutFrames_data();
+    void blankWithoutFrames();
 };
 
 void tst_PageCheck::cleanPage()
@@ -788,7 +790,7 @@ void tst_PageCheck::pageWithoutArea()
 void tst_PageCheck::whatCannotBeRead()
 {
     CheckedPage sheet;
-    VERIFY_NONE(sheet.check({}));
+    sheet.check({});
     QVERIFY(!sheet.pageCheck.check(77, 1));
     QVERIFY(!sheet.pageCheck.check(1, 77));
     QVERIFY(sheet.pageCheck.check(1, 1));
@@ -806,9 +808,28 @@ void tst_PageCheck::oddItems()
     QCOMPARE(ofKind(findings, Kind::TagNotExpanded).size(), 2);
     QCOMPARE(ofKind(findings, Kind::TagNotExpanded)[0].item, 6);
     QCOMPARE(ofKind(findings, Kind::OutsidePage)[0].item, 7);
-    // Broken rows of the blank are an empty page, as in printing.
-    VERIFY_NONE(sheet.check({}, {{"CONTENT", "{\"fields\": [{\"val"}}));
-    VERIFY_NONE(sheet.check({}, {{"CONTENT", QVariant()}}));
+}
+
+// Broken rows of the blank are an empty page, as in printing.
+void tst_PageCheck::blankWithoutFrames_data()
+{
+    QTest::addColumn<QVariantMap>("blank");
+    QTest::newRow("nothing on it") << QVariantMap();
+    QTest::newRow("broken") << QVariantMap{{"CONTENT", "{\"fields\": [{\"val"}};
+    QTest::newRow("NULL") << QVariantMap{{"CONTENT", QVariant()}};
+}
+
+void tst_PageCheck::blankWithoutFrames()
+{
+    QFETCH(QVariantMap, blank);
+    CheckedPage sheet;
+    const QVector<Finding> findings = sheet.check({}, blank);
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::PageWithoutFrames);
+    QCOMPARE(findings[0].severity, Severity::Error);
+    QVERIFY(findings[0].isOfBlank());
+    QVERIFY2(findings[0].words().endsWith(": there is no frame on the blank: no value is printed"),
+             qPrintable(findings[0].words()));
 }
 
 QTEST_MAIN(tst_PageCheck)
