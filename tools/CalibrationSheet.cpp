@@ -93,12 +93,13 @@ QVector<QStringList> instructions(const QSizeF& sheet)
         "другой или у правой другой Y — бумага идёт косо: поправьте направляющие лотка.";
     const QString own = "Смещение печати самого бланка на этом листе не действует: лист показывает "
                         "сдвиг принтера.";
-    const QString further =
-        own + " Что ввести в настройки бланка, скажет zelvora-print --offsets\u00A0X\u00A0Y.";
+    // A line of its own: on narrow paper it would be broken behind the command's hyphens.
+    const QString command =
+        "Что ввести в настройки бланка, скажет zelvora-print --offsets\u00A0X\u00A0Y.";
     const QString shortX = "X: приложите линейку к левому краю листа. На сколько миллиметров метка "
                            "«10» правее десяти, столько — X; левее — с минусом.";
     const QString shortY = "Y: так же от верхнего края. Ниже десяти — столько Y, выше — с минусом.";
-    return {{scale, x, y, trouble, further},
+    return {{scale, x, y, trouble, own, command},
             {shortX, shortY, own},
             {"X: «10» правее 10 мм от края; левее — минус.",
              "Y: «10» ниже 10 мм от края; выше — минус.", "Смещение бланка не действует."},

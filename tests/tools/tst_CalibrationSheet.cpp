@@ -101,6 +101,7 @@ private slots:
     void sheets_data();
     void sheets();
     void textInFull();
+    void commandInOnePiece();
     void textOnTheSmallestPaper();
     void longNameIsCut();
     void paperTooSmall();
@@ -295,6 +296,16 @@ void tst_CalibrationSheet::textInFull()
     {
         QVERIFY2(text.contains(QString(part), Qt::CaseInsensitive), part);
     }
+}
+
+void tst_CalibrationSheet::commandInOnePiece()
+{
+    const PdfMeasure pdf =
+        print(BlankPaper(PaperOrientation::portrait, PaperFormat::a5, QSizeF(148, 210)));
+    const PdfMeasure::Word program = pdf.word("zelvora-print");
+    const PdfMeasure::Word option = pdf.word("--offsets");
+    QVERIFY(!program.box.isEmpty() && !option.box.isEmpty());
+    QVERIFY(qAbs(program.box.center().y() - option.box.center().y()) < 0.1);
 }
 
 void tst_CalibrationSheet::textOnTheSmallestPaper()
