@@ -1,5 +1,6 @@
 #include "tools/DocumentJob.h"
 
+#include <QDir>
 #include <QTextStream>
 
 #include "tools/BlankChoice.h"
@@ -69,6 +70,26 @@ void DocumentJob::reportUnreadable(const PrintDocument& document)
            inUserLanguage("не удалось прочитать его или бланк", "it or its blank can't be read"));
 }
 
+void DocumentJob::reportUnwritable(const QString& path)
+{
+    report(inUserLanguage("не удалось записать файл ", "can't write the file ") + path);
+}
+
+void DocumentJob::reportNoPrinter()
+{
+    report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer());
+}
+
+bool DocumentJob::makeFolder()
+{
+    if (QDir().mkpath(m_options.output())) {
+        return true;
+    }
+    report(inUserLanguage("не удалось создать каталог ", "can't make the folder ") +
+           m_options.output());
+    return false;
+}
+
 bool DocumentJob::prepare(PageCheck& check)
 {
     check.setBackgroundPrinted(m_options.withBackground());
@@ -77,7 +98,7 @@ bool DocumentJob::prepare(PageCheck& check)
         return true;
     }
     if (!m_options.printer().isEmpty() && !check.setPrinter(m_options.printer())) {
-        report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer());
+        reportNoPrinter();
         return false;
     }
     return true;

@@ -31,7 +31,12 @@ protected:
     /// The blank of a document; null, after a report, if there is none.
     QVariant blankOf(const PrintDocument& document, PrinPreviewDialog& preview);
 
+    /// Makes the folder for a file a document if there is none; false, after a report, if it can't.
+    bool makeFolder();
+
     void reportUnreadable(const PrintDocument& document);
+    void reportUnwritable(const QString& path);
+    void reportNoPrinter();
 
     /// Lets the check mind what the options say of background and printer; false, after a report,
     /// if there is no such printer.

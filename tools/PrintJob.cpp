@@ -64,15 +64,10 @@ bool PrintJob::prepareTarget()
         }
         return true;
     case PrintOptions::Target::FilePerDocument:
-        if (!QDir().mkpath(m_options.output())) {
-            report(inUserLanguage("не удалось создать каталог ", "can't make the folder ") +
-                   m_options.output());
-            return false;
-        }
-        return true;
+        return makeFolder();
     case PrintOptions::Target::Printer:
         if (!QPrinterInfo::availablePrinterNames().contains(m_options.printer())) {
-            report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer());
+            reportNoPrinter();
             return false;
         }
         return true;
@@ -222,9 +217,4 @@ void PrintJob::reportInterruption(int printed)
 {
     report(inUserLanguage("прервано; напечатано документов: ", "interrupted; documents printed: ") +
            QString::number(printed));
-}
-
-void PrintJob::reportUnwritable(const QString& path)
-{
-    report(inUserLanguage("не удалось записать файл ", "can't write the file ") + path);
 }

@@ -37,7 +37,6 @@ private:
     bool printToPrinter(const PrintDocument& document);
     bool finishFile(PdfFile& file);
     void reportInterruption(int printed);
-    void reportUnwritable(const QString& path);
 
     FileNamePattern m_names;
     PrinPreviewDialog m_preview;

@@ -46,12 +46,7 @@ bool ProofJob::prepareTarget()
         }
         return true;
     }
-    if (!QDir().mkpath(m_options.output())) {
-        report(inUserLanguage("не удалось создать каталог ", "can't make the folder ") +
-               m_options.output());
-        return false;
-    }
-    return true;
+    return makeFolder();
 }
 
 bool ProofJob::write(const PrintDocument& document, PageCheck& check)
@@ -72,7 +67,7 @@ bool ProofJob::write(const PrintDocument& document, PageCheck& check)
     }
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit()) {
-        report(inUserLanguage("не удалось записать файл ", "can't write the file ") + path);
+        reportUnwritable(path);
         return false;
     }
     m_progress.clear();
