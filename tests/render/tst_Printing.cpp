@@ -423,8 +423,10 @@ void tst_Printing::textIsText()
     Sheet sheet;
     QJsonArray items;
     for (int i = 0; i < 20; ++i) {
+        const int column = i % 2;
+        const int row = i / 2;
         items.append(blankItem(0, "Аттестат выдан: #LNAME #FNAME, ё «№»",
-                               QRectF(20 + (i % 2) * 500, 20 + (i / 2) * 70, 450, 60)));
+                               QRectF(20 + column * 500, 20 + row * 70, 450, 60)));
     }
     items.append(blankItem(2, "#T", QRectF(20, 700, 500, 90)));
     sheet.build(items, {}, {{"#T", tableEntry({{"Математика", "отлично"}})}});
