@@ -300,7 +300,7 @@ void tst_PrintCheck::marginsOfAPrinter()
                        {{"NAME", "Край"}, {"PAPER_FORMAT", 0}});
     const auto check = [&](const QStringList& more) {
         return runPrint(QStringList{"--dir", directory.path(), "--check", "--id", "1", "--blank",
-                                    "Край", "--printer", queue.printer} +
+                                    "Край", "--printer", PrintQueue::printer} +
                             more,
                         queue.environment(noDisplay("C.UTF-8")));
     };

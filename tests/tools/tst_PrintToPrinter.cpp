@@ -39,7 +39,7 @@ void tst_PrintToPrinter::aJobForEachDocument()
     const PrintDirectory directory;
     const PrintQueue queue;
     const ProcessResult result =
-        print(directory, queue, {"--id", "3,1", "--copies", "5", "--printer", queue.printer});
+        print(directory, queue, {"--id", "3,1", "--copies", "5", "--printer", PrintQueue::printer});
     QCOMPARE(result.err, QByteArray());
     QCOMPARE(result.exitCode, success);
     QCOMPARE(queue.jobCount(), 2);
@@ -69,8 +69,9 @@ void tst_PrintToPrinter::marksStandWhereInAFile()
     const PrintDirectory directory;
     const PrintQueue queue;
     const QStringList document = {"--id", "1", "--blank", blank};
-    QCOMPARE(print(directory, queue, document + QStringList{"--printer", queue.printer}).exitCode,
-             success);
+    QCOMPARE(
+        print(directory, queue, document + QStringList{"--printer", PrintQueue::printer}).exitCode,
+        success);
     QCOMPARE(print(directory, queue, document + QStringList{"--output", directory.path("x.pdf")})
                  .exitCode,
              success);
@@ -96,7 +97,8 @@ void tst_PrintToPrinter::marginsOfThePrinterMoveNothing()
 {
     const PrintDirectory directory;
     const PrintQueue queue;
-    QCOMPARE(print(directory, queue, {"--id", "1", "--printer", queue.printer}).exitCode, success);
+    QCOMPARE(print(directory, queue, {"--id", "1", "--printer", PrintQueue::printer}).exitCode,
+             success);
     const double unit = 210.0 / 793;
     const QRectF symbol = PdfMeasure(queue.file(1)).ink(QRectF(150, 20, 50, 50));
     QVERIFY(qAbs(symbol.left() - 597 * unit) < 0.3);
@@ -108,7 +110,7 @@ void tst_PrintToPrinter::background()
 {
     const PrintDirectory directory;
     const PrintQueue queue;
-    const QStringList common = {"--id", "1", "--blank", "Книга", "--printer", queue.printer};
+    const QStringList common = {"--id", "1", "--blank", "Книга", "--printer", PrintQueue::printer};
     QCOMPARE(print(directory, queue, common).exitCode, success);
     QCOMPARE(print(directory, queue, common + QStringList{"--background"}).exitCode, success);
     QVERIFY(PdfMeasure(queue.file(1)).ink().height() < 20);  // the text alone
@@ -121,7 +123,7 @@ void tst_PrintToPrinter::failedDocumentDoesNotStopTheRest()
     const PrintQueue queue;
     directory.exec("UPDATE docs SET DOC_TYPE = 9 WHERE ID = 2");
     const ProcessResult result =
-        print(directory, queue, {"--id", "1-3", "--printer", queue.printer});
+        print(directory, queue, {"--id", "1-3", "--printer", PrintQueue::printer});
     QCOMPARE(result.exitCode, someFailed);
     QCOMPARE(result.err, QByteArray("zelvora-print: document 2: no blank prints it\n"));
     QCOMPARE(queue.jobCount(), 2);
