@@ -6,6 +6,8 @@
 #include <QPrinter>
 #include <QStyle>
 
+#include <algorithm>
+
 #include "render/PrinPreviewDialog.h"
 #include "render/VectorProxyWidget.h"
 #include "support/PdfMeasure.h"
@@ -69,25 +71,25 @@ void usePlainProxies(QGraphicsScene* scene)
     }
 }
 
+/// Inks a dot and its neighbours up to `radius` dots away, also diagonally.
+void inkAround(QImage* picture, const QPoint& dot, int radius)
+{
+    const QPoint reach(radius, radius);
+    const QRect square = QRect(dot - reach, dot + reach) & picture->rect();
+    for (int y = square.top(); y <= square.bottom(); ++y) {
+        std::fill_n(picture->scanLine(y) + square.left(), square.width(), uchar(0));
+    }
+}
+
 /// Where a picture has ink, grown by `radius` dots to all sides.
 QImage grown(const QImage& ink, int radius)
 {
-    QImage result = ink;
-    for (const bool horizontal : {true, false}) {
-        const QImage source = result;
-        result.fill(255);
-        for (int y = 0; y < source.height(); ++y) {
-            for (int x = 0; x < source.width(); ++x) {
-                if (source.constScanLine(y)[x] >= 128) {
-                    continue;
-                }
-                for (int step = -radius; step <= radius; ++step) {
-                    const int nx = horizontal ? x + step : x;
-                    const int ny = horizontal ? y : y + step;
-                    if (nx >= 0 && ny >= 0 && nx < source.width() && ny < source.height()) {
-                        result.scanLine(ny)[nx] = 0;
-                    }
-                }
+    QImage result(ink.size(), ink.format());
+    result.fill(255);
+    for (int y = 0; y < ink.height(); ++y) {
+        for (int x = 0; x < ink.width(); ++x) {
+            if (ink.constScanLine(y)[x] < 128) {
+                inkAround(&result, QPoint(x, y), radius);
             }
         }
     }
