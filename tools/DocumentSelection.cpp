@@ -113,20 +113,20 @@ bool DocumentSelection::refuseCondition(const QSqlQuery& query)
 
 bool DocumentSelection::formOf(const QString& idOrName, QVariant& formId)
 {
-    bool isNumber = false;
-    const int number = idOrName.toInt(&isNumber);
-    if (isNumber) {
-        formId = number;
+    QSqlQuery query;
+    query.prepare("SELECT ID FROM forms WHERE CAST(ID AS TEXT) = ? OR FORM_NAME = ? "
+                  "ORDER BY CAST(ID AS TEXT) = ? DESC, ID");
+    for (int i = 0; i < 3; ++i) {
+        query.addBindValue(idOrName);
+    }
+    if (query.exec() && query.next()) {
+        formId = query.value(0);
         return true;
     }
-    QSqlQuery query;
-    query.prepare("SELECT ID FROM forms WHERE FORM_NAME = ? ORDER BY ID");
-    query.addBindValue(idOrName);
-    if (!query.exec() || !query.next()) {
-        return fail(inUserLanguage("нет формы ", "there is no form ") + idOrName);
-    }
-    formId = query.value(0);
-    return true;
+    // Documents may have outlived their form.
+    bool isNumber = false;
+    formId = idOrName.toInt(&isNumber);
+    return isNumber || fail(inUserLanguage("нет формы ", "there is no form ") + idOrName);
 }
 
 bool DocumentSelection::take(QSqlQuery& query, QVector<PrintDocument>& documents)

@@ -44,6 +44,7 @@ private slots:
     void filters_data();
     void filters();
     void formByName();
+    void formNamedByANumber();
     void conditions_data();
     void conditions();
     void badConditions_data();
@@ -122,6 +123,17 @@ void tst_DocumentSelection::formByName()
     directory.exec("INSERT INTO forms (ID, FORM_NAME) VALUES (1, 'Аттестат'), (2, 'Диплом')");
     QCOMPARE(chosen({"--type", "Диплом"}), QString("4"));
     QCOMPARE(chosen({"--type", "Справка"}), QString("there is no form Справка"));
+}
+
+// The ID counts before the name, as it does for blanks.
+void tst_DocumentSelection::formNamedByANumber()
+{
+    PrintDirectory directory;
+    directory.exec("INSERT INTO forms (ID, FORM_NAME) VALUES (1, '2'), (2, '2024')");
+    QCOMPARE(chosen({"--type", "2"}), QString("4"));
+    QCOMPARE(chosen({"--type", "2024"}), QString("4"));
+    QCOMPARE(chosen({"--type", "1"}), QString("1 2 3"));
+    QCOMPARE(chosen({"--type", "77"}), QString());
 }
 
 void tst_DocumentSelection::conditions_data()
