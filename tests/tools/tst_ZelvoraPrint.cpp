@@ -425,5 +425,4 @@ void tst_ZelvoraPrint::databaseStaysAsItWas()
 }
 
 QTEST_MAIN(tst_ZelvoraPrint)
-#include "tools/PrintTool.h"
 #include "tst_ZelvoraPrint.moc"
