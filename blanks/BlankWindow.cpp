@@ -5,6 +5,7 @@
 #include <QGraphicsPixmapItem>
 #include <QGraphicsScene>
 #include <QGraphicsTextItem>
+#include <QHeaderView>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -191,7 +192,8 @@ BlankWindow::BlankWindow(QWidget* parent)
     applyBaseStyle(this);
     ui->splitter->setSizes({150, 400, 150});
     ui->splitter->setStretchFactor(1, 1);
-    fitRows(ui->propertiesWidget);
+    // Built anew for each selected frame, so that its rows are not measured.
+    ui->propertiesWidget->verticalHeader()->setDefaultSectionSize(plainRowHeight);
     ui->blankTree->setColumnHidden(tagColumn, true);
     properties = new ItemPropertiesTable(ui->propertiesWidget, this);
     view->setScene(scene);

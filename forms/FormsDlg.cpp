@@ -55,9 +55,11 @@ FormsDlg::FormsDlg(QWidget* parent)
     ui->fieldsWidget->setColumnWidth(0, 64);
     ui->fieldsWidget->setColumnWidth(1, 64);
 
-    for (QTableWidget* table :
-         {ui->formsWidget, ui->fieldsWidget, ui->listsWidget, ui->itemsWidget}) {
-        fitRows(table);
+    fitRows(ui->formsWidget);
+    fitRows(ui->fieldsWidget);
+    // Lists may be long, and all items are shown anew after each change: one line each.
+    for (QTableWidget* table : {ui->listsWidget, ui->itemsWidget}) {
+        table->verticalHeader()->setDefaultSectionSize(plainRowHeight);
     }
 
     connect(ui->addFrmBtn, &QPushButton::clicked, this, &FormsDlg::addForm);
@@ -342,7 +344,6 @@ void FormsDlg::fillLists()
     if (!execute(query, "SELECT * FROM lists;", {}, "Unable to execute select query")) {
         return;
     }
-    const RowFitPause pause(ui->listsWidget);
     while (query.next()) {
         const int row = ui->listsWidget->rowCount();
         ui->listsWidget->insertRow(row);
@@ -392,7 +393,6 @@ void FormsDlg::drawFields(const QJsonArray& fields)
 void FormsDlg::drawItems(const QJsonArray& items)
 {
     QTableWidget* table = ui->itemsWidget;
-    const RowFitPause pause(table);
     table->setRowCount(0);
     table->setRowCount(items.size());
     for (int row = 0; row < items.size(); ++row) {
