@@ -65,13 +65,6 @@ QString inWords(const PrintOffsets::Offset& offset, const Axis& axis)
 
 } // namespace
 
-CalibrationJob::CalibrationJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
-    : m_options(options)
-    , m_out(out)
-    , m_err(err)
-{
-}
-
 JobResult CalibrationJob::printSheet()
 {
     const std::optional<Blank> blank = findBlank();
@@ -95,17 +88,17 @@ JobResult CalibrationJob::printToFile(const CalibrationSheet& sheet)
         return reportTooSmall();
     }
     if (!isPrinted || !file.commit()) {
-        return fail(inUserLanguage("не удалось записать файл ", "can't write the file ") +
-                    file.path());
+        reportUnwritable(file.path());
+        return JobResult::NotDone;
     }
-    m_out << file.path() << '\n';
+    tellFile(file.path());
     return JobResult::Done;
 }
 
 JobResult CalibrationJob::printToPrinter(const CalibrationSheet& sheet)
 {
-    if (!QPrinterInfo::availablePrinterNames().contains(m_options.printer())) {
-        return fail(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer());
+    if (!hasPrinter()) {
+        return JobResult::NotDone;
     }
     QPrinter printer(QPrinterInfo::printerInfo(m_options.printer()), QPrinter::HighResolution);
     QPainter painter;
@@ -198,6 +191,6 @@ std::optional<CalibrationJob::Blank> CalibrationJob::findBlank()
 
 JobResult CalibrationJob::fail(const QString& reason)
 {
-    m_err << "zelvora-print: " << reason << '\n';
+    report(reason);
     return JobResult::NotDone;
 }

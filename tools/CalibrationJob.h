@@ -7,19 +7,17 @@
 
 #include "render/BlankPaper.h"
 #include "tools/JobResult.h"
-#include "tools/PrintOptions.h"
+#include "tools/PrintToolJob.h"
 
 class CalibrationSheet;
-class QTextStream;
 
 /// Brings the print of a blank to its place on one's own printer: prints the test sheet for its
 /// paper, and tells which offsets undo what was read off it. The database must be open if the
 /// options name a blank; it is never changed.
-class CalibrationJob
+class CalibrationJob : public PrintToolJob
 {
 public:
-    /// Finished files and the offsets are told on `out`, failures on `err`.
-    CalibrationJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
+    using PrintToolJob::PrintToolJob;
 
     JobResult printSheet();
     JobResult tellOffsets();
@@ -37,8 +35,4 @@ private:
     JobResult printToPrinter(const CalibrationSheet& sheet);
     JobResult reportTooSmall();
     JobResult fail(const QString& reason);
-
-    const PrintOptions& m_options;
-    QTextStream& m_out;
-    QTextStream& m_err;
 };

@@ -1,7 +1,6 @@
 #include "tools/DocumentJob.h"
 
 #include <QDir>
-#include <QTextStream>
 
 #include "tools/BlankChoice.h"
 #include "tools/Interruption.h"
@@ -16,14 +15,6 @@ QString nameOf(const PrintDocument& document)
 }
 
 } // namespace
-
-DocumentJob::DocumentJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
-    : m_options(options)
-    , m_out(out)
-    , m_err(err)
-    , m_progress(err, !options.isQuiet() && ProgressLine::hasTerminal())
-{
-}
 
 bool DocumentJob::selectDocuments()
 {
@@ -70,16 +61,6 @@ void DocumentJob::reportUnreadable(const PrintDocument& document)
            inUserLanguage("не удалось прочитать его или бланк", "it or its blank can't be read"));
 }
 
-void DocumentJob::reportUnwritable(const QString& path)
-{
-    report(inUserLanguage("не удалось записать файл ", "can't write the file ") + path);
-}
-
-void DocumentJob::reportNoPrinter()
-{
-    report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer());
-}
-
 bool DocumentJob::makeFolder()
 {
     if (QDir().mkpath(m_options.output())) {
@@ -115,11 +96,4 @@ bool DocumentJob::checkPage(const PrintDocument& document, PageCheck& check)
         return false;
     }
     return true;
-}
-
-void DocumentJob::report(const QString& message)
-{
-    m_progress.clear();
-    m_err << "zelvora-print: " << message << '\n';
-    m_err.flush();
 }

@@ -6,19 +6,17 @@
 #include <functional>
 
 #include "tools/DocumentSelection.h"
-#include "tools/PrintOptions.h"
-#include "tools/ProgressLine.h"
+#include "tools/PrintToolJob.h"
 
 class PageCheck;
 class PrinPreviewDialog;
-class QTextStream;
 
 /// What every job over chosen documents begins with: it chooses them and their blanks, and reports
 /// on `err` what can't be done and, if that is a terminal, how far it has come.
-class DocumentJob
+class DocumentJob : public PrintToolJob
 {
 public:
-    DocumentJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
+    using PrintToolJob::PrintToolJob;
 
 protected:
     /// Reads the documents that the options choose; false if there are none.
@@ -35,8 +33,6 @@ protected:
     bool makeFolder();
 
     void reportUnreadable(const PrintDocument& document);
-    void reportUnwritable(const QString& path);
-    void reportNoPrinter();
 
     /// Lets the check mind what the options say of background and printer; false, after a report,
     /// if there is no such printer.
@@ -46,11 +42,5 @@ protected:
     /// be done.
     bool checkPage(const PrintDocument& document, PageCheck& check);
 
-    void report(const QString& message);
-
-    const PrintOptions& m_options;
-    QTextStream& m_out;
-    QTextStream& m_err;
-    ProgressLine m_progress;
     DocumentSelection m_selection;
 };

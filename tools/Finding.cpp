@@ -417,8 +417,3 @@ QString Finding::kindCaption(Kind kind)
     return inUserLanguage(QString::fromUtf8(textsOf(kind).russian),
                           QLatin1String(textsOf(kind).english));
 }
-
-bool Finding::operator==(const Finding& other) const
-{
-    return toJson() == other.toJson();
-}

@@ -113,6 +113,4 @@ struct Finding
 
     /// The kind in words, for a summary.
     static QString kindCaption(Kind kind);
-
-    bool operator==(const Finding& other) const;
 };

@@ -10,7 +10,6 @@
 
 #include "tools/BlankChoice.h"
 #include "tools/CheckSummary.h"
-#include "tools/Interruption.h"
 #include "tools/PageCheck.h"
 #include "tools/PdfFile.h"
 #include "tools/UserLanguage.h"
@@ -66,11 +65,7 @@ bool PrintJob::prepareTarget()
     case PrintOptions::Target::FilePerDocument:
         return makeFolder();
     case PrintOptions::Target::Printer:
-        if (!QPrinterInfo::availablePrinterNames().contains(m_options.printer())) {
-            reportNoPrinter();
-            return false;
-        }
-        return true;
+        return hasPrinter();
     }
     return false;
 }
@@ -111,18 +106,13 @@ bool PrintJob::checkBeforehand()
 
 int PrintJob::printAll()
 {
-    const QVector<PrintDocument>& documents = m_selection.documents();
     int printed = 0;
-    for (int i = 0; i < documents.size() && !m_isStopped; ++i) {
-        if (isInterrupted()) {
-            reportInterruption(m_commonFile ? 0 : printed);
-            m_isStopped = true;
-            break;
-        }
-        m_progress.show(i, documents.size());
-        printed += print(documents[i]) ? 1 : 0;
+    const bool isWhole = forEachDocument(
+        [&](const PrintDocument& document) { printed += !m_isStopped && print(document) ? 1 : 0; });
+    if (!isWhole && !m_isStopped) {
+        reportInterruption(m_commonFile ? 0 : printed);
+        m_isStopped = true;
     }
-    m_progress.clear();
     return printed;
 }
 
@@ -207,9 +197,7 @@ bool PrintJob::finishFile(PdfFile& file)
         reportUnwritable(file.path());
         return false;
     }
-    m_progress.clear();
-    m_out << file.path() << '\n';
-    m_out.flush();
+    tellFile(file.path());
     return true;
 }
 

@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QSaveFile>
-#include <QTextStream>
 
 #include "tools/PageCheck.h"
 #include "tools/ProofPicture.h"
@@ -70,8 +69,6 @@ bool ProofJob::write(const PrintDocument& document, PageCheck& check)
         reportUnwritable(path);
         return false;
     }
-    m_progress.clear();
-    m_out << path << '\n';
-    m_out.flush();
+    tellFile(path);
     return true;
 }

@@ -1,0 +1,47 @@
+#include "tools/PrintToolJob.h"
+
+#include <QPrinterInfo>
+#include <QTextStream>
+
+#include "tools/UserLanguage.h"
+
+PrintToolJob::PrintToolJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
+    : m_options(options)
+    , m_out(out)
+    , m_err(err)
+    , m_progress(err, !options.isQuiet() && ProgressLine::hasTerminal())
+{
+}
+
+bool PrintToolJob::hasPrinter()
+{
+    if (QPrinterInfo::availablePrinterNames().contains(m_options.printer())) {
+        return true;
+    }
+    reportNoPrinter();
+    return false;
+}
+
+void PrintToolJob::tellFile(const QString& path)
+{
+    m_progress.clear();
+    m_out << path << '\n';
+    m_out.flush();
+}
+
+void PrintToolJob::report(const QString& message)
+{
+    m_progress.clear();
+    m_err << "zelvora-print: " << message << '\n';
+    m_err.flush();
+}
+
+void PrintToolJob::reportUnwritable(const QString& path)
+{
+    report(inUserLanguage("не удалось записать файл ", "can't write the file ") + path);
+}
+
+void PrintToolJob::reportNoPrinter()
+{
+    report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer());
+}
