@@ -8,7 +8,7 @@
 #include <QTextStream>
 #include <QToolButton>
 
-#include "app/CellTextDelegate.h"
+#include "app/widgets/CellTextDelegate.h"
 
 QString baseStyleSheet;
 

@@ -12,8 +12,8 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
-#include "app/RowFitPause.h"
-#include "app/TableItems.h"
+#include "app/widgets/RowFitPause.h"
+#include "app/widgets/TableItems.h"
 #include "blanks/BlankFormatDialog.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/BlankWindow.h"

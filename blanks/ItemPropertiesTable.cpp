@@ -8,7 +8,7 @@
 #include <QSpinBox>
 #include <QTableWidget>
 
-#include "app/WheelGuard.h"
+#include "app/widgets/WheelGuard.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/FontFamily.h"
 

@@ -1,7 +1,7 @@
 #include "documents/DocDialog.h"
 
 #include "app/AppStyle.h"
-#include "app/WheelGuard.h"
+#include "app/widgets/WheelGuard.h"
 #include "documents/DocumentContent.h"
 #include "documents/ZelvoraTableButton.h"
 #include "ui_DocDialog.h"

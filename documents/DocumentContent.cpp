@@ -11,8 +11,8 @@
 #include <limits>
 
 #include "app/AppStyle.h"
-#include "app/RowFitPause.h"
-#include "app/WheelGuard.h"
+#include "app/widgets/RowFitPause.h"
+#include "app/widgets/WheelGuard.h"
 #include "documents/CellDateEdit.h"
 #include "documents/TableMemoDialog.h"
 #include "documents/TextMemoDialog.h"

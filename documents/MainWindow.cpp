@@ -14,9 +14,9 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
-#include "app/CellTextDelegate.h"
-#include "app/RowFitPause.h"
-#include "app/TableItems.h"
+#include "app/widgets/CellTextDelegate.h"
+#include "app/widgets/RowFitPause.h"
+#include "app/widgets/TableItems.h"
 #include "blanks/BlankDlg.h"
 #include "documents/Archive.h"
 #include "documents/ContentPane.h"

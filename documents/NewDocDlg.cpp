@@ -4,7 +4,7 @@
 #include <QSqlQuery>
 
 #include "app/AppStyle.h"
-#include "app/WheelGuard.h"
+#include "app/widgets/WheelGuard.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
 #include "documents/DocumentRecord.h"

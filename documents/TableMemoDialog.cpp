@@ -12,8 +12,8 @@
 #include <algorithm>
 
 #include "app/AppStyle.h"
-#include "app/RowFitPause.h"
-#include "app/WheelGuard.h"
+#include "app/widgets/RowFitPause.h"
+#include "app/widgets/WheelGuard.h"
 #include "documents/CellDateEdit.h"
 #include "documents/DocumentContent.h"
 #include "forms/FormDefinitions.h"

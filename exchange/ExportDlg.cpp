@@ -16,8 +16,8 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
-#include "app/RowFitPause.h"
-#include "app/TableItems.h"
+#include "app/widgets/RowFitPause.h"
+#include "app/widgets/TableItems.h"
 #include "exchange/DocumentExport.h"
 #include "exchange/DocumentImport.h"
 #include "exchange/ExchangeTemplate.h"

@@ -7,8 +7,8 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
-#include "app/RowFitPause.h"
-#include "app/TableItems.h"
+#include "app/widgets/RowFitPause.h"
+#include "app/widgets/TableItems.h"
 #include "forms/FieldEditDlg.h"
 #include "forms/FormDefinitions.h"
 #include "forms/FormEditDlg.h"

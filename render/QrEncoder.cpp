@@ -4,11 +4,11 @@
 #include <cstddef>
 #include <cstring>
 
-#include "render/QrBlocks.h"
-#include "render/QrMaskTrial.h"
-#include "render/QrPatterns.h"
-#include "render/QrRemainder.h"
-#include "render/QrTables.h"
+#include "render/qr/QrBlocks.h"
+#include "render/qr/QrMaskTrial.h"
+#include "render/qr/QrPatterns.h"
+#include "render/qr/QrRemainder.h"
+#include "render/qr/QrTables.h"
 
 namespace {
 

@@ -12,9 +12,9 @@
 #include <cmath>
 
 #include "blanks/BlankRecord.h"
-#include "tools/CalibrationSheet.h"
-#include "tools/PdfFile.h"
-#include "tools/PrintOffsets.h"
+#include "printing/PdfFile.h"
+#include "printing/calibration/CalibrationSheet.h"
+#include "printing/calibration/PrintOffsets.h"
 #include "tools/UserLanguage.h"
 
 namespace {

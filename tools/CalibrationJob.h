@@ -5,7 +5,7 @@
 
 #include <optional>
 
-#include "render/BlankPaper.h"
+#include "render/page/BlankPaper.h"
 #include "tools/JobResult.h"
 #include "tools/PrintToolJob.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "preflight/PageCheck.h"
 #include "tools/CheckSummary.h"
 #include "tools/DocumentJob.h"
 #include "tools/JobResult.h"
-#include "tools/PageCheck.h"
 
 /// Looks at the pages of the chosen documents before they are printed and writes what it finds on
 /// `out` as it goes, in words or as one JSON object; what can't be checked is reported on `err`.

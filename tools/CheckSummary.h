@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVector>
 
-#include "tools/Finding.h"
+#include "preflight/Finding.h"
 
 /// Counts the findings of many pages. It keeps no finding of a document, so that it does not grow
 /// with them.

@@ -3,10 +3,10 @@
 #include <QFileInfo>
 #include <QTextStream>
 
+#include "sample/SampleDirectory.h"
+#include "sample/StandardContent.h"
 #include "store/Schema.h"
 #include "tools/DatabaseCheck.h"
-#include "tools/SampleDirectory.h"
-#include "tools/StandardContent.h"
 #include "tools/UserLanguage.h"
 
 namespace {

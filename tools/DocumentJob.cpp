@@ -2,9 +2,9 @@
 
 #include <QDir>
 
-#include "tools/BlankChoice.h"
+#include "preflight/PageCheck.h"
+#include "printing/BlankChoice.h"
 #include "tools/Interruption.h"
-#include "tools/PageCheck.h"
 #include "tools/UserLanguage.h"
 
 namespace {

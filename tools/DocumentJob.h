@@ -5,7 +5,7 @@
 
 #include <functional>
 
-#include "tools/DocumentSelection.h"
+#include "printing/DocumentSelection.h"
 #include "tools/PrintToolJob.h"
 
 class PageCheck;

@@ -8,10 +8,10 @@
 
 #include <algorithm>
 
-#include "tools/BlankChoice.h"
+#include "preflight/PageCheck.h"
+#include "printing/BlankChoice.h"
+#include "printing/PdfFile.h"
 #include "tools/CheckSummary.h"
-#include "tools/PageCheck.h"
-#include "tools/PdfFile.h"
 #include "tools/UserLanguage.h"
 
 namespace {

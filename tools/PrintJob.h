@@ -5,9 +5,9 @@
 
 #include <memory>
 
+#include "printing/FileNamePattern.h"
 #include "render/PrinPreviewDialog.h"
 #include "tools/DocumentJob.h"
-#include "tools/FileNamePattern.h"
 #include "tools/JobResult.h"
 
 class PdfFile;

@@ -6,8 +6,8 @@
 
 #include <cmath>
 
-#include "tools/FileNamePattern.h"
-#include "tools/PrintOffsets.h"
+#include "printing/FileNamePattern.h"
+#include "printing/calibration/PrintOffsets.h"
 #include "tools/UserLanguage.h"
 
 namespace {

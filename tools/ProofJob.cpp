@@ -3,8 +3,8 @@
 #include <QDir>
 #include <QSaveFile>
 
-#include "tools/PageCheck.h"
-#include "tools/ProofPicture.h"
+#include "preflight/PageCheck.h"
+#include "preflight/ProofPicture.h"
 #include "tools/UserLanguage.h"
 
 ProofJob::ProofJob(const PrintOptions& options, QTextStream& out, QTextStream& err)

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "printing/FileNamePattern.h"
 #include "tools/DocumentJob.h"
-#include "tools/FileNamePattern.h"
 #include "tools/JobResult.h"
 
 class PageCheck;

@@ -10,7 +10,7 @@
 #include <memory>
 #include <type_traits>
 
-#include "QrReference.h"
+#include "qr/QrReference.h"
 #include "render/QrEncoder.h"
 #include "support/Process.h"
 

@@ -2,9 +2,9 @@
 
 #include <QVector>
 
+#include "preflight/PageCheck.h"
 #include "support/PdfMeasure.h"
 #include "support/PrintFixture.h"
-#include "tools/PageCheck.h"
 
 /// A document on a blank that was checked and can be printed.
 class CheckedPage : public PrintFixture

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QMarginsF>
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
+#include <QVariant>
+#include <QVector>
+
+#include <memory>
+
+#include "preflight/Finding.h"
+#include "preflight/InkRecorder.h"
+#include "render/PrinPreviewDialog.h"
+
+class QGraphicsItem;
+class QPrinter;
+class QrPixmapItem;
+class TagCheck;
+
+/// Finds what of a document on a blank would not come onto the paper as it was meant, from the very
+/// page that is printed. The database must be open.
+class PageCheck
+{
+public:
+    PageCheck();
+    ~PageCheck();
+
+    /// The margins on which the printer cannot print, in millimetres; 0 by default.
+    void setMargins(const QMarginsF& margins) { m_margins = margins; }
+
+    /// Whether the background is printed too, so that a missing one is an error.
+    void setBackgroundPrinted(bool printed);
+
+    /// Takes the margins that a printer of the system has on the paper of each blank; false if
+    /// there is no printer with this name.
+    bool setPrinter(const QString& name);
+
+    /// Lays the document out on the blank and looks at the page; false if one of the two can't be
+    /// read.
+    bool check(const QVariant& document, const QVariant& blank);
+
+    /// Of the last check: first those of the blank, then item by item.
+    const QVector<Finding>& findings() const { return m_findings; }
+
+    /// Frames of the items that were checked, from the top left corner of the sheet, millimetres.
+    const QVector<QRectF>& frames() const { return m_frames; }
+
+    /// Document and blank of the last check in words.
+    QString pageWords() const;
+
+    /// The sheet in millimetres, the part of it that the page covers, and the printable part, which
+    /// is not valid if the margins leave none.
+    QSizeF sheetSize() const { return m_sheetSize; }
+    QRectF pageOnSheet() const;
+    QRectF printableOnSheet() const;
+
+    /// The print offsets in scene units, and the length of a scene unit on paper in millimetres.
+    QPointF offset() const { return m_offset; }
+    double unitLength() const { return m_unitLength; }
+
+    /// Holds the page that was checked, before it is moved by the print offsets.
+    PrinPreviewDialog& preview() { return m_preview; }
+
+private:
+    /// An item of the blank and what stands for it on the page.
+    struct Item
+    {
+        int number; // from 1
+        QJsonObject json;
+        QString text;
+        QRectF frame; // scene units, without the offsets
+        QGraphicsItem* onPage;
+    };
+
+    bool readRows(const QVariant& document, const QVariant& blank);
+    void checkBlank(const QVector<Item>& items, bool hasBackground);
+    void checkFonts(const QVector<Item>& items);
+    QVector<Item> itemsOnPage(bool& hasBackground);
+    void checkItem(const Item& item, const TagCheck& tags);
+    void checkSymbol(const Item& item, const QrPixmapItem& symbol, const TagCheck& tags);
+    void checkTags(const Item& item, const TagCheck& tags);
+    void checkMarkup(const Item& item, const TagCheck& tags);
+    void checkEdges(const Item& item, const PrintedInk& printed);
+    void checkEdge(const Item& item, const QRectF& ink, Finding::Kind kind, const QRectF& area);
+    bool isKnown(const Item& item, Finding::Side side) const;
+    void checkRowsLeftOut(const QVector<Item>& items);
+    void addOfDocument(const Item& item, Finding finding);
+    void addOfBlank(const Item* item, Finding finding);
+    QRectF onSheet(const QRectF& onPage) const;
+    QRectF fromSheet(const QRectF& onSheet) const;
+
+    PrinPreviewDialog m_preview;
+    QMarginsF m_margins;
+    std::unique_ptr<QPrinter> m_printer; // whose margins count; null: m_margins as they are
+    bool m_isBackgroundPrinted = false;
+    std::unique_ptr<InkRecorder> m_recorder;
+
+    Finding::Document m_document;
+    Finding::Blank m_blank;
+    QJsonObject m_docValues;
+    QJsonObject m_docContent;
+    QJsonArray m_fields;
+    QString m_blankFont;
+    QString m_backgroundFile;
+    QSizeF m_sheetSize;       // millimetres
+    QSizeF m_pageSize;        // scene units
+    double m_unitLength = 0;  // of a scene unit on paper, millimetres
+    QPointF m_offset;         // scene units
+    QVector<QRectF> m_frames; // millimetres
+    QVector<Finding> m_findings;
+};

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QRectF>
+#include <QVector>
+
+#include "preflight/Finding.h"
+#include "preflight/InkRecorder.h"
+
+class QGraphicsWidget;
+class QTableWidget;
+
+/// Tells which rows, columns and cells of a table item of a page are cut off, and whether it is
+/// printed beyond its frame: the toolkit gives every table at least some height and width.
+class TableCheck
+{
+public:
+    /// `container` is the item of the page and has to live as long as the check. `frame` is what
+    /// the blank gives it, in scene units; `unitLength` is that of a unit on paper, millimetres;
+    /// `firstRow` is the number of its first row in the document's table.
+    TableCheck(QGraphicsWidget* container, const QRectF& frame, double unitLength, int firstRow,
+               InkRecorder& recorder);
+
+    const PrintedInk& printedInk() const { return m_ink; }
+
+    /// Kind, severity, side, amounts, rows and columns alone.
+    QVector<Finding> findings() const;
+
+private:
+    /// The texts that were painted in a cell.
+    const QVector<TextMark>& marksAt(int row, int column) const;
+
+    void sortMarks();
+    QString textAt(int row, int column) const;
+    bool hasText(int row) const;
+    bool isWhollyCut(int row) const;
+    QRectF inkOfRow(int row) const;
+    void addRows(QVector<Finding>& findings) const;
+    void addColumns(QVector<Finding>& findings) const;
+    void addCell(QVector<Finding>& findings, int row, int column) const;
+    double missingWidth(int row, int column) const;
+    double missingHeight(int row, int column) const;
+    double roomInColumn(int column) const;
+
+    QRectF m_frame;
+    double m_unitLength;
+    int m_firstRow;
+    const QTableWidget* m_table = nullptr;
+    QRectF m_view; // what of the table can be seen, on the page
+    PrintedInk m_ink;
+    QVector<QVector<TextMark>> m_cells; // row by row
+};

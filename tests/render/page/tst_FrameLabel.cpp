@@ -1,0 +1,119 @@
+#include <QtTest>
+
+#include <QGraphicsLinearLayout>
+#include <QGraphicsProxyWidget>
+#include <QGraphicsScene>
+#include <QStyle>
+
+#include "render/page/FrameLabel.h"
+
+namespace {
+
+const QSizeF notTold(-1, -1);
+
+/// A frame like those of a page with a label in it; returns the label's place in the frame and the
+/// frame's own size.
+QPair<QRectF, QSizeF> place(QLabel* label, const QString& text, const QFont& font, int percent,
+                            const QSizeF& size)
+{
+    QGraphicsScene scene;
+    auto* frame = new QGraphicsProxyWidget;
+    auto* layout = new QGraphicsLinearLayout(Qt::Vertical);
+    layout->setSpacing(1.0);
+    frame->setLayout(layout);
+    auto* proxy = new QGraphicsProxyWidget;
+    proxy->setWidget(label);
+    layout->addItem(proxy);
+    label->setFont(font);
+    label->setText(QString("<p style=\"line-height: %1%;\">%2</p>")
+                       .arg(percent)
+                       .arg(QString(text).replace('\n', "<br>")));
+    label->setWordWrap(true);
+    frame->setGeometry(QRectF(QPointF(20, 30), size));
+    scene.addItem(frame);
+    return {proxy->geometry(), frame->size()};
+}
+
+} // namespace
+
+/// The label that spares its size hints against the toolkit's own: same place, same frame.
+class tst_FrameLabel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void samePlaceAsALabel_data();
+    void samePlaceAsALabel();
+    void hintsAreSparedInALargeFrame();
+    void hintsAreTheToolkitsInASmallFrame();
+};
+
+void tst_FrameLabel::samePlaceAsALabel_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QFont>("font");
+    const QFont serif("Liberation Serif", 12);
+    const QFont large("DejaVu Sans", 22);
+    QTest::newRow("empty") << "" << serif;
+    QTest::newRow("short") << "Иванов" << serif;
+    QTest::newRow("words") << "Иванов Иван Иванович" << serif;
+    QTest::newRow("large") << "Иванов Иван" << large;
+    QTest::newRow("long word") << "Рентгеноэлектрокардиографический" << serif;
+    QTest::newRow("lines") << "первая\nвторая строка\n\nчетвёртая" << serif;
+    QTest::newRow("blanks") << "  два   слова  " << serif;
+    QTest::newRow("markup") << "<b>Жирный</b> <font size=\"7\">большой</font>" << serif;
+    QTest::newRow("entity") << "А&nbsp;Б &amp; В" << serif;
+    QTest::newRow("other scripts") << "漢字 テスト שלום 🙂" << serif;
+    QTest::newRow("no-break space, tab") << "А\u00a0Б\tВ" << serif;
+}
+
+void tst_FrameLabel::samePlaceAsALabel()
+{
+    QFETCH(QString, text);
+    QFETCH(QFont, font);
+    int spared = 0;
+    for (const int percent : {50, 100, 150}) {
+        for (const double width : {5.0, 60.0, 117.3, 160.0, 250.0, 700.0}) {
+            for (const double height : {5.0, 24.5, 40.0, 45.0, 64.0, 200.0}) {
+                const QSizeF size(width, height);
+                const auto expected =
+                    place(new PageWidget<QLabel>(text), text, font, percent, size);
+                auto* label = new FrameLabel(text);
+                const int margin = QApplication::style()->pixelMetric(QStyle::PM_LayoutLeftMargin);
+                label->setRoom(size - QSizeF(2 * margin, 2 * margin), font, percent / 100.0);
+                spared += label->minimumSizeHint() == QSize(0, 0) ? 1 : 0;
+                const auto found = place(label, text, font, percent, size);
+                QVERIFY2(found == expected,
+                         qPrintable(QString("%1% in %2 x %3").arg(percent).arg(width).arg(height)));
+            }
+        }
+    }
+    QVERIFY(spared > 0 || text.contains('<') || text.contains('&'));
+}
+
+void tst_FrameLabel::hintsAreSparedInALargeFrame()
+{
+    FrameLabel label("Иванов");
+    label.setRoom(QSizeF(300.5, 60), QFont("Liberation Serif", 12), 1.0);
+    QCOMPARE(label.minimumSizeHint(), QSize(0, 0));
+    QCOMPARE(label.sizeHint(), QSizeF(300.5, 60).toSize());
+}
+
+void tst_FrameLabel::hintsAreTheToolkitsInASmallFrame()
+{
+    const QFont font("Liberation Serif", 12);
+    PageWidget<QLabel> plain("Иванов Иван");
+    plain.setFont(font);
+    for (const QSizeF& room : {notTold, QSizeF(30, 60), QSizeF(300, 10)}) {
+        FrameLabel label("Иванов Иван");
+        label.setFont(font);
+        if (room != notTold) {
+            label.setRoom(room, font, 1.0);
+        }
+        QCOMPARE(label.minimumSizeHint(), plain.minimumSizeHint());
+        QCOMPARE(label.sizeHint(), plain.sizeHint());
+    }
+}
+
+QTEST_MAIN(tst_FrameLabel)
+#include "tst_FrameLabel.moc"
