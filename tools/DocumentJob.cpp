@@ -46,9 +46,9 @@ bool DocumentJob::forEachDocument(const std::function<void(const PrintDocument&)
     return true;
 }
 
-QVariant DocumentJob::blankOf(const PrintDocument& document, PrinPreviewDialog& preview)
+QVariant DocumentJob::blankOf(const PrintDocument& document)
 {
-    const BlankChoice blank = chooseBlank(preview, document.id, m_options.blank());
+    const BlankChoice blank = chooseBlank(document.id, m_options.blank());
     if (blank.id.isNull()) {
         report(nameOf(document) + blank.problem);
     }
@@ -87,7 +87,7 @@ bool DocumentJob::prepare(PageCheck& check)
 
 bool DocumentJob::checkPage(const PrintDocument& document, PageCheck& check)
 {
-    const QVariant blank = blankOf(document, check.preview());
+    const QVariant blank = blankOf(document);
     if (blank.isNull()) {
         return false;
     }

@@ -9,7 +9,6 @@
 #include "tools/PrintToolJob.h"
 
 class PageCheck;
-class PrinPreviewDialog;
 
 /// What every job over chosen documents begins with: it chooses them and their blanks, and reports
 /// on `err` what can't be done and, if that is a terminal, how far it has come.
@@ -27,7 +26,7 @@ protected:
     bool forEachDocument(const std::function<void(const PrintDocument&)>& work);
 
     /// The blank of a document; null, after a report, if there is none.
-    QVariant blankOf(const PrintDocument& document, PrinPreviewDialog& preview);
+    QVariant blankOf(const PrintDocument& document);
 
     /// Makes the folder for a file a document if there is none; false, after a report, if it can't.
     bool makeFolder();

@@ -11,6 +11,7 @@
 #include "preflight/PageCheck.h"
 #include "printing/BlankChoice.h"
 #include "printing/PdfFile.h"
+#include "render/page/PagePrinter.h"
 #include "tools/CheckSummary.h"
 #include "tools/UserLanguage.h"
 
@@ -28,9 +29,7 @@ bool holdsBack(const Finding& finding)
 PrintJob::PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
     : DocumentJob(options, out, err)
     , m_names(options.namePattern())
-    , m_preview(QVariant())
 {
-    m_preview.setBackgroundPrinted(options.withBackground());
 }
 
 PrintJob::~PrintJob() = default;
@@ -81,7 +80,7 @@ bool PrintJob::checkBeforehand()
         return false;
     }
     const bool isWhole = forEachDocument([&](const PrintDocument& document) {
-        const BlankChoice blank = chooseBlank(check.preview(), document.id, m_options.blank());
+        const BlankChoice blank = chooseBlank(document.id, m_options.blank());
         if (blank.id.isNull() || !check.check(document.id, blank.id)) {
             return; // the printing will say why
         }
@@ -123,7 +122,7 @@ bool PrintJob::print(const PrintDocument& document)
     }
     switch (m_options.target()) {
     case PrintOptions::Target::OneFile:
-        return addCopies(*m_commonFile, document);
+        return addCopies(*m_commonFile);
     case PrintOptions::Target::FilePerDocument:
         return printToFile(document);
     case PrintOptions::Target::Printer:
@@ -140,25 +139,32 @@ bool PrintJob::buildPage(const PrintDocument& document)
                document.id.toString());
         return false;
     }
-    const QVariant blank = blankOf(document, m_preview);
+    const QVariant blank = blankOf(document);
     if (blank.isNull()) {
         return false;
     }
-    if (!m_preview.buildScene(m_preview.pageScene(), document.id, blank)) {
+    m_page = m_pages.build(document.id, blank);
+    if (!m_page) {
         reportUnreadable(document);
-        return false;
     }
-    return true;
+    return m_page != nullptr;
 }
 
-bool PrintJob::addCopies(PdfFile& file, const PrintDocument& document)
+bool PrintJob::printPage(QPrinter& printer, QPainter& painter)
+{
+    m_page->restore(); // printing a copy has moved it
+    PagePrinter page(*m_page);
+    page.setBackgroundPrinted(m_options.withBackground());
+    return page.print(printer, painter);
+}
+
+bool PrintJob::addCopies(PdfFile& file)
 {
     for (int copy = 0; copy < m_options.copies(); ++copy) {
-        // Printing moves the items of a page, so that each copy needs a new one.
-        if (copy > 0 && !buildPage(document)) {
-            return false;
-        }
-        if (!file.addPage(m_preview)) {
+        if (!file.addPage([this](QPrinter& printer, QPainter& painter) {
+                return printPage(printer, painter);
+            }))
+        {
             reportUnwritable(file.path());
             m_isStopped = m_commonFile != nullptr;
             return false;
@@ -174,7 +180,7 @@ bool PrintJob::printToFile(const PrintDocument& document)
         reportUnwritable(file.path());
         return false;
     }
-    return addCopies(file, document) && finishFile(file);
+    return addCopies(file) && finishFile(file);
 }
 
 bool PrintJob::printToPrinter(const PrintDocument& document)
@@ -183,7 +189,7 @@ bool PrintJob::printToPrinter(const PrintDocument& document)
     printer.setDocName("Zelvora " + document.id.toString());
     printer.setCopyCount(m_options.copies());
     QPainter painter;
-    if (m_preview.printPage(printer, painter)) {
+    if (printPage(printer, painter)) {
         return true;
     }
     report(inUserLanguage("принтер не принял документ ", "the printer refused document ") +
