@@ -2,6 +2,8 @@
 
 #include <QGraphicsPixmapItem>
 
+#include <algorithm>
+
 #include "app/AppHelpers.h"
 #include "blanks/BlankRecord.h"
 #include "forms/FormDefinitions.h"
@@ -12,27 +14,44 @@
 #include "render/page/TableFrame.h"
 #include "render/page/TextFrame.h"
 
+namespace {
+
+/// The document decides between table and text, not the kind of the item.
+bool isTable(const PageItem& item, const QJsonObject& docField)
+{
+    return item.blankItem.kind != BlankItemKind::qr && docField["type"].toInt() == FieldType::table;
+}
+
+} // namespace
+
 bool PageBuilder::build(QGraphicsScene* page, const QVariant& document, const QVariant& blankId,
                         QString* error)
 {
-    page->clear();
     m_page = page;
-    m_background = nullptr;
-    m_items.clear();
-    const std::optional<PageDocument> documentRow = PageDocument::read(document, error);
-    if (!documentRow) {
+    clear();
+    bool isSameBlank = false;
+    if (!readRows(document, blankId, isSameBlank, error)) {
         return false;
     }
-    const std::optional<PageBlank> blankRow = PageBlank::read(blankId, error);
-    if (!blankRow) {
+    layOut();
+    return true;
+}
+
+bool PageBuilder::refill(const QVariant& document, const QVariant& blankId, QString* error)
+{
+    bool isSameBlank = false;
+    if (!readRows(document, blankId, isSameBlank, error)) {
+        clear();
         return false;
     }
-    m_document = *documentRow;
-    m_blank = *blankRow;
-    page->setSceneRect(QRectF(QPointF(0, 0), m_blank.paper().pageSize()));
-    addBackground();
-    for (const QJsonValue& item : qAsConst(m_blank.items)) {
-        addItem(item.toObject());
+    if (!isSameBlank || !canRefill()) {
+        clear();
+        layOut();
+        return true;
+    }
+    restore();
+    for (PageItem& item : m_items) {
+        fill(item);
     }
     return true;
 }
@@ -46,17 +65,16 @@ void PageBuilder::addItem(const QJsonObject& object)
     item.number = m_items.size() + 1;
     item.blankItem = BlankItem(object);
     item.font = item.blankItem.font(m_blank.font);
-    // The document decides between table and text, not the kind of the item.
-    const QJsonObject docField = m_document.content.value(item.blankItem.value).toObject();
-    const bool isSymbol = item.blankItem.kind == BlankItemKind::qr;
-    if (isSymbol || docField["type"].toInt() != FieldType::table) {
-        item.expandedText = expandTags(item.blankItem.value, m_document.values, m_document.content);
-    }
-    if (isSymbol) {
-        item.symbol = makeSymbol(item);
+    const QJsonObject docField = docFieldOf(item);
+    if (item.blankItem.kind == BlankItemKind::qr) {
+        item.symbol = new QrPixmapItem(QPixmap());
+        item.symbol->setPos(item.blankItem.geometry.topLeft());
+    } else if (isTable(item, docField)) {
+        item.frame = TableFrame::make(item.blankItem, item.font, docField);
     } else {
-        item.frame = makeFrame(item, docField);
+        item.frame = TextFrame::make(item.blankItem, item.font);
     }
+    fill(item);
     m_page->addItem(item.graphicsItem());
     m_items.append(item);
 }
@@ -75,37 +93,98 @@ void PageBuilder::restore()
     }
 }
 
-void PageBuilder::addBackground()
+void PageBuilder::clear()
 {
-    if (m_blank.background.isNull()) {
+    if (m_page) {
+        m_page->clear();
+    }
+    m_background = nullptr;
+    m_items.clear();
+}
+
+bool PageBuilder::readRows(const QVariant& document, const QVariant& blankId, bool& isSameBlank,
+                           QString* error)
+{
+    std::optional<PageDocument> documentRow = PageDocument::read(document, error);
+    if (!documentRow) {
+        return false;
+    }
+    std::optional<PageBlank> blankRow = PageBlank::read(blankId, m_blank, error);
+    if (!blankRow) {
+        return false;
+    }
+    isSameBlank = blankRow->id == m_blank.id && blankRow->columns == m_blank.columns;
+    m_document = *documentRow;
+    m_blank = *blankRow;
+    return true;
+}
+
+void PageBuilder::layOut()
+{
+    if (!m_page) {
         return;
     }
-    const QPixmap pixmap =
-        loadPageBackground(appFilePath(m_blank.background.toString()), m_blank.paper().pageSize());
-    if (!pixmap.isNull()) {
-        m_background = m_page->addPixmap(pixmap);
+    m_page->setSceneRect(QRectF(QPointF(0, 0), m_blank.paper().pageSize()));
+    const QPixmap background = loadBackground();
+    m_backgroundKey = background.cacheKey();
+    if (!background.isNull()) {
+        m_background = m_page->addPixmap(background);
+    }
+    for (const QJsonValue& item : qAsConst(m_blank.items)) {
+        addItem(item.toObject());
     }
 }
 
-QrPixmapItem* PageBuilder::makeSymbol(const PageItem& item)
+QPixmap PageBuilder::loadBackground() const
 {
-    QPixmap pixmap;
-    makeQrPixmap(item.expandedText, pixmap);
-    auto* symbol = new QrPixmapItem(pixmap);
-    symbol->setPos(item.blankItem.geometry.topLeft());
-    return symbol;
+    if (m_blank.background.isNull()) {
+        return QPixmap();
+    }
+    return loadPageBackground(appFilePath(m_blank.background.toString()),
+                              m_blank.paper().pageSize());
 }
 
-PageFrame PageBuilder::makeFrame(const PageItem& item, const QJsonObject& docField)
+QJsonObject PageBuilder::docFieldOf(const PageItem& item) const
 {
-    const bool isTable = docField["type"].toInt() == FieldType::table;
-    PageFrame frame = isTable ? TableFrame::make(item.blankItem, item.font, docField)
-                              : TextFrame::make(item.blankItem, item.font);
-    if (isTable) {
-        TableFrame::fill(frame, item.blankItem, item.font, docField);
-    } else {
-        TextFrame::fill(frame, item.blankItem, item.expandedText);
+    return m_document.content.value(item.blankItem.value).toObject();
+}
+
+bool PageBuilder::canRefill() const
+{
+    if (!m_page || m_items.size() != m_blank.items.size() ||
+        loadBackground().cacheKey() != m_backgroundKey)
+    {
+        return false;
     }
-    frame.container->setGeometry(item.blankItem.geometry);
-    return frame;
+    return std::all_of(m_items.cbegin(), m_items.cend(), [this](const PageItem& item) {
+        const QJsonObject docField = docFieldOf(item);
+        if (!isTable(item, docField)) {
+            return item.frame.table == nullptr;
+        }
+        return item.frame.table &&
+               item.frame.columnWidths.size() == docField["columns"].toArray().size();
+    });
+}
+
+void PageBuilder::fill(PageItem& item)
+{
+    if (item.frame.table) {
+        TableFrame::fill(item.frame, item.blankItem, item.font, docFieldOf(item));
+        item.frame.setGeometry(item.blankItem.geometry);
+        return;
+    }
+    const QString text = expandTags(item.blankItem.value, m_document.values, m_document.content);
+    if (item.isFilled && text == item.expandedText) {
+        return; // all that follows from it is there
+    }
+    item.isFilled = true;
+    item.expandedText = text;
+    if (item.symbol) {
+        QPixmap pixmap;
+        makeQrPixmap(text, pixmap);
+        item.symbol->setPixmap(pixmap);
+        return;
+    }
+    TextFrame::fill(item.frame, item.blankItem, text);
+    item.frame.setGeometry(item.blankItem.geometry);
 }

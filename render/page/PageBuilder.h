@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QGraphicsScene>
+#include <QPixmap>
 #include <QPointer>
 #include <QString>
 #include <QVariant>
@@ -22,6 +23,10 @@ public:
     bool build(QGraphicsScene* page, const QVariant& document, const QVariant& blankId,
                QString* error);
 
+    /// Lays another document out on the page that was built last. As build(), and with the same
+    /// page in the end, but what was made for the same blank stays and gets new texts and rows.
+    bool refill(const QVariant& document, const QVariant& blankId, QString* error);
+
     /// Adds one item object of a blank's `CONTENT` to the page that was built last, above all
     /// others. Does nothing if that page is gone.
     void addItem(const QJsonObject& object);
@@ -42,12 +47,18 @@ public:
     const PageBlank& blank() const { return m_blank; }
 
 private:
-    void addBackground();
-    QrPixmapItem* makeSymbol(const PageItem& item);
-    PageFrame makeFrame(const PageItem& item, const QJsonObject& docField);
+    void clear();
+    bool readRows(const QVariant& document, const QVariant& blankId, bool& isSameBlank,
+                  QString* error);
+    void layOut();
+    QPixmap loadBackground() const;
+    QJsonObject docFieldOf(const PageItem& item) const;
+    bool canRefill() const;
+    void fill(PageItem& item);
 
     QPointer<QGraphicsScene> m_page;
     QGraphicsPixmapItem* m_background = nullptr;
+    qint64 m_backgroundKey = 0; // of its pixmap
     PageDocument m_document;
     PageBlank m_blank;
     QVector<PageItem> m_items;

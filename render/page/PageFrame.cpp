@@ -59,6 +59,16 @@ void PageFrame::addStroke()
     layout->setStretchFactor(stroke, allTheRest);
 }
 
+void PageFrame::setGeometry(const QRectF& geometry) const
+{
+    // A widget tells its proxy nothing of its new size hints.
+    static_cast<QGraphicsLayoutItem*>(content)->updateGeometry();
+    container->setGeometry(geometry);
+    if (!layout->isActivated()) {
+        layout->activate();
+    }
+}
+
 QSizeF PageFrame::availableSize(const QSizeF& size) const
 {
     qreal left = 0;

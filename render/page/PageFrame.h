@@ -2,6 +2,7 @@
 
 #include <QGraphicsProxyWidget>
 #include <QRectF>
+#include <QVector>
 
 class FrameLabel;
 class GraphicsZItem;
@@ -25,6 +26,10 @@ struct PageFrame
     /// Gives a stroke all the height that the content leaves.
     void addStroke();
 
+    /// Lays the frame out in its place on the page; it becomes larger than that if the content
+    /// needs more. To be called after each change of the content.
+    void setGeometry(const QRectF& geometry) const;
+
     /// What the layout leaves for the content of a frame with this size, in scene units.
     QSizeF availableSize(const QSizeF& size) const;
 
@@ -36,5 +41,6 @@ struct PageFrame
     QGraphicsProxyWidget* content = nullptr; ///< of the label or the table
     FrameLabel* label = nullptr;             ///< null: a table
     QTableWidget* table = nullptr;           ///< null: a text
-    QGraphicsProxyWidget* stroke = nullptr;  ///< null: none
+    QVector<int> columnWidths; ///< of the table before its layout: they decide on the rows' heights
+    QGraphicsProxyWidget* stroke = nullptr; ///< null: none
 };

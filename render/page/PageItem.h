@@ -25,4 +25,5 @@ struct PageItem
     QString expandedText; ///< of a text or a symbol; a table has none
     PageFrame frame;      ///< of a text or a table
     QrPixmapItem* symbol = nullptr;
+    bool isFilled = false; ///< has got what it shows
 };

@@ -1,6 +1,7 @@
 #include "render/page/PageRows.h"
 
 #include <QSqlQuery>
+#include <QSqlRecord>
 
 #include "render/TagExpansion.h"
 #include "render/page/SqlFailure.h"
@@ -30,13 +31,20 @@ std::optional<PageDocument> PageDocument::read(const QVariant& id, QString* erro
     return PageDocument{id, documentTagValues(query), documentTagContent(query)};
 }
 
-std::optional<PageBlank> PageBlank::read(const QVariant& id, QString* error)
+std::optional<PageBlank> PageBlank::read(const QVariant& id, const PageBlank& known, QString* error)
 {
     QSqlQuery query;
     if (!selectRow(query, "SELECT * FROM blanks WHERE ID = " + id.toString(), "blanks", error)) {
         return std::nullopt;
     }
     PageBlank row;
+    const int columnCount = query.record().count();
+    for (int i = 0; i < columnCount; ++i) {
+        row.columns.append(query.value(i));
+    }
+    if (id == known.id && row.columns == known.columns) {
+        return known;
+    }
     row.id = id;
     row.name = query.value("NAME").toString();
     row.orientation = query.value("PAPER_ORIENTATION").toInt();

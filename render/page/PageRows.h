@@ -7,6 +7,7 @@
 #include <QSizeF>
 #include <QString>
 #include <QVariant>
+#include <QVector>
 
 #include <optional>
 
@@ -26,11 +27,14 @@ struct PageDocument
 /// What a page takes of a blank's row.
 struct PageBlank
 {
-    /// Reads the row. None, with what failed in `error` (may be null), if it can't be.
-    static std::optional<PageBlank> read(const QVariant& id, QString* error);
+    /// Reads the row. None, with what failed in `error` (may be null), if it can't be. `known`
+    /// comes back if the row is still that one, so that its items are not parsed again.
+    static std::optional<PageBlank> read(const QVariant& id, const PageBlank& known,
+                                         QString* error);
 
     BlankPaper paper() const { return {orientation, format, size}; }
 
+    QVector<QVariant> columns; ///< all of the row, as they are stored
     QVariant id;
     QString name;
     int orientation = 0; ///< see PaperOrientation

@@ -9,7 +9,9 @@ PageSet::~PageSet() = default;
 PageBuilder* PageSet::build(const QVariant& document, const QVariant& blank, QString* error)
 {
     Page& page = pageFor(blank);
-    const bool isBuilt = page.builder->build(page.scene.get(), document, blank, error);
+    const bool isBuilt = page.builder->page()
+                             ? page.builder->refill(document, blank, error)
+                             : page.builder->build(page.scene.get(), document, blank, error);
     return isBuilt ? page.builder.get() : nullptr;
 }
 

@@ -65,35 +65,48 @@ void setRowDefaults(QTableWidget* table, float lineSpacing, const QFont& font)
     table->verticalHeader()->setDefaultSectionSize(static_cast<int>(height * lineSpacing));
 }
 
-/// Fills one row and makes it as high as its highest cell; it never shrinks.
-void fillRow(QTableWidget* table, int row, const QJsonArray& cells, const QFont& font)
+void fillCell(QTableWidget* table, int row, int column, const QString& text, const QFont& font)
+{
+    if (QTableWidgetItem* cell = table->item(row, column)) {
+        if (cell->text() != text) {
+            cell->setText(text);
+        }
+        return;
+    }
+    auto* cell = new QTableWidgetItem(text);
+    cell->setFont(font);
+    table->setItem(row, column, cell);
+}
+
+/// Fills one row and makes it as high as its highest cell, and at least as high as by default.
+void fillRow(const PageFrame& frame, int row, const QJsonArray& cells, const QFont& font)
 {
     constexpr int highestCell = 500;
     const QFontMetrics metrics(font);
-    for (int column = 0; column < table->columnCount(); ++column) {
+    int height = frame.table->verticalHeader()->defaultSectionSize();
+    for (int column = 0; column < frame.columnWidths.size(); ++column) {
         const QString text = cells[column].toString();
-        auto* cell = new QTableWidgetItem(text);
-        cell->setFont(font);
-        table->setItem(row, column, cell);
-        const QRect room(0, 0, table->columnWidth(column), highestCell);
-        const int height = metrics.boundingRect(room, Qt::TextWordWrap, text).height();
-        if (height > table->rowHeight(row)) {
-            table->setRowHeight(row, height);
-        }
+        fillCell(frame.table, row, column, text, font);
+        const QRect available(0, 0, frame.columnWidths[column], highestCell);
+        height = qMax(height, metrics.boundingRect(available, Qt::TextWordWrap, text).height());
+    }
+    if (height != frame.table->rowHeight(row)) {
+        frame.table->setRowHeight(row, height);
     }
 }
 
-void fillRows(QTableWidget* table, const QJsonArray& rows, const BlankItem& item, const QFont& font)
+void fillRows(const PageFrame& frame, const QJsonArray& rows, const BlankItem& item,
+              const QFont& font)
 {
     const int from = item.firstRow;
     const int to = item.lastRow(rows.size());
     if (from > to) {
-        table->setRowCount(0);
+        frame.table->setRowCount(0);
         return;
     }
-    table->setRowCount(to - from + 1);
+    frame.table->setRowCount(to - from + 1);
     for (int i = from - 1; i < to; ++i) {
-        fillRow(table, i - (from - 1), rows[i].toArray(), font);
+        fillRow(frame, i - (from - 1), rows[i].toArray(), font);
     }
 }
 
@@ -115,11 +128,13 @@ PageFrame TableFrame::make(const BlankItem& item, const QFont& font, const QJson
     frame.setContent(frame.table);
     const int columns = docField["columns"].toArray().size();
     if (columns == 0) {
-        qDebug() << "createBlankFieldTableItem error: Table is empty";
         return frame;
     }
     frame.table->setColumnCount(columns);
     setColumnWidths(frame.table, item.columnWidths);
+    for (int column = 0; column < columns; ++column) {
+        frame.columnWidths.append(frame.table->columnWidth(column));
+    }
     setRowDefaults(frame.table, item.lineSpacing, QFont(pageFont(font), frame.table));
     if (item.hasStroke) {
         frame.addStroke();
@@ -131,10 +146,11 @@ void TableFrame::fill(const PageFrame& frame, const BlankItem& item, const QFont
                       const QJsonObject& docField)
 {
     if (frame.table->columnCount() == 0) {
+        qDebug() << "createBlankFieldTableItem error: Table is empty";
         return;
     }
     const QFont cellFont(pageFont(font), frame.table); // in the page's resolution
-    fillRows(frame.table, docField["value"].toArray(), item, cellFont);
+    fillRows(frame, docField["value"].toArray(), item, cellFont);
     if (item.hasStroke) {
         frame.table->setFixedHeight(heightOfRows(frame.table));
     }
