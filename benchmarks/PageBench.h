@@ -11,46 +11,93 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
+#include <QStringList>
 #include <QTextDocument>
 #include <QVector>
 
+#include <iterator>
 #include <memory>
 
 #include "benchmarks/BenchDirectory.h"
 
-// A document on a blank of twenty text items, and the same texts, in the same font and frames, for
-// a bare QPainter.
+// Documents on a blank of twenty text items, each with texts of its own, and the same texts, in the
+// same font and frames, for a bare QPainter.
 
 inline constexpr int itemCount = 20;
 inline const QSize page(1122, 793); // scene units
 
-struct Text
+/// What is stored of a document and printed on its page.
+struct BenchDocument
 {
-    QString tags;    // in the blank
-    QString printed; // on the page
-    QRectF frame;    // scene units
+    QString lastName;
+    QString firstName;
+    QString number;
+    QString issued; // as it is stored
+    QString issuedInWords;
+    QString specialty;
+    QString protocol;
 };
 
-inline const QVector<Text>& texts()
+inline BenchDocument benchDocument(int index)
 {
-    static const QVector<Text> all = [] {
-        const QVector<QPair<QString, QString>> kinds = {
-            {"#LNAME #FNAME #MNAME", "Константинопольский Александр Вячеславович"},
-            {"Дата выдачи: #ISSUE_DATE г.", "Дата выдачи: 25 июня 2021 г"},
-            {"#SPECIALTY", "Информационные системы и программирование"},
-            {"Серия #BLANK_SER № #BLANK_NO", "Серия АБВ № 0012345"},
-            {"Решение комиссии от #PROTOCOL, квалификация присвоена",
-             "Решение комиссии от 15.06.2021, квалификация присвоена"}};
-        QVector<Text> result;
-        for (int i = 0; i < itemCount; ++i) {
-            const auto& [tags, printed] = kinds[i % kinds.size()];
-            const int column = i % 2;
-            const int row = i / 2;
-            result.append({tags, printed, QRectF(20 + column * 550, 20 + row * 75, 500, 70)});
-        }
-        return result;
-    }();
-    return all;
+    static const QStringList lastNames = {
+        "Константинопольский", "Иванова", "Ким", "Петров-Водкин", "Щербатюк", "Орлова", "Ян"};
+    static const QStringList firstNames = {"Александр", "Мария", "Ефим", "Анастасия", "Пётр"};
+    static const QStringList specialties = {"Информационные системы и программирование",
+                                            "Сварочное производство", "Поварское дело"};
+    const int day = 1 + index % 28;
+    return {lastNames[index % lastNames.size()],
+            firstNames[index % firstNames.size()],
+            QString("%1").arg(index + 1, 7, 10, QChar('0')),
+            QString("2021-06-%1").arg(day, 2, 10, QChar('0')),
+            QString("%1 июня 2021").arg(day),
+            specialties[index % specialties.size()],
+            QString("%1.05.2021").arg(day, 2, 10, QChar('0'))};
+}
+
+/// Tags of an item of the blank, and what it prints.
+inline QString tagsOf(int item)
+{
+    static const QStringList kinds = {"#LNAME #FNAME #MNAME", "Дата выдачи: #ISSUE_DATE г.",
+                                      "#SPECIALTY", "Серия #BLANK_SER № #BLANK_NO",
+                                      "Решение комиссии от #PROTOCOL, квалификация присвоена"};
+    return kinds[item % kinds.size()];
+}
+
+inline QString printedText(const BenchDocument& document, int item)
+{
+    const QString kinds[] = {document.lastName + ' ' + document.firstName + " Вячеславович",
+                             "Дата выдачи: " + document.issuedInWords + " г.", document.specialty,
+                             "Серия АБВ № " + document.number,
+                             "Решение комиссии от " + document.protocol +
+                                 ", квалификация присвоена"};
+    return kinds[item % std::size(kinds)];
+}
+
+inline QRectF frameOf(int item)
+{
+    return QRectF(20 + (item % 2) * 550, 20 + (item / 2) * 75, 500, 70);
+}
+
+using PageTexts = QVector<QString>;
+
+inline PageTexts pageTexts(int index)
+{
+    PageTexts texts;
+    for (int item = 0; item < itemCount; ++item) {
+        texts.append(printedText(benchDocument(index), item));
+    }
+    return texts;
+}
+
+/// The texts of the first pages.
+inline QVector<PageTexts> textsOfPages(int count)
+{
+    QVector<PageTexts> pages;
+    for (int i = 0; i < count; ++i) {
+        pages.append(pageTexts(i));
+    }
+    return pages;
 }
 
 inline QString compact(const QJsonObject& object)
@@ -61,13 +108,14 @@ inline QString compact(const QJsonObject& object)
 inline void insertBlank()
 {
     QJsonArray items;
-    for (const Text& text : texts()) {
+    for (int item = 0; item < itemCount; ++item) {
+        const QRectF frame = frameOf(item);
         items.append(QJsonObject{{"type", 0},
-                                 {"value", text.tags},
-                                 {"pos_x", text.frame.x()},
-                                 {"pos_y", text.frame.y()},
-                                 {"size_w", text.frame.width()},
-                                 {"size_h", text.frame.height()}});
+                                 {"value", tagsOf(item)},
+                                 {"pos_x", frame.x()},
+                                 {"pos_y", frame.y()},
+                                 {"size_w", frame.width()},
+                                 {"size_h", frame.height()}});
     }
     QSqlQuery blank;
     blank.prepare("INSERT INTO blanks (NAME, FORM_ID, PAPER_FORMAT, PAPER_ORIENTATION, FONT, "
@@ -79,20 +127,26 @@ inline void insertBlank()
 
 inline void insertDocuments(int count)
 {
-    QSqlQuery document;
-    document.prepare("INSERT INTO docs (LNAME, FNAME, MNAME, BLANK_SER, BLANK_NO, DOC_TYPE, "
-                     "ISSUE_DATE, TEMPLATE, CONTENT) VALUES ('Константинопольский', 'Александр', "
-                     "'Вячеславович', 'АБВ', '0012345', 1, '2021-06-25', 0, ?)");
-    const QJsonObject specialty{{"type", 0},
-                                {"value", "Информационные системы и программирование"}};
-    const QJsonObject protocol{{"type", 3}, {"value", "15.06.2021"}};
-    document.addBindValue(compact({{"#SPECIALTY", specialty}, {"#PROTOCOL", protocol}}));
+    QSqlQuery insert;
+    insert.prepare("INSERT INTO docs (LNAME, FNAME, MNAME, BLANK_SER, BLANK_NO, DOC_TYPE, "
+                   "ISSUE_DATE, TEMPLATE, CONTENT) VALUES (?, ?, 'Вячеславович', 'АБВ', ?, 1, ?, "
+                   "0, ?)");
+    QSqlDatabase::database().transaction();
     for (int i = 0; i < count; ++i) {
-        document.exec();
+        const BenchDocument document = benchDocument(i);
+        const QJsonObject specialty{{"type", 0}, {"value", document.specialty}};
+        const QJsonObject protocol{{"type", 3}, {"value", document.protocol}};
+        insert.addBindValue(document.lastName);
+        insert.addBindValue(document.firstName);
+        insert.addBindValue(document.number);
+        insert.addBindValue(document.issued);
+        insert.addBindValue(compact({{"#SPECIALTY", specialty}, {"#PROTOCOL", protocol}}));
+        insert.exec();
     }
+    QSqlDatabase::database().commit();
 }
 
-/// An application directory with documents, all alike, and the blank, open while it lives.
+/// An application directory with documents and the blank, open while it lives.
 class PageDirectory : public BenchDirectory
 {
 public:
@@ -115,32 +169,50 @@ inline std::unique_ptr<QPrinter> pdfPrinter(const QString& file)
     return printer;
 }
 
-/// The texts laid out and painted as rich text, which is what a label's text is.
-inline void paintRichTexts(QPainter& painter)
+/// A text of a page laid out as rich text, which is what a label's text is.
+inline void layOutRichText(QTextDocument& document, const QString& text, double width)
 {
-    const QFont font("Liberation Serif", 12);
-    for (const Text& text : texts()) {
+    static const QFont font("Liberation Serif", 12);
+    document.setDefaultFont(font);
+    document.setDefaultTextOption(QTextOption(Qt::AlignHCenter));
+    document.setDocumentMargin(0);
+    document.setHtml("<p style=\"line-height: 100%;\">" + text + "</p>");
+    document.setTextWidth(width);
+}
+
+/// The texts laid out as rich text and not painted; their height, so that nothing is left out.
+inline double layOutRichTexts(const PageTexts& texts)
+{
+    double height = 0;
+    for (int item = 0; item < itemCount; ++item) {
         QTextDocument document;
-        document.setDefaultFont(font);
-        document.setDefaultTextOption(QTextOption(Qt::AlignHCenter));
-        document.setDocumentMargin(0);
-        document.setHtml("<p style=\"line-height: 100%;\">" + text.printed + "</p>");
-        document.setTextWidth(text.frame.width());
+        layOutRichText(document, texts[item], frameOf(item).width());
+        height += document.size().height();
+    }
+    return height;
+}
+
+/// The texts laid out and painted as rich text.
+inline void paintRichTexts(QPainter& painter, const PageTexts& texts)
+{
+    for (int item = 0; item < itemCount; ++item) {
+        QTextDocument document;
+        layOutRichText(document, texts[item], frameOf(item).width());
         painter.save();
-        painter.translate(text.frame.topLeft());
+        painter.translate(frameOf(item).topLeft());
         document.drawContents(&painter);
         painter.restore();
     }
 }
 
 /// The texts by QPainter::drawText.
-inline void paintPlainTexts(QPainter& painter)
+inline void paintPlainTexts(QPainter& painter, const PageTexts& texts)
 {
     QFont font("Liberation Serif");
     font.setPixelSize(16); // 12 points at 96 dots per inch, whatever the device
     painter.setFont(font);
-    for (const Text& text : texts()) {
-        painter.drawText(text.frame, Qt::AlignCenter | Qt::TextWordWrap, text.printed);
+    for (int item = 0; item < itemCount; ++item) {
+        painter.drawText(frameOf(item), Qt::AlignCenter | Qt::TextWordWrap, texts[item]);
     }
 }
 
@@ -151,4 +223,4 @@ inline void scaleToPage(QPainter& painter)
     painter.scale(scale, scale);
 }
 
-using PaintTexts = void (*)(QPainter&);
+using PaintTexts = void (*)(QPainter&, const PageTexts&);

@@ -7,12 +7,13 @@
 
 #include "benchmarks/PageBench.h"
 #include "benchmarks/RatioReporter.h"
+#include "preflight/PageCheck.h"
 #include "tools/PrintJob.h"
 
 /// Documents printed into one PDF file against their floors: the same texts painted on as many
 /// pages by a bare QPainter, laid out as rich text or by QPainter::drawText. A batch of documents
-/// is checked before it is printed, copies of a single one are printed alone. Items per second are
-/// pages per second.
+/// is checked too, copies of a single one are printed alone. The check alone has the layout of the
+/// same texts as its floor. Items per second are pages per second.
 
 namespace {
 
@@ -33,16 +34,43 @@ void print(benchmark::State& state, const PageDirectory& directory, const QStrin
     state.SetItemsProcessed(state.iterations() * pages);
 }
 
-void paintPages(benchmark::State& state, const PageDirectory& directory, PaintTexts paint)
+void check(benchmark::State& state)
+{
+    PageCheck pageCheck;
+    for ([[maybe_unused]] auto _ : state) {
+        for (int document = 1; document <= pages; ++document) {
+            if (!pageCheck.check(document, 1) || !pageCheck.findings().isEmpty()) {
+                state.SkipWithError("not checked, or not well");
+                return;
+            }
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * pages);
+}
+
+void layOut(benchmark::State& state)
+{
+    const QVector<PageTexts> texts = textsOfPages(pages);
+    for ([[maybe_unused]] auto _ : state) {
+        for (const PageTexts& page : texts) {
+            benchmark::DoNotOptimize(layOutRichTexts(page));
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * pages);
+}
+
+/// As many pages as there are texts.
+void paintPages(benchmark::State& state, const PageDirectory& directory, PaintTexts paint,
+                const QVector<PageTexts>& texts)
 {
     for ([[maybe_unused]] auto _ : state) {
         const auto printer = pdfPrinter(directory.path("floor.pdf"));
         QPainter painter(printer.get());
         scaleToPage(painter);
-        paint(painter);
-        for (int i = 1; i < pages; ++i) {
+        paint(painter, texts[0]);
+        for (int i = 1; i < texts.size(); ++i) {
             printer->newPage();
-            paint(painter);
+            paint(painter, texts[i]);
         }
     }
     state.SetItemsProcessed(state.iterations() * pages);
@@ -64,20 +92,23 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     const PageDirectory directory(pages);
 
-    const auto paintRich = [&](benchmark::State& state) {
-        paintPages(state, directory, paintRichTexts);
-    };
-    const auto paintPlain = [&](benchmark::State& state) {
-        paintPages(state, directory, paintPlainTexts);
+    const QVector<PageTexts> documents = textsOfPages(pages);
+    const QVector<PageTexts> copies(pages, pageTexts(0));
+    const auto paints = [&directory](PaintTexts paint, const QVector<PageTexts>& texts) {
+        return [&directory, paint, texts](benchmark::State& state) {
+            paintPages(state, directory, paint, texts);
+        };
     };
     add("99 documents/ours", [&](benchmark::State& state) { print(state, directory, {"--all"}); });
-    add("99 documents/rich", paintRich);
-    add("99 documents/plain", paintPlain);
+    add("99 documents/rich", paints(paintRichTexts, documents));
+    add("99 documents/plain", paints(paintPlainTexts, documents));
     add("99 copies/ours", [&](benchmark::State& state) {
         print(state, directory, {"--id", "1", "--copies", QString::number(pages)});
     });
-    add("99 copies/rich", paintRich);
-    add("99 copies/plain", paintPlain);
+    add("99 copies/rich", paints(paintRichTexts, copies));
+    add("99 copies/plain", paints(paintPlainTexts, copies));
+    add("check of 99/ours", check);
+    add("check of 99/layout", layOut);
 
     benchmark::Initialize(&argc, argv);
     RatioReporter reporter(RatioReporter::Clock::Cpu, RatioReporter::Peers::Floors);

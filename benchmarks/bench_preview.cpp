@@ -6,53 +6,119 @@
 #include <QPainter>
 #include <QPrinter>
 
+#include "app/AppStyle.h"
 #include "benchmarks/PageBench.h"
 #include "benchmarks/RatioReporter.h"
 #include "render/PrinPreviewDialog.h"
+#include "render/page/PageBuilder.h"
 
-/// A document on a blank of twenty text items, built and printed to PDF, against its floors: the
-/// same texts, in the same font and frames, painted by a bare QPainter. A label's text is rich
-/// text, so that the floor lays out rich text too; "plain" is QPainter::drawText.
+/// A document on a blank of twenty text items, laid out, shown and printed to PDF, against its
+/// floors: the same texts, in the same font and frames, laid out and painted by a bare QPainter. A
+/// label's text is rich text, so that the floor lays out rich text too; "plain" is
+/// QPainter::drawText. Each round takes another document.
 
 namespace {
 
-void paintImage(benchmark::State& state, PaintTexts paint)
+constexpr int documents = 50;
+
+/// ID of the document of a round.
+int documentOf(int round)
+{
+    return 1 + round % documents;
+}
+
+QImage screen()
 {
     QImage image(page, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    return image;
+}
+
+void layOut(benchmark::State& state)
+{
+    const QVector<PageTexts> texts = textsOfPages(documents);
+    int round = 0;
     for ([[maybe_unused]] auto _ : state) {
-        image.fill(Qt::white);
+        benchmark::DoNotOptimize(layOutRichTexts(texts[round++ % documents]));
+    }
+}
+
+void paintImage(benchmark::State& state, PaintTexts paint)
+{
+    const QVector<PageTexts> texts = textsOfPages(documents);
+    QImage image = screen();
+    int round = 0;
+    for ([[maybe_unused]] auto _ : state) {
         QPainter painter(&image);
-        paint(painter);
+        paint(painter, texts[round++ % documents]);
     }
 }
 
 void paintPdf(benchmark::State& state, const PageDirectory& directory, PaintTexts paint)
 {
+    const QVector<PageTexts> texts = textsOfPages(documents);
+    int round = 0;
     for ([[maybe_unused]] auto _ : state) {
         const auto printer = pdfPrinter(directory.path("floor.pdf"));
         QPainter painter(printer.get());
         scaleToPage(painter);
-        paint(painter);
+        paint(painter, texts[round++ % documents]);
     }
 }
 
 void build(benchmark::State& state)
 {
     PrinPreviewDialog preview(1);
+    int round = 0;
     for ([[maybe_unused]] auto _ : state) {
-        if (!preview.buildScene(preview.pageScene(), 1, 1)) {
-            state.SkipWithError("not built");
-            break;
-        }
+        preview.buildScene(preview.pageScene(), documentOf(round++), 1);
     }
 }
 
-/// What a batch does for each document: labels lay out their texts when they are first painted.
+void refill(benchmark::State& state)
+{
+    QGraphicsScene scene;
+    PageBuilder builder;
+    builder.build(&scene, documents, 1, nullptr);
+    int round = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        builder.refill(documentOf(round++), 1, nullptr);
+    }
+}
+
+/// With what the user sees of it: labels lay out their texts when they are first painted.
+void buildAndShow(benchmark::State& state)
+{
+    PrinPreviewDialog preview(1);
+    QImage image = screen();
+    int round = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        preview.buildScene(preview.pageScene(), documentOf(round++), 1);
+        QPainter painter(&image);
+        preview.pageScene()->render(&painter);
+    }
+}
+
+void refillAndShow(benchmark::State& state)
+{
+    QGraphicsScene scene;
+    PageBuilder builder;
+    builder.build(&scene, documents, 1, nullptr);
+    QImage image = screen();
+    int round = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        builder.refill(documentOf(round++), 1, nullptr);
+        QPainter painter(&image);
+        scene.render(&painter);
+    }
+}
+
 void buildAndPrint(benchmark::State& state, const PageDirectory& directory)
 {
     PrinPreviewDialog preview(1);
+    int round = 0;
     for ([[maybe_unused]] auto _ : state) {
-        preview.buildScene(preview.pageScene(), 1, 1);
+        preview.buildScene(preview.pageScene(), documentOf(round++), 1);
         const auto printer = pdfPrinter(directory.path("ours.pdf"));
         preview.printTo(*printer);
     }
@@ -82,17 +148,31 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QApplication application(argc, argv);
-    const PageDirectory directory;
+    const PageDirectory directory(documents);
+    loadBaseStyle();
 
+    const auto showRich = [](benchmark::State& state) { paintImage(state, paintRichTexts); };
+    const auto showPlain = [](benchmark::State& state) { paintImage(state, paintPlainTexts); };
+    const auto printRich = [&](benchmark::State& state) {
+        paintPdf(state, directory, paintRichTexts);
+    };
+    const auto printPlain = [&](benchmark::State& state) {
+        paintPdf(state, directory, paintPlainTexts);
+    };
     add("build/ours", build);
-    add("build/rich", [](benchmark::State& state) { paintImage(state, paintRichTexts); });
-    add("build/plain", [](benchmark::State& state) { paintImage(state, paintPlainTexts); });
+    add("build/layout", layOut);
+    add("build and show/ours", buildAndShow);
+    add("build and show/rich", showRich);
+    add("build and show/plain", showPlain);
+    add("another/ours", refill);
+    add("another/layout", layOut);
+    add("another and show/ours", refillAndShow);
+    add("another and show/rich", showRich);
     add("build and pdf/ours", [&](benchmark::State& state) { buildAndPrint(state, directory); });
-    add("build and pdf/rich",
-        [&](benchmark::State& state) { paintPdf(state, directory, paintRichTexts); });
+    add("build and pdf/rich", printRich);
     add("pdf/ours", [&](benchmark::State& state) { print(state, directory); });
-    add("pdf/rich", [&](benchmark::State& state) { paintPdf(state, directory, paintRichTexts); });
-    add("pdf/plain", [&](benchmark::State& state) { paintPdf(state, directory, paintPlainTexts); });
+    add("pdf/rich", printRich);
+    add("pdf/plain", printPlain);
 
     benchmark::Initialize(&argc, argv);
     RatioReporter reporter(RatioReporter::Clock::Cpu, RatioReporter::Peers::Floors);
