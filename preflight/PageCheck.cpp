@@ -107,14 +107,6 @@ bool PageCheck::check(const QVariant& document, const QVariant& blank)
     return true;
 }
 
-QString PageCheck::pageWords() const
-{
-    Finding page;
-    page.document = m_document;
-    page.blank = m_blank;
-    return page.pageWords();
-}
-
 QRectF PageCheck::pageOnSheet() const
 {
     return {QPointF(0, 0), m_pageSize * m_unitLength};

@@ -4,8 +4,6 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
-#include "render/PrinPreviewDialog.h"
-
 namespace {
 
 /// The printer's engine does not tell of a full disk. A whole file ends with the place of its
@@ -56,13 +54,6 @@ bool PdfFile::open()
     m_printer->setOutputFileName(m_part.fileName());
     m_plainLayout = m_printer->pageLayout();
     return true;
-}
-
-bool PdfFile::addPage(PrinPreviewDialog& preview)
-{
-    return addPage([&preview](QPrinter& printer, QPainter& painter) {
-        return preview.printPage(printer, painter);
-    });
 }
 
 bool PdfFile::addPage(const Paint& paint)

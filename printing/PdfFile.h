@@ -9,8 +9,6 @@
 #include <functional>
 #include <memory>
 
-class PrinPreviewDialog;
-
 /// A PDF file that comes to be whole or not at all: the pages go to a hidden file in the same
 /// folder, which replaces an older file of the name only when it is complete. Without commit()
 /// nothing is left behind.
@@ -28,9 +26,7 @@ public:
     /// False if nothing can be written into the folder.
     bool open();
 
-    /// Prints the page that the preview was built with, on a sheet of its own. False if the file
-    /// cannot take it.
-    bool addPage(PrinPreviewDialog& preview);
+    /// Prints a page on a sheet of its own. False if the file cannot take it.
     bool addPage(const Paint& paint);
 
     /// Ends the file, which must have a page, and gives it its name. False if it could not be

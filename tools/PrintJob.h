@@ -1,46 +1,35 @@
 #pragma once
 
 #include <QSet>
-#include <QString>
 
-#include <memory>
-
-#include "printing/FileNamePattern.h"
-#include "render/PrinPreviewDialog.h"
+#include "preflight/CheckSummary.h"
 #include "tools/DocumentJob.h"
 #include "tools/JobResult.h"
 
-class PdfFile;
-class QTextStream;
+class PrintBatch;
 
-/// Prints the chosen documents through the page and the printing of the application's own preview.
-/// The database must be open. A document that cannot be printed is reported and does not stop the
-/// rest; a file that cannot be finished leaves an older one of its name as it was. Before a batch
-/// of several documents it tells on `out` how many findings the check of their pages has.
+/// Prints the chosen documents. The database must be open. A document that cannot be printed is
+/// reported and does not stop the rest; a file that cannot be finished leaves an older one of its
+/// name as it was. Before a batch of several documents it tells on `out` how many findings the
+/// check of their pages has. Finished files are named on `out`, failures on `err`.
 class PrintJob : public DocumentJob
 {
 public:
-    /// Finished files are named on `out`, failures on `err`.
-    PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
-    ~PrintJob();
+    using DocumentJob::DocumentJob;
 
     JobResult run();
 
 private:
-    bool prepareTarget();
     bool checkBeforehand();
-    int printAll();
-    bool print(const PrintDocument& document);
-    bool buildPage(const PrintDocument& document);
-    bool addCopies(PdfFile& file, const PrintDocument& document);
-    bool printToFile(const PrintDocument& document);
-    bool printToPrinter(const PrintDocument& document);
-    bool finishFile(PdfFile& file);
+    JobResult print(PrintBatch& batch);
+    void reportNoTarget();
     void reportInterruption(int printed);
 
-    FileNamePattern m_names;
-    PrinPreviewDialog m_preview;
-    QSet<QString> m_withFindings;          // IDs of documents that are not to be printed
-    std::unique_ptr<PdfFile> m_commonFile; // with all documents; null for other targets
-    bool m_isStopped = false;              // nothing more can or should be printed
+    void sheetChecked(int sheet, PageCheck& check) override;
+    void sheetNotChecked(int sheet, const SheetOutcome& outcome) override;
+    void sheetDone(int sheet, const SheetOutcome& outcome) override;
+    void fileWritten(const QString& path) override;
+
+    CheckSummary m_summary;
+    QSet<int> m_withFindings; // sheets that are not to be printed
 };

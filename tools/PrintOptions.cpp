@@ -464,6 +464,15 @@ bool PrintOptions::parseMargins(const QString& text)
                 "the margins are neither one nor four numbers of millimetres: ", text);
 }
 
+PrintTarget PrintOptions::printTarget() const
+{
+    PrintTarget target;
+    target.kind = m_target;
+    target.place = m_target == Target::Printer ? m_printer : m_output;
+    target.namePattern = m_namePattern;
+    return target;
+}
+
 bool PrintOptions::fail(const QString& russian, const QString& english, const QString& detail)
 {
     m_error = inUserLanguage(russian, english) + detail;
