@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include "preflight/LengthText.h"
+
 namespace {
 
 struct KindCaption
@@ -43,13 +45,12 @@ QString inLanguageOf(const QLocale& locale, const QString& russian, const QStrin
 QString length(const QLocale& locale, double millimetres)
 {
     constexpr double smallest = 0.1;
-    return locale.toString(qMax(millimetres, smallest), 'f', 1) +
-           inLanguageOf(locale, " мм", " mm");
+    return lengthText(qMax(millimetres, smallest), 1, locale) + inLanguageOf(locale, " мм", " mm");
 }
 
 QString coordinates(const QLocale& locale, const QPointF& point)
 {
-    return locale.toString(point.x(), 'f', 1) + "; " + locale.toString(point.y(), 'f', 1);
+    return lengthText(point.x(), 1, locale) + "; " + lengthText(point.y(), 1, locale);
 }
 
 /// Without line ends, and without what a terminal would take for a command.
@@ -284,8 +285,8 @@ QString FindingWords::what(const Finding& finding) const
     case Finding::Kind::QrModuleTooSmall:
         return inLanguageOf(m_locale, "клетка QR-кода всего %1 мм, нужно не меньше %2 мм",
                             "a module of the QR code is only %1 mm, it takes at least %2 mm")
-            .arg(m_locale.toString(finding.amount, 'f', 3),
-                 m_locale.toString(smallestQrModule, 'f', 2));
+            .arg(lengthText(finding.amount, 3, m_locale),
+                 lengthText(smallestQrModule, 2, m_locale));
     default:
         return plainWords(m_locale, finding);
     }

@@ -4,6 +4,9 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+#include "store/RecordLookup.h"
+#include "store/StoredDate.h"
+
 bool DocumentSelection::load(const DocumentFilter& filter)
 {
     m_problem = Problem();
@@ -68,8 +71,8 @@ bool DocumentSelection::loadFiltered(const DocumentFilter& filter)
         }
         addTerm(true, " AND DOC_TYPE = ?", formId);
     }
-    addTerm(filter.from.isValid(), " AND ISSUE_DATE >= ?", filter.from.toString("yyyy-MM-dd"));
-    addTerm(filter.to.isValid(), " AND ISSUE_DATE <= ?", filter.to.toString("yyyy-MM-dd"));
+    addTerm(filter.from.isValid(), " AND ISSUE_DATE >= ?", filter.from.toString(storedDateFormat));
+    addTerm(filter.to.isValid(), " AND ISSUE_DATE <= ?", filter.to.toString(storedDateFormat));
     if (!filter.condition.isEmpty()) {
         if (!isCondition(filter.condition)) {
             return false;
@@ -108,14 +111,9 @@ bool DocumentSelection::refuseCondition(const QSqlQuery& query)
 
 bool DocumentSelection::formOf(const QString& idOrName, QVariant& formId)
 {
-    QSqlQuery query;
-    query.prepare("SELECT ID FROM forms WHERE CAST(ID AS TEXT) = ? OR FORM_NAME = ? "
-                  "ORDER BY CAST(ID AS TEXT) = ? DESC, ID");
-    for (int i = 0; i < 3; ++i) {
-        query.addBindValue(idOrName);
-    }
-    if (query.exec() && query.next()) {
-        formId = query.value(0);
+    const QVariantList forms = recordsByIdOrName("forms", "FORM_NAME", idOrName, nullptr);
+    if (!forms.isEmpty()) {
+        formId = forms.first();
         return true;
     }
     // Documents may have outlived their form.

@@ -8,6 +8,7 @@
 
 #include "printing/FileNamePattern.h"
 #include "printing/calibration/PrintOffsets.h"
+#include "store/StoredDate.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -351,7 +352,7 @@ bool PrintOptions::parseDate(const QString& text, QDate& date)
     if (text.isEmpty()) {
         return true;
     }
-    date = QDate::fromString(text, "yyyy-MM-dd");
+    date = QDate::fromString(text, storedDateFormat);
     return date.isValid() ||
            fail("дата не в виде ГГГГ-ММ-ДД: ", "no date of the form yyyy-MM-dd: ", text);
 }
