@@ -5,7 +5,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-const QString appVersion = QStringLiteral("1.1.0.9");
+const QString appVersion = QStringLiteral(ZELVORA_VERSION);
 const QString appBuildLabel = QStringLiteral("64 bit");
 
 namespace {

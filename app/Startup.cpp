@@ -67,7 +67,8 @@ void applyPendingUpdate(QFile& package)
 int runApplication(int& argc, char** argv)
 {
     QApplication application(argc, argv);
-    // Any other argument, "--after-update" among them, changes nothing.
+    // kept: any other argument changes nothing, "--after-update" among them, which older updaters
+    // pass.
     if (versionRequested(argc, argv)) {
         printVersion();
         return 0;
@@ -81,6 +82,7 @@ int runApplication(int& argc, char** argv)
     auto shown = std::make_unique<QElapsedTimer>();
     shown->start();
 
+    // kept: not looked at. Without a database the window opens all the same, with an empty list.
     dataBase.open();
     QFile package(appFilePath("dbUpdate.bin"));
     applyPendingUpdate(package);

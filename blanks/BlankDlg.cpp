@@ -141,10 +141,12 @@ bool BlankDlg::saveBlankFormat(const BlankFormatDialog* dialog, const QVariant* 
                                       : "INSERT INTO blanks (" + formatColumns().join(", ") +
                                             ") VALUES (" + literals.join(", ") + ")";
     QSqlQuery query;
+    // kept: names are pasted in as they are; one with an apostrophe fails and is reported.
     if (query.exec(statement)) {
         return true;
     }
     logSqlError(query);
+    // kept: the "c" of the second word is Latin here, and Cyrillic in BlankWindow.
     showError("Ошибка cохранения бланка: SQL Error");
     return false;
 }

@@ -5,6 +5,7 @@
 
 int mmToPixels(int millimetres)
 {
+    // kept: not 96 / 25.4, and truncated. Every stored blank is laid out in these units.
     constexpr double unitsPerMillimetre = 3.7795;
     return truncated(millimetres * unitsPerMillimetre);
 }

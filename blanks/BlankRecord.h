@@ -9,7 +9,8 @@ constexpr int a5 = 1;
 constexpr int customMm = 42;
 } // namespace PaperFormat
 
-/// Codes of the column `PAPER_ORIENTATION`; the reverse of the printer library's enumeration.
+/// Codes of the column `PAPER_ORIENTATION`.
+// kept: the reverse of the printer library's enumeration; stored blanks hold them.
 namespace PaperOrientation {
 constexpr int landscape = 0;
 constexpr int portrait = 1;

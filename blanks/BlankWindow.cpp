@@ -35,6 +35,7 @@
 namespace {
 
 // What a QR picture's side is less than its frame's: as loaded, and after a change.
+// kept: the two differ.
 constexpr int qrMarginLoaded = 2;
 constexpr int qrMarginChanged = 1;
 constexpr int newQrSide = 96;
@@ -351,6 +352,8 @@ QGraphicsRectItem* BlankWindow::addFrame(const QJsonObject& item, QGraphicsItem*
 bool BlankWindow::saveBlank()
 {
     QJsonArray fields;
+    // kept: topmost first, though items are added in the order of the array: each save turns it
+    // round.
     const QList<QGraphicsItem*> items = scene->items(Qt::DescendingOrder);
     for (QGraphicsItem* item : items) {
         QJsonObject object;
@@ -368,6 +371,7 @@ bool BlankWindow::saveBlank()
         return true;
     }
     logSqlError(query);
+    // kept: Cyrillic throughout, unlike the message of BlankDlg.
     QMessageBox::about(this, "Ошибка", "Ошибка сохранения бланка: SQL Error");
     return false;
 }
@@ -432,6 +436,7 @@ void BlankWindow::sceneSelectionChanged()
 
 void BlankWindow::on_buttonAccept_clicked()
 {
+    // kept: the window closes after a failed save too, once the user was told.
     saveBlank();
     close();
 }

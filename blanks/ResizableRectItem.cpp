@@ -56,18 +56,6 @@ Span limited(Span span, int mode, double minimum)
     return span;
 }
 
-bool valuesDiffer(double a, double b)
-{
-    constexpr double precision = 1e12;
-    return std::min(std::abs(a), std::abs(b)) < precision * std::abs(a - b);
-}
-
-bool rectsDiffer(const QRectF& a, const QRectF& b)
-{
-    return valuesDiffer(a.x(), b.x()) || valuesDiffer(a.y(), b.y()) ||
-           valuesDiffer(a.width(), b.width()) || valuesDiffer(a.height(), b.height());
-}
-
 } // namespace
 
 int ResizableRectItem::resizeModeX = resizeNone;
@@ -178,7 +166,7 @@ void ResizableRectItem::applyResize(const QPointF& position)
         proposed.setBottom(position.y() + grabOffsetY);
     }
     proposed = applyLimits(proposed);
-    if (!rectsDiffer(proposed, current)) {
+    if (proposed == current) {
         return;
     }
 

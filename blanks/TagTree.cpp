@@ -13,6 +13,7 @@ struct Tag
 };
 
 const Tag organisationTags[] = {
+    // kept: so written.
     {"Название огранизации ВП", "#ORG_NAME_1"},
     {"Название организации ПП", "#ORG_NAME_2"},
     {"Регион (область)", "#ORG_REGION"},

@@ -70,6 +70,7 @@ void appendContent(QTableWidget* pane, const QJsonObject& content,
             break;
         case FieldType::table:
             appendButton(pane, caption, makeTableButton(pane, entry, buttonSlots));
+            // kept: existing forms put their table last.
             return; // a table is the last entry shown, whatever stands behind it
         default:
             appendText(pane, caption, entry["value"].toString());

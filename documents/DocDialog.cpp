@@ -119,6 +119,8 @@ void DocDialog::setContent(const QJsonObject& content)
 void DocDialog::onDone()
 {
     readFixedFields(*ui);
+    // kept: every save stamps its day, whatever the widget shows; NewDocDlg takes its widget's
+    // date.
     m_editDate = QDate::currentDate().toString(storedDateFormat);
     saveContentTable(&m_content, ui->contentTable);
 }

@@ -45,6 +45,7 @@ public slots:
     /// Takes the values from the widgets. The edit date becomes today, whatever its widget shows.
     void onDone();
     void onTextEdit();
+    // kept: onTalbeEdit and onDocTypeCgange are so written.
     void onTalbeEdit();
     /// Starts the content afresh from the form now chosen; what was entered is lost.
     void onDocTypeCgange();

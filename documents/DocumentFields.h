@@ -8,8 +8,7 @@
 #include <QLineEdit>
 #include <QString>
 
-/// Form in which the fixed dates of a document are stored.
-extern const QString storedDateFormat;
+#include "store/StoredDate.h"
 
 /// Values of a document's fixed columns and its content, as a document dialog holds them for its
 /// caller. The two document dialogs have the same fields with the same widgets.

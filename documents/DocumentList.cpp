@@ -84,6 +84,7 @@ std::vector<DocumentListRow> readRows(QSqlQuery& documents)
 
     TextPool pool;
     std::vector<DocumentListRow> rows;
+    // kept: docTypeNames[] makes an empty name for an unknown form, which the dialogs then offer.
     while (documents.next()) {
         rows.push_back({documents.value(0),
                         {personName(documents.value(4).toString(), documents.value(3).toString(),

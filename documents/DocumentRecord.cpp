@@ -14,6 +14,8 @@ QVariant insertRow(const DocumentFields& fields, int templateFlag, const QString
 {
     const QString content = QJsonDocument(fields.content()).toJson();
     QSqlQuery insert;
+    // kept: pasted in as they are. A value with an apostrophe makes the statement fail, and nothing
+    // is stored.
     if (!insert.exec(
             "INSERT INTO docs (BLANK_SER, BLANK_NO, FNAME, LNAME, MNAME,BIRTH_DATE, DOC_TYPE, "
             "DOC_GROUP, ISSUE_DATE, EDIT_DATE, DUPLICATE,TEMPLATE, TEMPLATE_NAME, CONTENT) VALUES "

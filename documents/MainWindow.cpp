@@ -34,6 +34,7 @@
 #include "store/ChangeOrgDataDlg.h"
 #include "store/DataBase.h"
 #include "store/SqlLog.h"
+#include "store/StoredDate.h"
 #include "ui_MainWindow.h"
 
 namespace {
@@ -189,6 +190,7 @@ void MainWindow::loadData()
     if (!replaceDatabase(archive)) {
         QMessageBox::critical(this, "Ошибка", "Не удалось скопировать\n" + archive);
     }
+    // kept: not looked at. What can't be opened shows as an empty list.
     dataBase.open();
     updateDocsTable(QString());
 }
@@ -330,8 +332,8 @@ void MainWindow::applyFilters()
         query += " AND docs.DOC_TYPE = " + ui->filterTypeCmb->currentData().toString();
     }
     if (ui->dateCheck->isChecked()) {
-        query += " AND docs.ISSUE_DATE >= '" + ui->fromDate->date().toString("yyyy-MM-dd") +
-                 "' AND docs.ISSUE_DATE <= '" + ui->toDate->date().toString("yyyy-MM-dd") + "'";
+        query += " AND docs.ISSUE_DATE >= '" + ui->fromDate->date().toString(storedDateFormat) +
+                 "' AND docs.ISSUE_DATE <= '" + ui->toDate->date().toString(storedDateFormat) + "'";
     }
     query += ";";
     m_filterQuery = query;
@@ -364,6 +366,7 @@ void MainWindow::on_menuAction_LocalChangeOrgData_triggered()
     dialog.exec();
 }
 
+// kept: saving has the icon "load" and loading the icon "save", as users have learnt them.
 void MainWindow::createToolBars()
 {
     startToolBar("toolBar", Qt::BottomToolBarArea);
@@ -394,6 +397,7 @@ void MainWindow::startToolBar(const QString& objectName, Qt::ToolBarArea area)
     m_toolBar->setObjectName(objectName);
     m_toolBar->setMovable(false);
     m_toolBar->setOrientation(Qt::Horizontal);
+    // kept: of the top bar too, which stays where it is.
     m_toolBar->setAllowedAreas(Qt::BottomToolBarArea);
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     m_toolBar->setIconSize(QSize(40, 40));

@@ -57,7 +57,7 @@ public slots:
     void applyFilters();
     void resetFilters();
     void onTextView();
-    void onTalbeView();
+    void onTalbeView(); // kept: so written, as its callers are
     void on_menuAction_LocalChangeOrgData_triggered();
 
 private:

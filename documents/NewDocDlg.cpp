@@ -61,6 +61,7 @@ NewDocDlg::~NewDocDlg() = default;
 void NewDocDlg::onDone()
 {
     readFixedFields(*ui);
+    // kept: the widget's date, unlike DocDialog.
     m_editDate = storedDate(ui->editDateEdit);
     saveContentTable(&m_content, ui->contentTable);
 }
@@ -137,6 +138,8 @@ void NewDocDlg::createFromTemplate()
     if (!query.first()) {
         return;
     }
+    // kept: names, dates of birth and change, series and number stay as they were typed, though the
+    // template has them.
     m_docType = query.value("DOC_TYPE").toInt();
     ui->docTypeCmb->setCurrentIndex(ui->docTypeCmb->findData(m_docType));
     m_docGroup = query.value("DOC_GROUP").toString();

@@ -27,6 +27,7 @@ public slots:
     /// Takes the values from the widgets.
     void onDone();
     /// Starts the content afresh from the form now chosen and resets the three dates.
+    // kept: so written.
     void onDocTypeCgange();
     /// Asks for a name, lets the user confirm the values and stores them as a template.
     void addTemplate();

@@ -11,6 +11,8 @@
 #include "exchange/CellName.h"
 #include "forms/FormDefinitions.h"
 #include "render/DocumentTags.h"
+#include "render/TagExpansion.h"
+#include "store/StoredDate.h"
 
 namespace {
 
@@ -43,9 +45,7 @@ DocumentExport::Source DocumentExport::sourceOf(const QString& tag)
     if (tag == QLatin1String("#DUPLICATE")) {
         return Source::Duplicate;
     }
-    if (tag == QLatin1String("#ISSUE_DATE") || tag == QLatin1String("#EDIT_DATE") ||
-        tag == QLatin1String("#BIRTH_DATE"))
-    {
+    if (isDateTag(tag)) {
         return Source::Date;
     }
     if (tag == QLatin1String("#DOC_NAME")) {
@@ -87,7 +87,7 @@ QString DocumentExport::text(const Column& column, const QSqlQuery& document,
         return document.value(column.fieldIndex).toInt() != 0 ? QStringLiteral("Дубликат")
                                                               : QStringLiteral("Оригинал");
     case Source::Date:
-        return QDate::fromString(document.value(column.fieldIndex).toString(), "yyyy-MM-dd")
+        return QDate::fromString(document.value(column.fieldIndex).toString(), storedDateFormat)
             .toString(m_dateFormat);
     case Source::DocumentName:
         return docTypeNames.value(document.value(column.fieldIndex).toInt());

@@ -8,6 +8,7 @@
 #include "exchange/CellName.h"
 #include "exchange/WorkbookFile.h"
 #include "forms/FormDefinitions.h"
+#include "store/StoredDate.h"
 
 DocumentImport::DocumentImport(const QXlsx::Document& workbook, const QVector<ExchangeItem>& items,
                                const QJsonObject& formFields, int formId, const QString& dateFormat)
@@ -72,6 +73,7 @@ void DocumentImport::addField(const QJsonObject& field)
 
 QVariant DocumentImport::convert(const QString& tag, const QVariant& cell) const
 {
+    // kept: "#EDIT_DATE" is taken as the cell has it.
     if (tag == QLatin1String("#BIRTH_DATE") || tag == QLatin1String("#ISSUE_DATE")) {
         return storedDate(cell.toString());
     }
@@ -104,5 +106,5 @@ void DocumentImport::fillEntry(const QString& tag, const QVariant& value)
 
 QString DocumentImport::storedDate(const QString& text) const
 {
-    return QDate::fromString(text, m_dateFormat).toString("yyyy-MM-dd");
+    return QDate::fromString(text, m_dateFormat).toString(storedDateFormat);
 }

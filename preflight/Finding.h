@@ -13,6 +13,7 @@ constexpr double smallestQrModule = 0.25;
 constexpr double smallestInk = 0.1;
 
 /// Something that the check of a page found: what would not come onto the paper as it was meant.
+/// FindingWords tells it to the user.
 struct Finding
 {
     enum class Kind
@@ -90,27 +91,9 @@ struct Finding
 
     bool isOfBlank() const { return document.id.isNull(); }
 
-    /// The whole finding in a sentence in the user's language, on one line.
-    QString words() const;
-
-    /// What was found, without where.
-    QString what() const;
-
-    /// Document, blank, item and place, as far as they are known.
-    QString where() const;
-
-    /// Whose page on which blank it is, as far as the finding is of a document.
-    QString pageWords() const;
-
-    /// Number and text of the item; empty if the finding is of the blank as a whole.
-    QString itemWords() const;
-
     /// All that is known, under English keys; lengths are in millimetres.
     QJsonObject toJson() const;
 
     /// The kind's name in JSON, e.g. "text-too-high".
     static QString kindName(Kind kind);
-
-    /// The kind in words, for a summary.
-    static QString kindCaption(Kind kind);
 };

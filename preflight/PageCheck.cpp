@@ -87,14 +87,6 @@ void PageCheck::check(const PageBuilder& page)
     checkRowsLeftOut(page.items());
 }
 
-QString PageCheck::pageWords() const
-{
-    Finding page;
-    page.document = m_document;
-    page.blank = m_blank;
-    return page.pageWords();
-}
-
 QRectF PageCheck::pageOnSheet() const
 {
     return {QPointF(0, 0), m_pageSize * m_unitLength};

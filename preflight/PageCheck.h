@@ -48,8 +48,9 @@ public:
     /// Frames of the items that were checked, from the top left corner of the sheet, millimetres.
     const QVector<QRectF>& frames() const { return m_frames; }
 
-    /// Document and blank of the last check in words.
-    QString pageWords() const;
+    /// Document and blank of the last check.
+    const Finding::Document& document() const { return m_document; }
+    const Finding::Blank& blank() const { return m_blank; }
 
     /// The sheet in millimetres, the part of it that the page covers, and the printable part, which
     /// is not valid if the margins leave none.

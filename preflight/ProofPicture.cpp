@@ -15,7 +15,6 @@
 #include "preflight/PageCheck.h"
 #include "preflight/PageImage.h"
 #include "render/page/PageUnits.h"
-#include "tools/UserLanguage.h"
 
 namespace {
 
@@ -40,10 +39,12 @@ QFont textFont(int pixelSize)
 
 } // namespace
 
-ProofPicture::ProofPicture(PageCheck& check, int dpi, bool isBackgroundPrinted)
+ProofPicture::ProofPicture(PageCheck& check, int dpi, bool isBackgroundPrinted,
+                           const FindingWords& words)
     : m_check(check)
     , m_dpi(dpi)
     , m_isBackgroundPrinted(isBackgroundPrinted)
+    , m_words(words)
 {
 }
 
@@ -268,15 +269,15 @@ int ProofPicture::drawLegend(QPainter& painter, int top)
     painter.drawLine(QPointF(0, top + 0.5), QPointF(sheetSize().width(), top + 0.5));
     QFont headFont = textFont(textSize());
     headFont.setBold(true);
-    int bottom =
-        drawText(painter, headFont, margin, top + margin, m_check.pageWords()) + margin / 2;
+    int bottom = drawText(painter, headFont, margin, top + margin,
+                          m_words.page(m_check.document(), m_check.blank())) +
+                 margin / 2;
     for (int i = 0; i < qMin(findings.size(), mostLines); ++i) {
         bottom = drawLegendLine(painter, bottom, i + 1, findings[i]);
     }
     if (findings.size() > mostLines) {
-        bottom = drawText(
-            painter, textFont(textSize()), margin, bottom,
-            inUserLanguage("и ещё замечаний: %1", "and %1 more").arg(findings.size() - mostLines));
+        bottom = drawText(painter, textFont(textSize()), margin, bottom,
+                          m_words.more(findings.size() - mostLines));
     }
     painter.restore();
     return bottom + margin / 2 - top;
@@ -286,11 +287,11 @@ int ProofPicture::drawLegendLine(QPainter& painter, int top, int number, const F
 {
     const int margin = textSize();
     const double radius = markRadius();
-    const QString item = finding.item > 0 ? finding.itemWords() + ": " : QString();
+    const QString item = finding.item > 0 ? m_words.item(finding) + ": " : QString();
     const int bottom =
         drawText(painter, textFont(textSize()), margin + qRound(2.7 * radius),
                  top + qRound(radius - QFontMetrics(textFont(textSize())).height() / 2.0),
-                 item + finding.what());
+                 item + m_words.what(finding));
     drawMark(painter, QPointF(margin + radius, top + radius), number, finding);
     return qMax(bottom, top + qRound(2 * radius)) + margin / 4;
 }

@@ -6,11 +6,12 @@
 #include <QSize>
 #include <QVector>
 
+#include "preflight/FindingWords.h"
+
 class PageCheck;
 class QFont;
 class QGraphicsPixmapItem;
 class QPainter;
-struct Finding;
 
 /// A picture of the sheet as it will be printed, with the background, the frames outlined, and
 /// what the check found marked by numbers that a legend below the sheet explains.
@@ -19,8 +20,9 @@ class ProofPicture
 public:
     /// Draws the page that `check` looked at last. `dpi` is the picture's resolution.
     /// `isBackgroundPrinted` tells whether the background is printed, and so moved by the print
-    /// offsets, or is the paper's own, which stays where it is.
-    ProofPicture(PageCheck& check, int dpi, bool isBackgroundPrinted);
+    /// offsets, or is the paper's own, which stays where it is. `words` are those of the legend.
+    ProofPicture(PageCheck& check, int dpi, bool isBackgroundPrinted,
+                 const FindingWords& words = FindingWords());
 
     /// The picture, as wide as the sheet; as high as the sheet, and the legend's height more if
     /// there are findings. Null if there is no memory for it.
@@ -49,4 +51,5 @@ private:
     PageCheck& m_check;
     int m_dpi;
     bool m_isBackgroundPrinted;
+    FindingWords m_words;
 };

@@ -6,8 +6,16 @@
 /// The blank that a document is to be printed on.
 struct BlankChoice
 {
-    QVariant id;     ///< null if there is none
-    QString problem; ///< why there is none, in the user's language
+    /// Why there is none.
+    enum class Problem
+    {
+        None,
+        NoBlanks,   ///< the document's form has no blanks
+        NoSuchBlank ///< it has none of the wanted ID or name
+    };
+
+    QVariant id; ///< null if there is none
+    Problem problem = Problem::None;
 };
 
 /// Chooses among the blanks of the document's form: the one with the ID or else the name `wanted`,

@@ -4,19 +4,20 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
-#include "tools/UserLanguage.h"
+#include "store/RecordLookup.h"
+#include "store/StoredDate.h"
 
-bool DocumentSelection::load(const PrintOptions::Selection& selection)
+bool DocumentSelection::load(const DocumentFilter& filter)
 {
-    m_error.clear();
+    m_problem = Problem();
     m_documents.clear();
     m_unknownIds.clear();
     // Nothing that a condition may call is to change the documents.
     QSqlQuery().exec("PRAGMA query_only = ON");
-    return selection.ids.isEmpty() ? loadFiltered(selection) : loadIds(selection.ids);
+    return filter.ids.isEmpty() ? loadFiltered(filter) : loadIds(filter.ids);
 }
 
-bool DocumentSelection::loadIds(const QVector<PrintOptions::IdRange>& ranges)
+bool DocumentSelection::loadIds(const QVector<DocumentFilter::IdRange>& ranges)
 {
     QSqlQuery query;
     query.setForwardOnly(true);
@@ -28,7 +29,7 @@ bool DocumentSelection::loadIds(const QVector<PrintOptions::IdRange>& ranges)
     QVector<PrintDocument> documents;
     QVector<qint64> unknownIds;
     QSet<qint64> seen;
-    for (const PrintOptions::IdRange& range : ranges) {
+    for (const DocumentFilter::IdRange& range : ranges) {
         query.addBindValue(range.first);
         query.addBindValue(range.last);
         QVector<PrintDocument> found;
@@ -51,7 +52,7 @@ bool DocumentSelection::loadIds(const QVector<PrintOptions::IdRange>& ranges)
     return true;
 }
 
-bool DocumentSelection::loadFiltered(const PrintOptions::Selection& selection)
+bool DocumentSelection::loadFiltered(const DocumentFilter& filter)
 {
     QString statement = "SELECT ID, LNAME, FNAME FROM docs WHERE TEMPLATE = 0";
     QVariantList values;
@@ -61,28 +62,27 @@ bool DocumentSelection::loadFiltered(const PrintOptions::Selection& selection)
             values << value;
         }
     };
-    addTerm(!selection.surname.isEmpty(), " AND LNAME LIKE ?", "%" + selection.surname + "%");
-    addTerm(!selection.group.isEmpty(), " AND DOC_GROUP LIKE ?", "%" + selection.group + "%");
-    if (!selection.type.isEmpty()) {
+    addTerm(!filter.surname.isEmpty(), " AND LNAME LIKE ?", "%" + filter.surname + "%");
+    addTerm(!filter.group.isEmpty(), " AND DOC_GROUP LIKE ?", "%" + filter.group + "%");
+    if (!filter.type.isEmpty()) {
         QVariant formId;
-        if (!formOf(selection.type, formId)) {
+        if (!formOf(filter.type, formId)) {
             return false;
         }
         addTerm(true, " AND DOC_TYPE = ?", formId);
     }
-    addTerm(selection.from.isValid(), " AND ISSUE_DATE >= ?",
-            selection.from.toString("yyyy-MM-dd"));
-    addTerm(selection.to.isValid(), " AND ISSUE_DATE <= ?", selection.to.toString("yyyy-MM-dd"));
-    if (!selection.condition.isEmpty()) {
-        if (!isCondition(selection.condition)) {
+    addTerm(filter.from.isValid(), " AND ISSUE_DATE >= ?", filter.from.toString(storedDateFormat));
+    addTerm(filter.to.isValid(), " AND ISSUE_DATE <= ?", filter.to.toString(storedDateFormat));
+    if (!filter.condition.isEmpty()) {
+        if (!isCondition(filter.condition)) {
             return false;
         }
-        statement += " AND (" + selection.condition + "\n)";
+        statement += " AND (" + filter.condition + "\n)";
     }
     QSqlQuery query;
     query.setForwardOnly(true);
     if (!query.prepare(statement + " ORDER BY ID")) {
-        return selection.condition.isEmpty() ? failToRead(query) : refuseCondition(query);
+        return filter.condition.isEmpty() ? failToRead(query) : refuseCondition(query);
     }
     for (const QVariant& value : qAsConst(values)) {
         query.addBindValue(value);
@@ -104,29 +104,22 @@ bool DocumentSelection::refuseCondition(const QSqlQuery& query)
     // To the driver alone several statements are an error; the database has no words for it.
     static const QString misuse = "21";
     const QSqlError error = query.lastError();
-    const QString reason = error.nativeErrorCode() == misuse
-                               ? inUserLanguage("это не одно выражение", "it is no one expression")
-                               : error.databaseText();
-    return fail(inUserLanguage("условие не понято: ", "the condition is not understood: ") +
-                reason);
+    return error.nativeErrorCode() == misuse
+               ? fail(Problem::Kind::NotOneExpression)
+               : fail(Problem::Kind::BadCondition, error.databaseText());
 }
 
 bool DocumentSelection::formOf(const QString& idOrName, QVariant& formId)
 {
-    QSqlQuery query;
-    query.prepare("SELECT ID FROM forms WHERE CAST(ID AS TEXT) = ? OR FORM_NAME = ? "
-                  "ORDER BY CAST(ID AS TEXT) = ? DESC, ID");
-    for (int i = 0; i < 3; ++i) {
-        query.addBindValue(idOrName);
-    }
-    if (query.exec() && query.next()) {
-        formId = query.value(0);
+    const QVariantList forms = recordsByIdOrName("forms", "FORM_NAME", idOrName, nullptr);
+    if (!forms.isEmpty()) {
+        formId = forms.first();
         return true;
     }
     // Documents may have outlived their form.
     bool isNumber = false;
     formId = idOrName.toInt(&isNumber);
-    return isNumber || fail(inUserLanguage("нет формы ", "there is no form ") + idOrName);
+    return isNumber || fail(Problem::Kind::NoSuchForm, idOrName);
 }
 
 bool DocumentSelection::take(QSqlQuery& query, QVector<PrintDocument>& documents)
@@ -147,14 +140,12 @@ bool DocumentSelection::take(QSqlQuery& query, QVector<PrintDocument>& documents
 bool DocumentSelection::failToRead(const QSqlQuery& query)
 {
     const QSqlError error = query.lastError();
-    const QString reason =
-        error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-    return fail(inUserLanguage("не удалось прочитать документы: ", "can't read the documents: ") +
-                reason);
+    return fail(Problem::Kind::Unreadable,
+                error.databaseText().isEmpty() ? error.driverText() : error.databaseText());
 }
 
-bool DocumentSelection::fail(const QString& reason)
+bool DocumentSelection::fail(Problem::Kind kind, const QString& detail)
 {
-    m_error = reason;
+    m_problem = {kind, detail};
     return false;
 }

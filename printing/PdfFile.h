@@ -26,7 +26,7 @@ public:
     /// False if nothing can be written into the folder.
     bool open();
 
-    /// Prints a sheet. False if the file cannot take it.
+    /// Prints a page on a sheet of its own. False if the file cannot take it.
     bool addPage(const Paint& paint);
 
     /// Ends the file, which must have a page, and gives it its name. False if it could not be

@@ -23,6 +23,8 @@ void makeQrPixmap(const QString& text, QPixmap& pixmap)
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): a plain work area
     QrEncoder encoder;
     encoder.moduleCount = 0; // stays so for a refused text, which draws the quiet zone alone
+    // kept: the result is not looked at, and the bytes are UTF-8 without saying so: scanners guess
+    // it.
     encoder.encodeData(levelM, lowestVersion, true, anyMask, text.toUtf8().constData(), 0);
 
     const int side = encoder.moduleCount + 2 * qrQuietZone;

@@ -11,6 +11,7 @@
 #include "render/DocumentTags.h"
 #include "store/JsonColumn.h"
 #include "store/OrgData.h"
+#include "store/StoredDate.h"
 
 namespace {
 
@@ -76,6 +77,7 @@ QString dateToWords(const QDate& date)
 QString shortPersonName(const QString& fullName)
 {
     const QStringList parts = fullName.split(' ');
+    // kept: with a blank at the end, also of a surname alone.
     QString result = parts.first() + ' ';
     for (int i = 1; i < qMin(parts.size(), 3); ++i) {
         result += parts[i].leftRef(1) + ". ";
@@ -111,7 +113,7 @@ bool expandTag(QString& tag, const QJsonObject& docValues, const QJsonObject& do
         return true;
     }
     if (isDateTag(tag)) {
-        tag = dateToWords(QDate::fromString(text, QStringLiteral("yyyy-MM-dd")));
+        tag = dateToWords(QDate::fromString(text, storedDateFormat));
         return true;
     }
     if (isColumn) {
@@ -133,7 +135,7 @@ QString expandTags(const QString& text, const QJsonObject& docValues, const QJso
         result += tag;
         cursor = end;
     }
-    // Layouts rely on this bound: a single character behind the last tag is not printed.
+    // kept: a single character behind the last tag is not printed. Layouts rely on this bound.
     if (cursor < text.size() - 1) {
         result += text.midRef(cursor);
     }

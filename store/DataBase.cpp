@@ -37,4 +37,6 @@ bool DataBase::open()
 void DataBase::close()
 {
     m_db.close();
+    m_db =
+        QSqlDatabase(); // a handle that is held keeps the driver manager from removing it quietly
 }

@@ -36,11 +36,6 @@ const ListPlaceholder listPlaceholders[] = {
 
 constexpr int migratedFormId = 28;
 
-uint component(const QStringList& version, int index)
-{
-    return index < version.size() ? version[index].toUInt() : 0;
-}
-
 /// Adds an entry for each field that the content lacks; true if any was added.
 bool addMissingEntries(QJsonObject& content, const QJsonArray& fields)
 {
@@ -101,6 +96,8 @@ bool DataBaseUpdater::runUpdate(QIODevice* device)
         return true;
     }
     QSqlDatabase database = QSqlDatabase::database();
+    // kept: the results of transaction() and commit() are not looked at; the statements between
+    // tell.
     database.transaction();
     const bool applied = applyParts(stream) && writeDbVersion(updateVersion);
     if (applied) {
@@ -143,17 +140,7 @@ bool DataBaseUpdater::writeDbVersion(const QString& version)
 
 bool DataBaseUpdater::isNewerVersion(const QString& current, const QString& candidate) const
 {
-    const QStringList currentParts = current.split('.');
-    const QStringList candidateParts = candidate.split('.');
-    const int count = qMax(currentParts.size(), candidateParts.size());
-    for (int i = 0; i < count; ++i) {
-        const uint ours = component(currentParts, i);
-        const uint theirs = component(candidateParts, i);
-        if (ours != theirs) {
-            return theirs > ours;
-        }
-    }
-    return false;
+    return ::isNewerVersion(current, candidate);
 }
 
 bool DataBaseUpdater::applyPart(QDataStream& stream)
@@ -220,6 +207,7 @@ bool DataBaseUpdater::crutchFrdoA(const QJsonObject&, QString text)
         return false;
     }
     QString error;
+    // kept: true all the same.
     if (!updateFormExistDocuments(migratedFormId, fields, &error)) {
         // The form itself is changed, and that is what the migration is for.
         m_lastError = "Function: crutchFrdoA. Не удалось обновить поля имеющихся документов";

@@ -32,8 +32,7 @@ public:
     /// Sets the version stamp.
     bool writeDbVersion(const QString& version);
 
-    /// True if `candidate` is higher than `current`. Dotted numbers are compared one by one; what
-    /// is missing or no number counts as 0.
+    /// The free isNewerVersion() of the package's format.
     bool isNewerVersion(const QString& current, const QString& candidate) const;
 
     /// Reads one part and applies it if it is newer than the database was at the start of the run.

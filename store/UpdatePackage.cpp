@@ -2,6 +2,16 @@
 
 #include <QDataStream>
 #include <QJsonDocument>
+#include <QStringList>
+
+namespace {
+
+uint component(const QStringList& version, int index)
+{
+    return index < version.size() ? version[index].toUInt() : 0;
+}
+
+} // namespace
 
 bool readUpdatePart(QDataStream& stream, UpdatePart& part)
 {
@@ -37,4 +47,19 @@ void writeUpdatePackage(QDataStream& stream, const UpdatePackage& package)
 QJsonObject parseUpdateJson(const QByteArray& json)
 {
     return QJsonDocument::fromJson(json).object();
+}
+
+bool isNewerVersion(const QString& current, const QString& candidate)
+{
+    const QStringList currentParts = current.split('.');
+    const QStringList candidateParts = candidate.split('.');
+    const int count = qMax(currentParts.size(), candidateParts.size());
+    for (int i = 0; i < count; ++i) {
+        const uint ours = component(currentParts, i);
+        const uint theirs = component(candidateParts, i);
+        if (ours != theirs) {
+            return theirs > ours;
+        }
+    }
+    return false;
 }

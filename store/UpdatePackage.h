@@ -37,3 +37,7 @@ void writeUpdatePackage(QDataStream& stream, const UpdatePackage& package);
 
 /// Parses the JSON of a header or a part; anything but an object gives an empty one.
 QJsonObject parseUpdateJson(const QByteArray& json);
+
+/// True if `candidate` is higher than `current`. Dotted numbers are compared one by one; what is
+/// missing or no number counts as 0.
+bool isNewerVersion(const QString& current, const QString& candidate);

@@ -1,5 +1,6 @@
 #include "tools/CalibrationJob.h"
 
+#include <QLocale>
 #include <QPainter>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -12,17 +13,20 @@
 #include <cmath>
 
 #include "blanks/BlankRecord.h"
+#include "preflight/LengthText.h"
 #include "printing/PdfFile.h"
 #include "printing/calibration/CalibrationSheet.h"
 #include "printing/calibration/PrintOffsets.h"
+#include "store/RecordLookup.h"
 #include "tools/UserLanguage.h"
 
 namespace {
 
 QString hundredths(double millimetres)
 {
-    const QString text = QString::number(std::abs(millimetres), 'f', 2);
-    return inUserLanguage(QString(text).replace('.', ','), text);
+    QLocale locale = QLocale::system();
+    locale.setNumberOptions(QLocale::OmitGroupSeparator); // to be typed in again
+    return lengthText(std::abs(millimetres), 2, locale);
 }
 
 /// An axis of the page: the name of its offset in the settings of a blank, and its two ways.
@@ -61,6 +65,11 @@ QString inWords(const PrintOffsets::Offset& offset, const Axis& axis)
                   .arg(hundredths(offset.remaining), axis.wayOf(offset.remaining));
     return inUserLanguage("%1: %2 мм — %3, %4", "%1: %2 mm: %3, %4")
         .arg(axis.setting, QString::number(offset.value), moved, remaining);
+}
+
+QString cantReadBlanks(const QString& reason)
+{
+    return inUserLanguage("не удалось прочитать бланки: ", "can't read the blanks: ") + reason;
 }
 
 } // namespace
@@ -156,37 +165,35 @@ JobResult CalibrationJob::tellOffsets()
 /// The blank with the ID or else the name of the options.
 std::optional<CalibrationJob::Blank> CalibrationJob::findBlank()
 {
-    const QString wanted = m_options.blank();
-    QSqlQuery query;
-    query.setForwardOnly(true);
-    query.prepare("SELECT * FROM blanks WHERE CAST(ID AS TEXT) = ? OR NAME = ? "
-                  "ORDER BY CAST(ID AS TEXT) = ? DESC, ID");
-    for (int i = 0; i < 3; ++i) {
-        query.addBindValue(wanted);
-    }
-    if (!query.exec()) {
-        fail(inUserLanguage("не удалось прочитать бланки: ", "can't read the blanks: ") +
-             query.lastError().text());
+    QString error;
+    const QVariantList ids = recordsByIdOrName("blanks", "NAME", m_options.blank(), &error);
+    if (ids.isEmpty()) {
+        fail(error.isEmpty()
+                 ? inUserLanguage("нет бланка ", "there is no blank ") + m_options.blank()
+                 : cantReadBlanks(error));
         return std::nullopt;
-    }
-    if (!query.next()) {
-        fail(inUserLanguage("нет бланка ", "there is no blank ") + wanted);
-        return std::nullopt;
-    }
-    const Blank found = {query.value("NAME").toString(), BlankPaper::ofRow(query),
-                         QPoint(query.value("OFFSET_X").toInt(), query.value("OFFSET_Y").toInt())};
-    QStringList ids(query.value("ID").toString());
-    while (ids.first() != wanted && query.next()) {
-        ids << query.value("ID").toString();
     }
     if (ids.size() > 1) {
         // Their paper may differ, and so may the offsets.
+        QStringList texts;
+        for (const QVariant& id : ids) {
+            texts << id.toString();
+        }
         fail(inUserLanguage("бланков с таким названием несколько, укажите номер: ",
                             "several blanks have this name, give an ID: ") +
-             ids.join(", "));
+             texts.join(", "));
         return std::nullopt;
     }
-    return found;
+    QSqlQuery query;
+    query.setForwardOnly(true);
+    query.prepare("SELECT * FROM blanks WHERE ID = ?");
+    query.addBindValue(ids.first());
+    if (!query.exec() || !query.next()) {
+        fail(cantReadBlanks(query.lastError().text()));
+        return std::nullopt;
+    }
+    return Blank{query.value("NAME").toString(), BlankPaper::ofRow(query),
+                 QPoint(query.value("OFFSET_X").toInt(), query.value("OFFSET_Y").toInt())};
 }
 
 JobResult CalibrationJob::fail(const QString& reason)

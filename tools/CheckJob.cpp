@@ -3,23 +3,23 @@
 #include <QJsonDocument>
 #include <QTextStream>
 
+#include "preflight/PageCheck.h"
+#include "printing/BatchCheck.h"
+#include "tools/PrintWords.h"
 #include "tools/UserLanguage.h"
 
 JobResult CheckJob::run()
 {
-    PageCheck check;
-    if (!selectDocuments() || !prepare(check)) {
+    if (!selectDocuments()) {
+        return JobResult::NotDone;
+    }
+    BatchCheck check(m_sheets, *this);
+    if (!prepare(check.pageCheck())) {
         return JobResult::NotDone;
     }
     writeHead();
-    const bool isWhole = forEachDocument([&](const PrintDocument& document) {
-        if (!checkPage(document, check)) {
-            return;
-        }
-        for (const Finding& finding : m_summary.add(check.findings())) {
-            write(finding);
-        }
-    });
+    const bool isWhole = check.run();
+    m_progress.clear();
     writeTail();
     if (!isWhole) {
         report(inUserLanguage("прервано", "interrupted"));
@@ -27,15 +27,21 @@ JobResult CheckJob::run()
     if (m_summary.documents() == 0) {
         return JobResult::NotDone;
     }
-    const bool isAll = m_summary.documents() == m_selection.documents().size() &&
-                       m_selection.unknownIds().isEmpty();
+    const bool isAll = m_summary.documents() == m_sheets.size() && allKnown();
     return isAll && m_summary.findings() == 0 ? JobResult::Done : JobResult::SomeFailed;
+}
+
+void CheckJob::sheetChecked(int /*sheet*/, PageCheck& check)
+{
+    for (const Finding& finding : m_summary.add(check.findings())) {
+        write(finding);
+    }
 }
 
 void CheckJob::writeHead()
 {
     if (m_options.asJson()) {
-        m_out << "{\"documents\": " << m_selection.documents().size() << ", \"findings\": [";
+        m_out << "{\"documents\": " << m_sheets.size() << ", \"findings\": [";
     }
 }
 
@@ -43,12 +49,14 @@ void CheckJob::write(const Finding& finding)
 {
     m_progress.clear();
     if (!m_options.asJson()) {
-        m_out << finding.words() << '\n';
+        m_out << m_words.sentence(finding) << '\n';
         m_out.flush();
         return;
     }
+    QJsonObject json = finding.toJson();
+    json["message"] = m_words.what(finding);
     m_out << (m_isFirst ? "\n" : ",\n")
-          << QString::fromUtf8(QJsonDocument(finding.toJson()).toJson(QJsonDocument::Compact));
+          << QString::fromUtf8(QJsonDocument(json).toJson(QJsonDocument::Compact));
     m_isFirst = false;
 }
 
@@ -57,6 +65,6 @@ void CheckJob::writeTail()
     if (m_options.asJson()) {
         m_out << "], \"checked\": " << m_summary.documents() << "}\n";
     } else {
-        m_out << m_summary.words() << '\n';
+        m_out << inWords(m_summary) << '\n';
     }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "preflight/PageCheck.h"
-#include "tools/CheckSummary.h"
+#include "preflight/CheckSummary.h"
+#include "preflight/FindingWords.h"
 #include "tools/DocumentJob.h"
 #include "tools/JobResult.h"
 
@@ -21,6 +21,9 @@ private:
     void write(const Finding& finding);
     void writeTail();
 
+    void sheetChecked(int sheet, PageCheck& check) override;
+
+    FindingWords m_words;
     CheckSummary m_summary;
     bool m_isFirst = true; // no finding was written yet
 };

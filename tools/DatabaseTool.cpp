@@ -50,11 +50,31 @@ int fail(QTextStream& err, const QString& reason)
     return failure;
 }
 
+QString fileExists()
+{
+    return inUserLanguage("файл уже существует: ", "the file exists already: ");
+}
+
+QString whyNoSample(SampleResult result)
+{
+    switch (result) {
+    case SampleResult::DatabaseExists:
+        return fileExists();
+    case SampleResult::FolderRefused:
+        return inUserLanguage("не удалось создать каталог ", "cannot make the directory ");
+    case SampleResult::FileRefused:
+        return inUserLanguage("не удалось записать файл ", "cannot write the file ");
+    case SampleResult::DatabaseNotFilled:
+    case SampleResult::Done:
+        break;
+    }
+    return QString();
+}
+
 int create(const QString& path, QTextStream& out, QTextStream& err)
 {
     if (QFileInfo::exists(path)) {
-        return fail(err,
-                    inUserLanguage("файл уже существует: ", "the file exists already: ") + path);
+        return fail(err, fileExists() + path);
     }
     QString error;
     if (!createDatabaseFile(path, &error, insertStandardContent)) {
@@ -67,9 +87,10 @@ int create(const QString& path, QTextStream& out, QTextStream& err)
 
 int sample(const QString& path, QTextStream& out, QTextStream& err)
 {
-    QString error;
-    if (!createSampleDirectory(path, &error)) {
-        return fail(err, error);
+    QString detail;
+    const SampleResult result = createSampleDirectory(path, &detail);
+    if (result != SampleResult::Done) {
+        return fail(err, whyNoSample(result) + detail);
     }
     out << inUserLanguage("Учебный пример создан в каталоге ", "Made the sample in ") << path
         << '\n';

@@ -3,62 +3,28 @@
 #include <QDir>
 
 #include "preflight/PageCheck.h"
-#include "printing/BlankChoice.h"
 #include "tools/Interruption.h"
+#include "tools/PrintWords.h"
 #include "tools/UserLanguage.h"
-
-namespace {
-
-QString nameOf(const PrintDocument& document)
-{
-    return inUserLanguage("документ ", "document ") + document.id.toString() + ": ";
-}
-
-} // namespace
 
 bool DocumentJob::selectDocuments()
 {
     if (!m_selection.load(m_options.selection())) {
-        report(m_selection.error());
+        report(inWords(m_selection.problem()));
         return false;
     }
     for (const qint64 id : m_selection.unknownIds()) {
         report(inUserLanguage("нет документа ", "there is no document ") + QString::number(id));
     }
-    if (m_selection.documents().isEmpty() && m_selection.unknownIds().isEmpty()) {
+    if (m_selection.documents().isEmpty() && allKnown()) {
         report(inUserLanguage("таких документов нет", "there are no such documents"));
     }
-    return !m_selection.documents().isEmpty();
-}
-
-bool DocumentJob::forEachDocument(const std::function<void(const PrintDocument&)>& work)
-{
-    const QVector<PrintDocument>& documents = m_selection.documents();
-    for (int i = 0; i < documents.size(); ++i) {
-        if (isInterrupted()) {
-            m_progress.clear();
-            return false;
-        }
-        m_progress.show(i, documents.size());
-        work(documents[i]);
+    m_sheets = sheetsOf(m_selection.documents(), m_options.blank());
+    for (PrintSheet& sheet : m_sheets) {
+        sheet.copies = m_options.copies();
+        sheet.withBackground = m_options.withBackground();
     }
-    m_progress.clear();
-    return true;
-}
-
-QVariant DocumentJob::blankOf(const PrintDocument& document)
-{
-    const BlankChoice blank = chooseBlank(document.id, m_options.blank());
-    if (blank.id.isNull()) {
-        report(nameOf(document) + blank.problem);
-    }
-    return blank.id;
-}
-
-void DocumentJob::reportUnreadable(const PrintDocument& document)
-{
-    report(nameOf(document) +
-           inUserLanguage("не удалось прочитать его или бланк", "it or its blank can't be read"));
+    return !m_sheets.isEmpty();
 }
 
 bool DocumentJob::makeFolder()
@@ -66,14 +32,18 @@ bool DocumentJob::makeFolder()
     if (QDir().mkpath(m_options.output())) {
         return true;
     }
+    reportNoFolder();
+    return false;
+}
+
+void DocumentJob::reportNoFolder()
+{
     report(inUserLanguage("не удалось создать каталог ", "can't make the folder ") +
            m_options.output());
-    return false;
 }
 
 bool DocumentJob::prepare(PageCheck& check)
 {
-    check.setBackgroundPrinted(m_options.withBackground());
     if (m_options.margins()) {
         check.setMargins(*m_options.margins());
         return true;
@@ -85,15 +55,21 @@ bool DocumentJob::prepare(PageCheck& check)
     return true;
 }
 
-bool DocumentJob::checkPage(const PrintDocument& document, PageCheck& check)
+bool DocumentJob::goesOn(int sheet, int count)
 {
-    const QVariant blank = blankOf(document);
-    if (blank.isNull()) {
+    if (isInterrupted()) {
         return false;
     }
-    if (!check.check(document.id, blank)) {
-        reportUnreadable(document);
-        return false;
-    }
+    m_progress.show(sheet, count);
     return true;
+}
+
+void DocumentJob::sheetNotChecked(int sheet, const SheetOutcome& outcome)
+{
+    report(sheet, outcome);
+}
+
+void DocumentJob::report(int sheet, const SheetOutcome& outcome)
+{
+    report(inWords(m_sheets[sheet], outcome, m_options.blank()));
 }

@@ -1,18 +1,12 @@
 #include "tools/PrintJob.h"
 
-#include <QDir>
-#include <QPainter>
-#include <QPrinter>
-#include <QPrinterInfo>
 #include <QTextStream>
 
 #include <algorithm>
 
-#include "preflight/PageCheck.h"
-#include "printing/BlankChoice.h"
-#include "printing/PdfFile.h"
-#include "render/page/PagePrinter.h"
-#include "tools/CheckSummary.h"
+#include "printing/BatchCheck.h"
+#include "printing/PrintBatch.h"
+#include "tools/PrintWords.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -26,189 +20,111 @@ bool holdsBack(const Finding& finding)
 
 } // namespace
 
-PrintJob::PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
-    : DocumentJob(options, out, err)
-    , m_names(options.namePattern())
-{
-}
-
-PrintJob::~PrintJob() = default;
-
 JobResult PrintJob::run()
 {
-    if (!selectDocuments() || !prepareTarget() || !checkBeforehand()) {
+    if (!selectDocuments()) {
         return JobResult::NotDone;
     }
-    const int printed = printAll();
-    if (printed == 0) {
+    PrintBatch batch(m_sheets, m_options.printTarget(), *this);
+    if (!batch.begin()) {
+        reportNoTarget();
         return JobResult::NotDone;
     }
-    if (m_commonFile && (m_isStopped || !finishFile(*m_commonFile))) {
-        return JobResult::NotDone;
-    }
-    const bool isAll =
-        printed == m_selection.documents().size() && m_selection.unknownIds().isEmpty();
-    return isAll ? JobResult::Done : JobResult::SomeFailed;
+    return checkBeforehand() ? print(batch) : JobResult::NotDone;
 }
 
-bool PrintJob::prepareTarget()
+void PrintJob::reportNoTarget()
 {
     switch (m_options.target()) {
     case PrintOptions::Target::OneFile:
-        m_commonFile = std::make_unique<PdfFile>(m_options.output());
-        if (!m_commonFile->open()) {
-            reportUnwritable(m_options.output());
-            return false;
-        }
-        return true;
+        reportUnwritable(m_options.output());
+        break;
     case PrintOptions::Target::FilePerDocument:
-        return makeFolder();
+        reportNoFolder();
+        break;
     case PrintOptions::Target::Printer:
-        return hasPrinter();
+        reportNoPrinter();
+        break;
     }
-    return false;
 }
 
 bool PrintJob::checkBeforehand()
 {
-    if (m_selection.documents().size() < 2 && !m_options.isStrict()) {
+    if (m_sheets.size() < 2 && !m_options.isStrict()) {
         return true;
     }
-    PageCheck check;
-    CheckSummary summary;
-    if (!prepare(check)) {
+    BatchCheck check(m_sheets, *this);
+    if (!prepare(check.pageCheck())) {
         return false;
     }
-    const bool isWhole = forEachDocument([&](const PrintDocument& document) {
-        const BlankChoice blank = chooseBlank(document.id, m_options.blank());
-        if (blank.id.isNull() || !check.check(document.id, blank.id)) {
-            return; // the printing will say why
-        }
-        const QVector<Finding> findings = check.findings();
-        summary.add(findings);
-        if (m_options.isStrict() && std::any_of(findings.cbegin(), findings.cend(), holdsBack)) {
-            m_withFindings << document.id.toString();
-        }
-    });
+    const bool isWhole = check.run();
+    m_progress.clear();
     if (!isWhole) {
         reportInterruption(0);
         return false;
     }
-    m_out << summary.words();
-    if (summary.findings() > 0) {
-        m_out << " (" << summary.kindWords() << ')';
+    m_out << inWords(m_summary);
+    if (m_summary.findings() > 0) {
+        m_out << " (" << kindsInWords(m_summary) << ')';
     }
     m_out << '\n';
     m_out.flush();
     return true;
 }
 
-int PrintJob::printAll()
+JobResult PrintJob::print(PrintBatch& batch)
 {
-    int printed = 0;
-    const bool isWhole = forEachDocument(
-        [&](const PrintDocument& document) { printed += !m_isStopped && print(document) ? 1 : 0; });
-    if (!isWhole && !m_isStopped) {
-        reportInterruption(m_commonFile ? 0 : printed);
-        m_isStopped = true;
+    for (const int sheet : qAsConst(m_withFindings)) {
+        batch.holdBack(sheet);
     }
-    return printed;
-}
-
-bool PrintJob::print(const PrintDocument& document)
-{
-    if (!buildPage(document)) {
-        return false;
+    const bool isWhole = batch.run();
+    m_progress.clear();
+    const int printed = batch.count(SheetOutcome::State::Printed);
+    switch (batch.end()) {
+    case PrintBatch::End::Stopped:
+        reportInterruption(printed);
+        break;
+    case PrintBatch::End::FileRefused:
+        reportUnwritable(m_options.output());
+        break;
+    default:
+        break;
     }
-    switch (m_options.target()) {
-    case PrintOptions::Target::OneFile:
-        return addCopies(*m_commonFile);
-    case PrintOptions::Target::FilePerDocument:
-        return printToFile(document);
-    case PrintOptions::Target::Printer:
-        return printToPrinter(document);
+    if (printed == 0) {
+        return JobResult::NotDone;
     }
-    return false;
-}
-
-bool PrintJob::buildPage(const PrintDocument& document)
-{
-    if (m_withFindings.contains(document.id.toString())) {
-        report(inUserLanguage("есть замечания, не печатается документ ",
-                              "there are findings, not printed is document ") +
-               document.id.toString());
-        return false;
-    }
-    const QVariant blank = blankOf(document);
-    if (blank.isNull()) {
-        return false;
-    }
-    m_page = m_pages.build(document.id, blank);
-    if (!m_page) {
-        reportUnreadable(document);
-    }
-    return m_page != nullptr;
-}
-
-bool PrintJob::printPage(QPrinter& printer, QPainter& painter)
-{
-    m_page->restore(); // printing a copy has moved it
-    PagePrinter page(*m_page);
-    page.setBackgroundPrinted(m_options.withBackground());
-    return page.print(printer, painter);
-}
-
-bool PrintJob::addCopies(PdfFile& file)
-{
-    for (int copy = 0; copy < m_options.copies(); ++copy) {
-        if (!file.addPage([this](QPrinter& printer, QPainter& painter) {
-                return printPage(printer, painter);
-            }))
-        {
-            reportUnwritable(file.path());
-            m_isStopped = m_commonFile != nullptr;
-            return false;
-        }
-    }
-    return true;
-}
-
-bool PrintJob::printToFile(const PrintDocument& document)
-{
-    PdfFile file(QDir(m_options.output()).filePath(m_names.nameFor(document)));
-    if (!file.open()) {
-        reportUnwritable(file.path());
-        return false;
-    }
-    return addCopies(file) && finishFile(file);
-}
-
-bool PrintJob::printToPrinter(const PrintDocument& document)
-{
-    QPrinter printer(QPrinterInfo::printerInfo(m_options.printer()), QPrinter::HighResolution);
-    printer.setDocName("Zelvora " + document.id.toString());
-    printer.setCopyCount(m_options.copies());
-    QPainter painter;
-    if (printPage(printer, painter)) {
-        return true;
-    }
-    report(inUserLanguage("принтер не принял документ ", "the printer refused document ") +
-           document.id.toString());
-    return false;
-}
-
-bool PrintJob::finishFile(PdfFile& file)
-{
-    if (!file.commit()) {
-        reportUnwritable(file.path());
-        return false;
-    }
-    tellFile(file.path());
-    return true;
+    return isWhole && printed == m_sheets.size() && allKnown() ? JobResult::Done
+                                                               : JobResult::SomeFailed;
 }
 
 void PrintJob::reportInterruption(int printed)
 {
     report(inUserLanguage("прервано; напечатано документов: ", "interrupted; documents printed: ") +
            QString::number(printed));
+}
+
+void PrintJob::sheetChecked(int sheet, PageCheck& check)
+{
+    const QVector<Finding>& findings = check.findings();
+    m_summary.add(findings);
+    if (m_options.isStrict() && std::any_of(findings.cbegin(), findings.cend(), holdsBack)) {
+        m_withFindings << sheet;
+    }
+}
+
+void PrintJob::sheetNotChecked(int /*sheet*/, const SheetOutcome& /*outcome*/)
+{
+    // The printing will say why.
+}
+
+void PrintJob::sheetDone(int sheet, const SheetOutcome& outcome)
+{
+    if (outcome.state != SheetOutcome::State::Printed) {
+        report(sheet, outcome);
+    }
+}
+
+void PrintJob::fileWritten(const QString& path)
+{
+    tellFile(path);
 }

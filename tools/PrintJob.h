@@ -1,50 +1,35 @@
 #pragma once
 
 #include <QSet>
-#include <QString>
 
-#include <memory>
-
-#include "printing/FileNamePattern.h"
-#include "render/page/PageSet.h"
+#include "preflight/CheckSummary.h"
 #include "tools/DocumentJob.h"
 #include "tools/JobResult.h"
 
-class PdfFile;
-class QPainter;
-class QPrinter;
-class QTextStream;
+class PrintBatch;
 
-/// Prints the chosen documents on the very pages that the application's preview shows and prints.
-/// The database must be open. A document that cannot be printed is reported and does not stop the
-/// rest; a file that cannot be finished leaves an older one of its name as it was. Before a batch
-/// of several documents it tells on `out` how many findings the check of their pages has.
+/// Prints the chosen documents. The database must be open. A document that cannot be printed is
+/// reported and does not stop the rest; a file that cannot be finished leaves an older one of its
+/// name as it was. Before a batch of several documents it tells on `out` how many findings the
+/// check of their pages has. Finished files are named on `out`, failures on `err`.
 class PrintJob : public DocumentJob
 {
 public:
-    /// Finished files are named on `out`, failures on `err`.
-    PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
-    ~PrintJob();
+    using DocumentJob::DocumentJob;
 
     JobResult run();
 
 private:
-    bool prepareTarget();
     bool checkBeforehand();
-    int printAll();
-    bool print(const PrintDocument& document);
-    bool buildPage(const PrintDocument& document);
-    bool printPage(QPrinter& printer, QPainter& painter);
-    bool addCopies(PdfFile& file);
-    bool printToFile(const PrintDocument& document);
-    bool printToPrinter(const PrintDocument& document);
-    bool finishFile(PdfFile& file);
+    JobResult print(PrintBatch& batch);
+    void reportNoTarget();
     void reportInterruption(int printed);
 
-    FileNamePattern m_names;
-    PageSet m_pages;
-    PageBuilder* m_page = nullptr;         // to be printed
-    QSet<QString> m_withFindings;          // IDs of documents that are not to be printed
-    std::unique_ptr<PdfFile> m_commonFile; // with all documents; null for other targets
-    bool m_isStopped = false;              // nothing more can or should be printed
+    void sheetChecked(int sheet, PageCheck& check) override;
+    void sheetNotChecked(int sheet, const SheetOutcome& outcome) override;
+    void sheetDone(int sheet, const SheetOutcome& outcome) override;
+    void fileWritten(const QString& path) override;
+
+    CheckSummary m_summary;
+    QSet<int> m_withFindings; // sheets that are not to be printed
 };

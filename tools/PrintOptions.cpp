@@ -8,6 +8,7 @@
 
 #include "printing/FileNamePattern.h"
 #include "printing/calibration/PrintOffsets.h"
+#include "store/StoredDate.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -351,7 +352,7 @@ bool PrintOptions::parseDate(const QString& text, QDate& date)
     if (text.isEmpty()) {
         return true;
     }
-    date = QDate::fromString(text, "yyyy-MM-dd");
+    date = QDate::fromString(text, storedDateFormat);
     return date.isValid() ||
            fail("дата не в виде ГГГГ-ММ-ДД: ", "no date of the form yyyy-MM-dd: ", text);
 }
@@ -462,6 +463,15 @@ bool PrintOptions::parseMargins(const QString& text)
     return m_margins.has_value() ||
            fail("поля — не одно и не четыре числа в миллиметрах: ",
                 "the margins are neither one nor four numbers of millimetres: ", text);
+}
+
+PrintTarget PrintOptions::printTarget() const
+{
+    PrintTarget target;
+    target.kind = m_target;
+    target.place = m_target == Target::Printer ? m_printer : m_output;
+    target.namePattern = m_namePattern;
+    return target;
 }
 
 bool PrintOptions::fail(const QString& russian, const QString& english, const QString& detail)

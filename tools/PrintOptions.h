@@ -1,13 +1,14 @@
 #pragma once
 
-#include <QDate>
 #include <QMarginsF>
 #include <QPointF>
 #include <QString>
 #include <QStringList>
-#include <QVector>
 
 #include <optional>
+
+#include "printing/DocumentFilter.h"
+#include "printing/PrintTarget.h"
 
 class QCommandLineParser;
 
@@ -24,34 +25,7 @@ public:
         Offsets      ///< the print offsets that two readings from that sheet ask for
     };
 
-    /// IDs of documents, both ends included. One that stands alone must exist; of several, those
-    /// that exist are meant.
-    struct IdRange
-    {
-        qint64 first;
-        qint64 last;
-    };
-
-    /// Which documents: those of the IDs, or, if there are no IDs, those that pass all the rest.
-    /// What is empty is no bound.
-    struct Selection
-    {
-        QVector<IdRange> ids;
-        QString surname;   ///< part of the surname
-        QString group;     ///< part of the class
-        QString type;      ///< ID or name of the form
-        QDate from;        ///< first date of issue
-        QDate to;          ///< last date of issue
-        QString condition; ///< an SQL expression over the columns of `docs`
-    };
-
-    /// Where the pages go.
-    enum class Target
-    {
-        OneFile,         ///< one file with all
-        FilePerDocument, ///< a file a document, in a folder
-        Printer
-    };
+    using Target = PrintTarget::Kind;
 
     /// Reads the arguments, without the program's name. If they make no sense, returns false, and
     /// error() says why.
@@ -65,10 +39,11 @@ public:
     QString organisationFile() const { return m_organisationFile; } ///< empty: the user's own
     bool isQuiet() const { return m_isQuiet; }                      ///< no progress is shown
 
-    const Selection& selection() const { return m_selection; }
+    const DocumentFilter& selection() const { return m_selection; } ///< which documents
     QString blank() const { return m_blank; } ///< ID or name; empty: the first of the form
 
     Target target() const { return m_target; }
+    PrintTarget printTarget() const;                      ///< where the pages go, for a batch
     QString output() const { return m_output; }           ///< file or folder
     QString namePattern() const { return m_namePattern; } ///< of the files in a folder
     QString printer() const { return m_printer; } ///< the target, or whose margins a check minds
@@ -104,7 +79,7 @@ private:
     QString m_directory;
     QString m_organisationFile;
     bool m_isQuiet = false;
-    Selection m_selection;
+    DocumentFilter m_selection;
     QString m_blank;
     Target m_target = Target::OneFile;
     QString m_output;

@@ -5,6 +5,7 @@
 
 #include "preflight/PageCheck.h"
 #include "preflight/ProofPicture.h"
+#include "printing/BatchCheck.h"
 #include "tools/UserLanguage.h"
 
 ProofJob::ProofJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
@@ -15,30 +16,41 @@ ProofJob::ProofJob(const PrintOptions& options, QTextStream& out, QTextStream& e
 
 JobResult ProofJob::run()
 {
-    PageCheck check;
-    if (!selectDocuments() || !prepareTarget() || !prepare(check)) {
+    if (!selectDocuments() || !prepareTarget()) {
         return JobResult::NotDone;
     }
-    int written = 0;
-    bool isClean = m_selection.unknownIds().isEmpty();
-    const bool isWhole = forEachDocument([&](const PrintDocument& document) {
-        const bool isWritten = checkPage(document, check) && write(document, check);
-        written += isWritten ? 1 : 0;
-        isClean = isClean && isWritten && check.findings().isEmpty();
-    });
+    BatchCheck check(m_sheets, *this);
+    if (!prepare(check.pageCheck())) {
+        return JobResult::NotDone;
+    }
+    const bool isWhole = check.run();
+    m_progress.clear();
     if (!isWhole) {
         report(inUserLanguage("прервано", "interrupted"));
     }
-    if (written == 0) {
+    if (m_written == 0) {
         return JobResult::NotDone;
     }
-    return isWhole && isClean ? JobResult::Done : JobResult::SomeFailed;
+    return isWhole && m_isClean && allKnown() ? JobResult::Done : JobResult::SomeFailed;
+}
+
+void ProofJob::sheetChecked(int sheet, PageCheck& check)
+{
+    const bool isWritten = write(m_sheets[sheet].document, check);
+    m_written += isWritten ? 1 : 0;
+    m_isClean = m_isClean && isWritten && check.findings().isEmpty();
+}
+
+void ProofJob::sheetNotChecked(int sheet, const SheetOutcome& outcome)
+{
+    m_isClean = false;
+    report(sheet, outcome);
 }
 
 bool ProofJob::prepareTarget()
 {
     if (m_options.target() == PrintOptions::Target::OneFile) {
-        if (m_selection.documents().size() > 1) {
+        if (m_sheets.size() > 1) {
             report(inUserLanguage("документов несколько: рисункам нужен каталог",
                                   "there are several documents: the pictures need a folder"));
             return false;

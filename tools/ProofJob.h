@@ -4,8 +4,6 @@
 #include "tools/DocumentJob.h"
 #include "tools/JobResult.h"
 
-class PageCheck;
-
 /// Writes a picture of each chosen document's sheet, with what the check finds on it marked: one
 /// PNG file, or a file a document in a folder. Finished files are named on `out`. The database must
 /// be open.
@@ -21,5 +19,10 @@ private:
     bool prepareTarget();
     bool write(const PrintDocument& document, PageCheck& check);
 
+    void sheetChecked(int sheet, PageCheck& check) override;
+    void sheetNotChecked(int sheet, const SheetOutcome& outcome) override;
+
     FileNamePattern m_names;
+    int m_written = 0;
+    bool m_isClean = true; // every document has its picture, and nothing was found
 };

@@ -5,7 +5,6 @@
 #include <QRegularExpression>
 #include <QStringList>
 
-#include "store/DataBaseUpdater.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -137,7 +136,7 @@ private:
         if (!checkVersion(place + ".version", version)) {
             return false;
         }
-        return !DataBaseUpdater().isNewerVersion(m_updateVersion, version.toString()) ||
+        return !isNewerVersion(m_updateVersion, version.toString()) ||
                fail(place + ".version", inUserLanguage("версия выше, чем update_version",
                                                        "the version is above update_version"));
     }

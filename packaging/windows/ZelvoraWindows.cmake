@@ -1,6 +1,11 @@
 # Icon, manifest and version of the application, and its installer, target "installer". The companion
 # programs are console programs that run with the rights of whoever starts them.
-target_sources(zelvora PRIVATE "${CMAKE_CURRENT_LIST_DIR}/zelvora.rc")
+set(ZELVORA_ICON "${CMAKE_CURRENT_LIST_DIR}/zelvora.ico")
+set(ZELVORA_MANIFEST "${CMAKE_CURRENT_BINARY_DIR}/zelvora.manifest")
+string(REPLACE "." "," ZELVORA_VERSION_NUMBERS "${PROJECT_VERSION}")
+configure_file("${CMAKE_CURRENT_LIST_DIR}/zelvora.manifest.in" "${ZELVORA_MANIFEST}" @ONLY)
+configure_file("${CMAKE_CURRENT_LIST_DIR}/zelvora.rc.in" zelvora.rc @ONLY)
+target_sources(zelvora PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/zelvora.rc")
 set_target_properties(zelvora PROPERTIES WIN32_EXECUTABLE ON)
 if(MSVC)
     target_link_options(zelvora PRIVATE /MANIFEST:NO) # the resource file brings it

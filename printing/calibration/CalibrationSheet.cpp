@@ -2,6 +2,7 @@
 
 #include <QFont>
 #include <QFontMetricsF>
+#include <QLocale>
 #include <QMarginsF>
 #include <QPageLayout>
 #include <QPainter>
@@ -15,6 +16,7 @@
 #include <limits>
 
 #include "render/page/PageUnits.h"
+#include "preflight/LengthText.h"
 
 namespace {
 
@@ -72,7 +74,11 @@ double digitHeight(const QFont& font)
 /// A length for the eye: without decimals that say nothing, with a decimal comma.
 QString length(double millimetres)
 {
-    return QString::number(std::round(millimetres * 10) / 10).replace('.', ',');
+    const double tenths = std::round(millimetres * 10);
+    const bool isWhole = std::fmod(tenths, 10) == 0;
+    QLocale locale(QLocale::Russian, QLocale::Russia);
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    return lengthText(tenths / 10, isWhole ? 0 : 1, locale);
 }
 
 /// What to do with the sheet, as paragraphs: first in full, then shorter for small paper.

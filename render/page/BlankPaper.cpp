@@ -70,9 +70,9 @@ QPageSize BlankPaper::printerSize() const
     case PaperFormat::a5:
         return QPageSize(QPageSize::A5);
     case PaperFormat::customMm:
-        // Height first, also for portrait: existing blanks are made for it. A size in millimetres
-        // is taken exactly: matched to the nearest named size, it could be a millimetre off, and
-        // every mark with it.
+        // kept: height first, also for portrait. Existing blanks are made for it. A size in
+        // millimetres is taken exactly: matched to the nearest named size, it could be a millimetre
+        // off, and every mark with it.
         return QPageSize(QSizeF(m_size.height(), m_size.width()), QPageSize::Millimeter, QString(),
                          QPageSize::ExactMatch);
     default:

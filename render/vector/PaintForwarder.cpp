@@ -103,14 +103,17 @@ private:
         if (isClipped()) {
             shown = shown.isEmpty() ? clip() : shown.intersected(clip());
         }
-        if (shown.isEmpty()) {
-            return systemClip().isEmpty() && !isClipped();
+        const bool isLimited = isClipped() || !systemClip().isEmpty();
+        if (isLimited && shown.isEmpty()) {
+            return false;
         }
         if (shown != m_targetClip) {
             m_targetClip = shown;
             m_target->restore();
             m_target->save();
-            m_target->setClipPath(shown, Qt::IntersectClip);
+            if (isLimited) {
+                m_target->setClipPath(shown, Qt::IntersectClip);
+            }
         }
         m_target->setTransform(state->transform() * m_base);
         m_target->setPen(state->pen());

@@ -1,5 +1,5 @@
 """The papers in Markdown: every link and picture leads somewhere, every picture of the user guide is
-shown, and every option that the guide names is one of zelvora-print's.
+shown, and every option that the guide names is one of zelvora-print's. The version has one place.
 
     tst_guide.py SOURCE_DIR ZELVORA_PRINT
 """
@@ -15,6 +15,12 @@ HEADING = re.compile(r"^#+ +(.*)$", re.MULTILINE)
 FENCE = re.compile(r"^ *```.*?^ *```", re.MULTILINE | re.DOTALL)
 CODE = re.compile(r"`[^`]*`")
 OPTION = re.compile(r"(?<![\w-])--[a-z][a-z-]*")
+
+# Where the versions that were released stand, the newest first.
+RELEASES = {"CHANGELOG.md": r"^## (?!Unreleased)(\S+)",
+            "packaging/debian/changelog": r"^zelvora \(([\d.]+)-",
+            "packaging/linux/org.example.zelvora.metainfo.xml": r'<release version="([\d.]+)"'}
+TEXTS = {".cpp", ".h", ".ui", ".md", ".txt", ".cmake", ".in", ".rc", ".manifest", ".nsi", ".py", ".sh"}
 
 
 def anchors(text):
@@ -58,12 +64,32 @@ def unknown_options(guide, program):
                     yield f"{paper}: zelvora-print has no {option}"
 
 
+def stray_versions(source):
+    """The version has its one place in the project; the newest entry of each list of releases is of
+    it, and no other file repeats it."""
+    version = re.search(r"^project\(Zelvora VERSION ([\d.]+)", (source / "CMakeLists.txt").read_text(),
+                        re.MULTILINE)[1]
+    for name, entry in RELEASES.items():
+        newest = re.search(entry, (source / name).read_text(encoding="utf-8"), re.MULTILINE)
+        if not newest or newest[1] != version:
+            yield f"{name}: the newest release is not {version}"
+    numbers = re.compile(rf"(?<![\d.]){version.replace('.', '[.,] ?')}(?![\d.])")
+    for path in sorted(source.rglob("*")):
+        name = path.relative_to(source).as_posix()
+        if name in RELEASES or name.startswith((".", "build/", "run-dir/", "tests/")) or \
+                name == "CMakeLists.txt" or path.suffix not in TEXTS or not path.is_file():
+            continue
+        if numbers.search(path.read_text(encoding="utf-8")):
+            yield f"{name}: the version stands in CMakeLists.txt"
+
+
 def main():
     source, program = Path(sys.argv[1]), sys.argv[2]
     guide = source / "docs/guide"
     papers = [*source.glob("*.md"), *source.glob("docs/**/*.md")]
     faults = [fault for paper in papers for fault in broken_links(paper)]
-    faults += [*unused_pictures(guide), *unknown_options(guide, program)]
+    faults += [*unused_pictures(guide), *unknown_options(guide, program),
+               *stray_versions(source)]
     print("\n".join(faults) or f"{len(papers)} papers are sound")
     return 1 if faults or not papers else 0
 

@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "forms/FormDefinitions.h"
+#include "preflight/FindingWords.h"
 #include "support/CheckedPage.h"
 
 namespace {
@@ -35,7 +36,7 @@ QString wordsOf(const QVector<Finding>& findings)
 {
     QStringList words;
     for (const Finding& finding : findings) {
-        words << finding.words();
+        words << FindingWords().sentence(finding);
     }
     return words.join('\n');
 }
@@ -552,7 +553,7 @@ void tst_PageCheck::oneLineOfWords()
         sheet.check({textItem("#CITY", QRectF(100, 100, 400, 40))}, {{"NAME", "A\tB"}}, {},
                     {{"LNAME", QString("Ив\r\nа\x1b[2Jнов") + QChar(0x2028)}});
     QCOMPARE(findings.size(), 1);
-    const QString words = findings[0].words();
+    const QString words = FindingWords().sentence(findings[0]);
     for (const QChar c : words) {
         QVERIFY(c.category() != QChar::Other_Control && c.category() != QChar::Separator_Line);
     }
@@ -561,7 +562,7 @@ void tst_PageCheck::oneLineOfWords()
     Finding longTag;
     longTag.kind = Kind::TagNotExpanded;
     longTag.tag = QString(58, 'x') + QString::fromUcs4(U"\U0001F600") + "yyy";
-    QVERIFY(longTag.what().contains(QString(58, 'x') + QChar(0x2026)));
+    QVERIFY(FindingWords().what(longTag).contains(QString(58, 'x') + QChar(0x2026)));
 }
 
 void tst_PageCheck::lengthsBeyondAllPaper()
@@ -828,8 +829,10 @@ void tst_PageCheck::blankWithoutFrames()
     QCOMPARE(findings[0].kind, Kind::PageWithoutFrames);
     QCOMPARE(findings[0].severity, Severity::Error);
     QVERIFY(findings[0].isOfBlank());
-    QVERIFY2(findings[0].words().endsWith(": there is no frame on the blank: no value is printed"),
-             qPrintable(findings[0].words()));
+    QVERIFY2(FindingWords()
+                 .sentence(findings[0])
+                 .endsWith(": there is no frame on the blank: no value is printed"),
+             qPrintable(FindingWords().sentence(findings[0])));
 }
 
 QTEST_MAIN(tst_PageCheck)

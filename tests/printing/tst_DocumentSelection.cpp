@@ -4,6 +4,8 @@
 
 #include "printing/DocumentSelection.h"
 #include "support/PrintProgram.h"
+#include "tools/PrintOptions.h"
+#include "tools/PrintWords.h"
 
 namespace {
 
@@ -15,7 +17,7 @@ QString chosen(const QStringList& options, DocumentSelection& selection)
         return parsed.error();
     }
     if (!selection.load(parsed.selection())) {
-        return selection.error();
+        return inWords(selection.problem());
     }
     QStringList ids;
     for (const PrintDocument& document : selection.documents()) {

@@ -4,6 +4,7 @@
 
 #include "support/PdfMeasure.h"
 #include "support/PrintProgram.h"
+#include "support/PrintQueue.h"
 
 namespace {
 
@@ -30,6 +31,7 @@ private slots:
     void nameOfSeveralBlanks();
     void idComesBeforeAName();
     void unknownBlank();
+    void onAPrinter();
     void unknownPrinter();
     void fileThatCannotBeWritten();
     void paperTooSmall();
@@ -127,6 +129,19 @@ void tst_Calibration::unknownBlank()
                      "zelvora-print: нет бланка " + blank + "\n");
         }
     }
+}
+
+void tst_Calibration::onAPrinter()
+{
+    const PrintDirectory directory;
+    const PrintQueue queue;
+    const ProcessResult result = runPrint({"--dir", directory.path(), "--calibration", "--blank",
+                                           "Книга", "--printer", PrintQueue::printer},
+                                          queue.environment(noDisplay("C.UTF-8")));
+    QCOMPARE(result.exitCode, success);
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(queue.jobCount(), 1);
+    QVERIFY(!PdfMeasure(queue.file(1)).word("Книга").box.isEmpty());
 }
 
 void tst_Calibration::unknownPrinter()

@@ -22,8 +22,8 @@ PrintOptions parsed(const QStringList& arguments)
 QString idsOf(const QString& list)
 {
     QStringList ranges;
-    const QVector<PrintOptions::IdRange> ids = parsed({"--check", "--id", list}).selection().ids;
-    for (const PrintOptions::IdRange& range : ids) {
+    const QVector<DocumentFilter::IdRange> ids = parsed({"--check", "--id", list}).selection().ids;
+    for (const DocumentFilter::IdRange& range : ids) {
         ranges << QString("%1-%2").arg(range.first).arg(range.last);
     }
     return ranges.join(' ');
@@ -166,10 +166,10 @@ void tst_PrintOptions::ids()
 
 void tst_PrintOptions::filters()
 {
-    const PrintOptions::Selection all = parsed({"--all", "--output", "x"}).selection();
+    const DocumentFilter all = parsed({"--all", "--output", "x"}).selection();
     QVERIFY(all.ids.isEmpty() && all.surname.isEmpty() && all.group.isEmpty() &&
             all.type.isEmpty() && all.condition.isEmpty() && all.from.isNull() && all.to.isNull());
-    const PrintOptions::Selection selection =
+    const DocumentFilter selection =
         parsed({"--surname", "Иван", "--group", "9", "--type", "Аттестат", "--from", "2021-01-02",
                 "--to", "2021-12-31", "--where", "DUPLICATE = 1", "--output", "x"})
             .selection();

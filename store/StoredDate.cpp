@@ -1,3 +1,3 @@
-#include "documents/DocumentFields.h"
+#include "store/StoredDate.h"
 
 const QString storedDateFormat = QStringLiteral("yyyy-MM-dd");

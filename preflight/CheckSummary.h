@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QByteArray>
 #include <QMap>
 #include <QSet>
-#include <QString>
 #include <QVector>
 
 #include "preflight/Finding.h"
@@ -19,11 +19,8 @@ public:
     int documents() const { return m_documents; } ///< pages that were added
     int findings() const { return m_findings; }
 
-    /// "Проверено документов: 120, замечаний: 3".
-    QString words() const;
-
-    /// How many findings there are of each kind, joined by commas; empty if there are none.
-    QString kindWords() const;
+    /// How many findings there are of each kind that was found.
+    const QMap<Finding::Kind, int>& kinds() const { return m_kinds; }
 
 private:
     int m_documents = 0;

@@ -1,0 +1,50 @@
+#include "printing/BatchCheck.h"
+
+#include "printing/BatchObserver.h"
+
+BatchCheck::BatchCheck(const QVector<PrintSheet>& sheets, BatchObserver& observer)
+    : m_sheets(sheets)
+    , m_observer(observer)
+{
+}
+
+bool BatchCheck::run()
+{
+    for (int sheet = 0; sheet < m_sheets.size(); ++sheet) {
+        if (!m_observer.goesOn(sheet, m_sheets.size())) {
+            return false;
+        }
+        checkSheet(sheet);
+    }
+    return true;
+}
+
+bool BatchCheck::checkSheet(int sheet)
+{
+    const PrintSheet& wanted = m_sheets[sheet];
+    m_check.setBackgroundPrinted(wanted.withBackground);
+    if (wanted.blank.id.isNull() || !m_check.check(wanted.document.id, wanted.blank.id)) {
+        m_observer.sheetNotChecked(sheet, outcomeWithoutPage(wanted));
+        return false;
+    }
+    m_observer.sheetChecked(sheet, m_check);
+    return true;
+}
+
+SheetOutcome outcomeWithoutPage(const PrintSheet& sheet)
+{
+    SheetOutcome outcome;
+    outcome.state = SheetOutcome::State::Failed;
+    switch (sheet.blank.problem) {
+    case BlankChoice::Problem::NoBlanks:
+        outcome.reason = SheetOutcome::Reason::NoBlanks;
+        break;
+    case BlankChoice::Problem::NoSuchBlank:
+        outcome.reason = SheetOutcome::Reason::NoSuchBlank;
+        break;
+    case BlankChoice::Problem::None:
+        outcome.reason = SheetOutcome::Reason::Unreadable;
+        break;
+    }
+    return outcome;
+}

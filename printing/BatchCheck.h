@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QVector>
+
+#include "preflight/PageCheck.h"
+#include "printing/PrintSheet.h"
+#include "printing/SheetOutcome.h"
+
+class BatchObserver;
+
+/// Looks at the pages of a batch before paper is spent. The database must be open.
+class BatchCheck
+{
+public:
+    /// The observer has to live as long as the check.
+    BatchCheck(const QVector<PrintSheet>& sheets, BatchObserver& observer);
+
+    /// Takes the printer's margins, to be set before the check begins.
+    PageCheck& pageCheck() { return m_check; }
+
+    /// Checks all sheets and tells the observer of each. False if the observer stopped it.
+    bool run();
+
+    /// Checks one sheet and tells the observer; false if it can't be checked.
+    bool checkSheet(int sheet);
+
+private:
+    QVector<PrintSheet> m_sheets;
+    BatchObserver& m_observer;
+    PageCheck m_check;
+};
+
+/// Why a sheet can't be laid out on its blank; Unreadable if it has one.
+SheetOutcome outcomeWithoutPage(const PrintSheet& sheet);

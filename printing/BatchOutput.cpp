@@ -1,0 +1,123 @@
+#include "printing/BatchOutput.h"
+
+#include <QDir>
+#include <QPainter>
+#include <QPrinter>
+#include <QPrinterInfo>
+
+#include "printing/PdfFile.h"
+#include "printing/SheetPage.h"
+
+namespace {
+
+SheetOutcome printed(const QString& file)
+{
+    SheetOutcome outcome;
+    outcome.state = SheetOutcome::State::Printed;
+    outcome.file = file;
+    return outcome;
+}
+
+SheetOutcome failed(SheetOutcome::Reason reason, const QString& file = QString())
+{
+    SheetOutcome outcome;
+    outcome.state = SheetOutcome::State::Failed;
+    outcome.reason = reason;
+    outcome.file = file;
+    return outcome;
+}
+
+bool isPrinted(const SheetOutcome& outcome)
+{
+    return outcome.state == SheetOutcome::State::Printed;
+}
+
+} // namespace
+
+BatchOutput::BatchOutput(const PrintTarget& target)
+    : m_target(target)
+    , m_names(target.namePattern)
+{
+}
+
+BatchOutput::~BatchOutput() = default;
+
+bool BatchOutput::open()
+{
+    switch (m_target.kind) {
+    case PrintTarget::Kind::OneFile:
+        m_commonFile = std::make_unique<PdfFile>(m_target.place);
+        return m_commonFile->open();
+    case PrintTarget::Kind::FilePerDocument:
+        return QDir().mkpath(m_target.place);
+    case PrintTarget::Kind::Printer:
+        break;
+    }
+    if (m_target.printer) {
+        m_plainLayout = m_target.printer->pageLayout();
+        return m_target.printer->isValid();
+    }
+    return QPrinterInfo::availablePrinterNames().contains(m_target.place);
+}
+
+SheetOutcome BatchOutput::print(const PrintSheet& sheet, SheetPage& page)
+{
+    switch (m_target.kind) {
+    case PrintTarget::Kind::OneFile:
+        return addCopies(*m_commonFile, sheet, page);
+    case PrintTarget::Kind::FilePerDocument:
+        return printToFile(sheet, page);
+    case PrintTarget::Kind::Printer:
+        break;
+    }
+    return printToPrinter(sheet, page);
+}
+
+bool BatchOutput::finish()
+{
+    return !m_commonFile || m_commonFile->commit();
+}
+
+SheetOutcome BatchOutput::addCopies(PdfFile& file, const PrintSheet& sheet, SheetPage& page)
+{
+    for (int copy = 0; copy < sheet.copies; ++copy) {
+        const bool isAdded = file.addPage(
+            [&page](QPrinter& printer, QPainter& painter) { return page.print(printer, painter); });
+        if (!isAdded) {
+            return failed(SheetOutcome::Reason::FileRefused, file.path());
+        }
+    }
+    return printed(file.path());
+}
+
+SheetOutcome BatchOutput::printToFile(const PrintSheet& sheet, SheetPage& page)
+{
+    PdfFile file(QDir(m_target.place).filePath(m_names.nameFor(sheet.document)));
+    if (!file.open()) {
+        return failed(SheetOutcome::Reason::FileRefused, file.path());
+    }
+    const SheetOutcome outcome = addCopies(file, sheet, page);
+    if (isPrinted(outcome) && !file.commit()) {
+        return failed(SheetOutcome::Reason::FileRefused, file.path());
+    }
+    return outcome;
+}
+
+SheetOutcome BatchOutput::printToPrinter(const PrintSheet& sheet, SheetPage& page)
+{
+    std::unique_ptr<QPrinter> named;
+    QPrinter* printer = m_target.printer;
+    if (printer) {
+        // A blank without a paper of its own gets the printer's, not that of the sheet before.
+        printer->setPageLayout(m_plainLayout);
+    } else {
+        named = std::make_unique<QPrinter>(QPrinterInfo::printerInfo(m_target.place),
+                                           QPrinter::HighResolution);
+        printer = named.get();
+    }
+    printer->setDocName("Zelvora " + sheet.document.id.toString());
+    printer->setCopyCount(sheet.copies);
+    QPainter painter; // ends before its printer
+    return page.print(*printer, painter) ? printed(QString())
+                                         : failed(SheetOutcome::Reason::PrinterRefused);
+}

@@ -1,0 +1,19 @@
+#include "printing/SheetPage.h"
+
+#include "printing/PrintSheet.h"
+#include "render/page/PagePrinter.h"
+
+bool SheetPage::build(const PrintSheet& sheet)
+{
+    m_isBackgroundPrinted = sheet.withBackground;
+    m_page = m_pages.build(sheet.document.id, sheet.blank.id);
+    return m_page != nullptr;
+}
+
+bool SheetPage::print(QPrinter& printer, QPainter& painter)
+{
+    m_page->restore(); // an earlier copy has moved it
+    PagePrinter page(*m_page);
+    page.setBackgroundPrinted(m_isBackgroundPrinted);
+    return page.print(printer, painter);
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "render/page/PageSet.h"
+
+class QPainter;
+class QPrinter;
+struct PrintSheet;
+
+/// The page of a sheet, laid out and printed as the application's own preview does it. The database
+/// must be open.
+class SheetPage
+{
+public:
+    /// Lays the sheet's document out on its blank; false if one of the two can't be read.
+    bool build(const PrintSheet& sheet);
+
+    /// Prints the page that was built last, as often as wanted. False if the printer refuses it.
+    bool print(QPrinter& printer, QPainter& painter);
+
+private:
+    PageSet m_pages;
+    PageBuilder* m_page = nullptr; // owned by the set
+    bool m_isBackgroundPrinted = false;
+};
