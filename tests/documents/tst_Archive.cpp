@@ -66,6 +66,8 @@ private slots:
     void restoreOfTextFile();
     void restoreOfAnotherDatabase();
     void restoredDatabaseCanBeWritten();
+    void restoreOfAReadOnlyArchive();
+    void restoreEmptiesThePane();
 
 private:
     void trigger(const QString& text);
@@ -451,6 +453,35 @@ void tst_Archive::restoredDatabaseCanBeWritten()
         runProcess("sqlite3", {m_app->path("docs.db"), "SELECT LNAME FROM docs ORDER BY ID"});
     QCOMPARE(read.out, QByteArray("Архивная\nНовая\n"));
     QCOMPARE(bytes(archive), saved);
+}
+
+void tst_Archive::restoreOfAReadOnlyArchive()
+{
+    const QString archive = makeArchive("a.zlv", "Архивная");
+    QVERIFY(QFile::setPermissions(archive, QFile::ReadOwner | QFile::ReadGroup));
+    restore(archive);
+    // The permissions themselves, since for some users they do not count.
+    const QFile::Permissions restored = QFile::permissions(m_app->path("docs.db"));
+    QVERIFY(restored & QFile::ReadOwner);
+    QVERIFY(restored & QFile::WriteOwner);
+    QVERIFY(!(restored & (QFile::ReadOther | QFile::WriteOther)));
+    QVERIFY(!(QFile::permissions(archive) & QFile::WriteOwner));
+    QCOMPARE(surnames(), QStringList{"Архивная"});
+}
+
+void tst_Archive::restoreEmptiesThePane()
+{
+    auto* pane = m_window->findChild<QTableWidget*>("contentWidget");
+    QCOMPARE(pane->rowCount(), 4);
+    // The rows go without a selection that goes with them.
+    list()->setSelectionMode(QAbstractItemView::NoSelection);
+    list()->selectionModel()->select(QItemSelection(), QItemSelectionModel::Clear);
+    m_window->selChange();
+    pane->setRowCount(2); // as something left it
+    writeFile(m_app->path("text.zlv"), "Это не база данных.");
+    restore(m_app->path("text.zlv"));
+    QCOMPARE(list()->rowCount(), 0);
+    QCOMPARE(pane->rowCount(), 0);
 }
 
 // Run as "tst_Archive --save DIRECTORY TARGET" it only saves: the half of a test that needs a
