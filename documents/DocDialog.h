@@ -46,8 +46,9 @@ public slots:
     void onDone();
     void onTextEdit();
     void onTalbeEdit();
-    /// Starts the content afresh from the form now chosen; what was entered is lost.
-    void onDocTypeCgange();
+    /// Starts the content afresh from the form now chosen, whatever index of the combo is given;
+    /// what was entered is lost.
+    void onDocTypeCgange(int index = -1);
 
 private:
     void showContent();
