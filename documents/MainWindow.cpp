@@ -96,6 +96,23 @@ void setTableColours(QTableWidget* table)
     table->setPalette(palette);
 }
 
+void setDocumentColumns(QTableWidget* table)
+{
+    constexpr int usualDefault = 100; // pixels; the toolkit's grows with the fonts of the desktop
+    QHeaderView* header = table->horizontalHeader();
+    table->ensurePolished();
+    const int margins =
+        2 * (table->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, table) + 1);
+    constexpr int grid = 1;
+    // The last column takes what the others leave, but never less than a date.
+    const int date = table->fontMetrics().horizontalAdvance("0000-00-00") + margins + grid;
+    header->setMinimumSectionSize(date);
+    header->setDefaultSectionSize(usualDefault);
+    table->setColumnWidth(0, 400);
+    table->setColumnWidth(2, 128);
+    table->setColumnWidth(3, date);
+}
+
 } // namespace
 
 MainWindow::MainWindow(QWidget* parent)
@@ -434,10 +451,7 @@ void MainWindow::setupTables()
     ui->docsWidget->setItemDelegate(new CellTextDelegate(ui->docsWidget));
     ui->docsWidget->verticalHeader()->setDefaultSectionSize(plainRowHeight);
     fitRows(ui->contentWidget);
-    ui->docsWidget->setColumnWidth(0, 400);
-    ui->docsWidget->setColumnWidth(2, 128);
-    // The last column takes what the others leave, but never less than a width of its own.
-    ui->docsWidget->setColumnWidth(3, ui->docsWidget->horizontalHeader()->minimumSectionSize());
+    setDocumentColumns(ui->docsWidget);
     ui->contentWidget->setColumnWidth(0, 224);
 }
 

@@ -115,6 +115,7 @@ private slots:
     void cutCellsHaveTips();
     void elidedHeadingsHaveTips();
     void dateOfIssueIsWhole();
+    void dateOfIssueIsWholeAtLargerFonts();
     void typesAreReloaded();
     void failedTypesLeaveMapAndCombo();
     void noDatabase();
@@ -940,14 +941,32 @@ void tst_MainWindow::elidedHeadingsHaveTips()
 
 void tst_MainWindow::dateOfIssueIsWhole()
 {
-    addSample();
+    for (int i = 0; i < 10; ++i) {
+        addSample(); // enough for a scroll bar
+    }
+    // A test takes the desktop's fonts for those of 96 dpi, which the program does not.
+    QCoreApplication::setAttribute(Qt::AA_Use96Dpi, false);
     open();
+    QCoreApplication::setAttribute(Qt::AA_Use96Dpi, true);
     m_window->show();
     const int needed = list()->fontMetrics().horizontalAdvance("2024-06-20");
     constexpr int textMargin = 3; // of a cell, on each side
     const QRect cell = list()->visualItemRect(list()->item(0, 3));
     QVERIFY(cell.width() >= needed + 2 * textMargin);
     QVERIFY(list()->viewport()->rect().contains(cell));
+}
+
+// The fonts of the desktop are read once, at the start of a program.
+void tst_MainWindow::dateOfIssueIsWholeAtLargerFonts()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_FONT_DPI", "144");
+    QProcess larger;
+    larger.setProcessEnvironment(environment);
+    larger.start(QCoreApplication::applicationFilePath(), {"dateOfIssueIsWhole"});
+    QVERIFY(larger.waitForFinished());
+    QVERIFY2(larger.exitStatus() == QProcess::NormalExit && larger.exitCode() == 0,
+             larger.readAllStandardOutput().constData());
 }
 
 void tst_MainWindow::typesAreReloaded()
