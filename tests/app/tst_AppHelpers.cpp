@@ -26,6 +26,7 @@ private slots:
     void questionClosed();
     void questionByKey_data();
     void questionByKey();
+    void defaultOfAQuestionIsSeen();
     void styleIsReadFromTheResource();
     void missingStyleLeavesTheTextAlone();
     void windowJoinsBaseAndOwnStyle();
@@ -108,6 +109,24 @@ void tst_AppHelpers::questionByKey()
         QCOMPARE(no->text(), QString("Нет"));
         QVERIFY(no->isDefault());
         QTest::keyClick(box->focusWidget(), key);
+    });
+    QVERIFY(!askYesNo("Удалить форму?", &parent));
+    QVERIFY2(driver.finished(), driver.failures());
+}
+
+void tst_AppHelpers::defaultOfAQuestionIsSeen()
+{
+    QVERIFY(loadBaseStyle());
+    QWidget parent;
+    applyBaseStyle(&parent);
+    ModalDriver driver;
+    driver.expect<QMessageBox>([](QMessageBox* box) {
+        const auto buttons = box->buttons();
+        for (QAbstractButton* button : buttons) {
+            const QColor ground = button->grab().toImage().pixelColor(8, button->height() / 2);
+            QCOMPARE(ground, QColor(button->text() == "Нет" ? "#7C99FF" : "#FFFFFF"));
+        }
+        box->reject();
     });
     QVERIFY(!askYesNo("Удалить форму?", &parent));
     QVERIFY2(driver.finished(), driver.failures());
