@@ -81,9 +81,9 @@ void ExportDlg::setDocsQuery(const QString& query)
 
 void ExportDlg::loadTemplates()
 {
+    ui->templatesWidget->setRowCount(0); // which empties the other widgets
     loadingFields = true;
     loadingTemplate = true;
-    ui->templatesWidget->setRowCount(0);
     QSqlQuery query;
     query.setForwardOnly(true);
     if (!query.exec("SELECT * FROM export;")) {
