@@ -40,7 +40,10 @@ bool askYesNo(const QString& text, QWidget* parent)
     box.setWindowTitle("Zelvora");
     box.setText(text);
     const QPushButton* yes = box.addButton("Да", QMessageBox::AcceptRole);
-    box.addButton("Нет", QMessageBox::RejectRole);
+    QPushButton* no = box.addButton("Нет", QMessageBox::RejectRole);
+    // What can't be taken back is never done by a stray key.
+    box.setDefaultButton(no);
+    box.setEscapeButton(no);
     box.exec();
     return box.clickedButton() == static_cast<const QAbstractButton*>(yes);
 }

@@ -21,5 +21,6 @@ void setAppDirPath(const QString& path);
 /// Full path of a file below the application directory: its path, "/" and `relative`.
 QString appFilePath(const QString& relative);
 
-/// Asks a question in a modal box with "Да" and "Нет"; true only if "Да" was clicked.
+/// Asks a question in a modal box with "Да" and "Нет"; true only if "Да" was clicked. Enter and
+/// Escape mean "Нет".
 bool askYesNo(const QString& text, QWidget* parent);

@@ -3,12 +3,13 @@
 #include <QCalendarWidget>
 #include <QFile>
 #include <QHeaderView>
-#include <QTableView>
+#include <QTableWidget>
 #include <QTextCharFormat>
 #include <QTextStream>
 #include <QToolButton>
 
 #include "app/widgets/CellTextDelegate.h"
+#include "app/widgets/HeadingTips.h"
 
 QString baseStyleSheet;
 
@@ -31,6 +32,9 @@ void applyBaseStyle(QWidget* window)
     // and headers and scroll bars, polished while the form was built, would keep older rules.
     window->ensurePolished();
     window->setStyleSheet(baseStyleSheet + "\r\n" + window->styleSheet());
+    for (const QTableWidget* table : window->findChildren<QTableWidget*>()) {
+        HeadingTips::install(table->horizontalHeader());
+    }
 }
 
 void setStyledFixedHeight(QWidget* widget, int height)

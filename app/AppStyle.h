@@ -14,7 +14,8 @@ extern QString baseStyleSheet;
 bool loadBaseStyle();
 
 /// Joins the base style sheet and the window's own one, in this order, and sets the result on the
-/// window. Each window calls it once in its constructor, after its form is set up.
+/// window. Each window calls it once in its constructor, after its form is set up. Column headings
+/// of its tables that don't fit are elided, with the whole text as a tool tip.
 void applyBaseStyle(QWidget* window);
 
 /// Gives a widget of a styled window this height in pixels, whatever minimum the style sheets say.

@@ -39,5 +39,11 @@ bool replaceDatabase(const QString& archive)
     dataBase.close();
     QFile::remove(backup);
     QFile::rename(livePath(), backup);
-    return QFile::copy(archive, livePath());
+    if (!QFile::copy(archive, livePath())) {
+        return false;
+    }
+    // The copy of an archive that must not be written would not let itself be written either.
+    QFile::setPermissions(livePath(), QFile::permissions(livePath()) | QFileDevice::ReadOwner |
+                                          QFileDevice::WriteOwner);
+    return true;
 }

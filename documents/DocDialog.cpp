@@ -135,7 +135,7 @@ void DocDialog::onTalbeEdit()
     runTableEditor(qobject_cast<ZelvoraTableButton*>(sender()), this);
 }
 
-void DocDialog::onDocTypeCgange()
+void DocDialog::onDocTypeCgange(int)
 {
     if (buildContent(ui->docTypeCmb->currentData(), &m_content)) {
         showContent();

@@ -47,8 +47,9 @@ public slots:
     void onTextEdit();
     // kept: onTalbeEdit and onDocTypeCgange are so written.
     void onTalbeEdit();
-    /// Starts the content afresh from the form now chosen; what was entered is lost.
-    void onDocTypeCgange();
+    /// Starts the content afresh from the form now chosen, whatever index of the combo is given;
+    /// what was entered is lost.
+    void onDocTypeCgange(int index = -1);
 
 private:
     void showContent();

@@ -15,6 +15,7 @@
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
 #include "app/widgets/CellTextDelegate.h"
+#include "app/widgets/CurrentRowGuard.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/TableItems.h"
 #include "blanks/BlankDlg.h"
@@ -50,7 +51,7 @@ const char* const toolBarStyle = "QToolButton {"
                                  "              }";
 
 /// Keeps sorting off while a slot works on rows by index; the list is sorted once at its end,
-/// whatever way out the slot takes.
+/// whatever way out the slot takes, and then scrolled to the current row if that is wanted.
 class SortingPause
 {
 public:
@@ -59,12 +60,21 @@ public:
     {
         m_table->setSortingEnabled(false);
     }
-    ~SortingPause() { m_table->setSortingEnabled(true); }
+    ~SortingPause()
+    {
+        m_table->setSortingEnabled(true);
+        if (m_showsCurrent) {
+            m_table->scrollTo(m_table->currentIndex());
+        }
+    }
     SortingPause(const SortingPause&) = delete;
     SortingPause& operator=(const SortingPause&) = delete;
 
+    void showCurrentAtEnd() { m_showsCurrent = true; }
+
 private:
     QTableWidget* m_table;
+    bool m_showsCurrent = false;
 };
 
 /// Shows a document in the dialog; true if the user left something to be stored.
@@ -85,6 +95,23 @@ void setTableColours(QTableWidget* table)
     // White on the pale selection colour could hardly be read.
     palette.setColor(QPalette::HighlightedText, QColor("#404040"));
     table->setPalette(palette);
+}
+
+void setDocumentColumns(QTableWidget* table)
+{
+    constexpr int usualDefault = 100; // pixels; the toolkit's grows with the fonts of the desktop
+    QHeaderView* header = table->horizontalHeader();
+    table->ensurePolished();
+    const int margins =
+        2 * (table->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, table) + 1);
+    constexpr int grid = 1;
+    // The last column takes what the others leave, but never less than a date.
+    const int date = table->fontMetrics().horizontalAdvance("0000-00-00") + margins + grid;
+    header->setMinimumSectionSize(date);
+    header->setDefaultSectionSize(usualDefault);
+    table->setColumnWidth(0, 400);
+    table->setColumnWidth(2, 128);
+    table->setColumnWidth(3, date);
 }
 
 } // namespace
@@ -113,6 +140,8 @@ MainWindow::~MainWindow() = default;
 void MainWindow::updateDocsTable(const QString& query)
 {
     ui->docsWidget->setRowCount(0);
+    ui->docsWidget->setNotice(QString());
+    ui->contentWidget->setRowCount(0); // also if no selection goes with the rows
     QSqlQuery documents;
     documents.setForwardOnly(true);
     if (!documents.exec("PRAGMA case_sensitive_like = false;") ||
@@ -123,6 +152,9 @@ void MainWindow::updateDocsTable(const QString& query)
     }
     fillDocumentList(ui->docsWidget, documents);
     ui->docsWidget->setCurrentCell(0, 0);
+    if (!query.isEmpty()) {
+        ui->docsWidget->setNotice("Ничего не найдено"); // as long as there is no row
+    }
 }
 
 void MainWindow::loadDocTypes()
@@ -209,7 +241,7 @@ void MainWindow::saveData()
 
 void MainWindow::onNewDoc()
 {
-    const SortingPause pause(ui->docsWidget);
+    SortingPause pause(ui->docsWidget);
     NewDocDlg dialog(this);
     if (dialog.exec() != QDialog::Accepted || dialog.docType() < 1) {
         return;
@@ -217,12 +249,13 @@ void MainWindow::onNewDoc()
     const QVariant id = insertDocument(dialog);
     if (id.isValid()) {
         insertRow(ui->docsWidget->rowCount(), id, dialog);
+        pause.showCurrentAtEnd();
     }
 }
 
 void MainWindow::onEditDoc()
 {
-    const SortingPause pause(ui->docsWidget);
+    SortingPause pause(ui->docsWidget);
     const int row = ui->docsWidget->currentRow();
     const QVariant id = currentRowId();
     if (!id.isValid()) {
@@ -236,6 +269,7 @@ void MainWindow::onEditDoc()
     // Also after a refused update: the row then shows what was entered, and the database keeps
     // what it had.
     setDocumentListRow(ui->docsWidget, row, documentListRow(id, dialog));
+    pause.showCurrentAtEnd();
     selChange();
 }
 
@@ -278,7 +312,7 @@ void MainWindow::onPrintDoc()
 
 void MainWindow::onCopyDoc()
 {
-    const SortingPause pause(ui->docsWidget);
+    SortingPause pause(ui->docsWidget);
     const int row = ui->docsWidget->currentRow();
     const QVariant sourceId = currentRowId();
     if (!sourceId.isValid()) {
@@ -291,6 +325,7 @@ void MainWindow::onCopyDoc()
     const QVariant id = insertDocument(dialog);
     if (id.isValid()) {
         insertRow(row, id, dialog); // directly above its source
+        pause.showCurrentAtEnd();
     }
 }
 
@@ -413,17 +448,14 @@ void MainWindow::addToolBarAction(const QString& icon, const QString& text, Slot
 
 void MainWindow::setupTables()
 {
-    for (QTableWidget* table : {ui->docsWidget, ui->contentWidget}) {
-        setTableColours(table);
-    }
+    setTableColours(ui->docsWidget);
+    setTableColours(ui->contentWidget);
+    CurrentRowGuard::install(ui->docsWidget);
     // The list may be long: its rows have one line each.
     ui->docsWidget->setItemDelegate(new CellTextDelegate(ui->docsWidget));
     ui->docsWidget->verticalHeader()->setDefaultSectionSize(plainRowHeight);
     fitRows(ui->contentWidget);
-    ui->docsWidget->setColumnWidth(0, 400);
-    ui->docsWidget->setColumnWidth(2, 128);
-    // The last column takes what the others leave, but never less than a width of its own.
-    ui->docsWidget->setColumnWidth(3, ui->docsWidget->horizontalHeader()->minimumSectionSize());
+    setDocumentColumns(ui->docsWidget);
     ui->contentWidget->setColumnWidth(0, 224);
 }
 
@@ -433,6 +465,12 @@ void MainWindow::connectSignals()
     connect(ui->actionBlanks, &QAction::triggered, this, &MainWindow::showBlanks);
     connect(ui->docsWidget, &QTableWidget::itemDoubleClicked, this, &MainWindow::onEditDoc);
     connect(ui->docsWidget, &QTableWidget::itemSelectionChanged, this, &MainWindow::selChange);
+    // Comes when the rows have been sorted.
+    connect(ui->docsWidget->horizontalHeader(), &QHeaderView::sectionClicked, this,
+            [this](int column) {
+                const QModelIndex current = ui->docsWidget->currentIndex();
+                ui->docsWidget->scrollTo(current.sibling(current.row(), column));
+            });
     for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
         new QShortcut(key, ui->docsWidget, this, &MainWindow::onEditDoc, Qt::WidgetShortcut);
     }

@@ -4,6 +4,7 @@
 #include <QSqlQuery>
 
 #include "app/AppStyle.h"
+#include "app/widgets/CurrentRowGuard.h"
 #include "app/widgets/WheelGuard.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
@@ -54,6 +55,7 @@ NewDocDlg::NewDocDlg(QWidget* parent)
 
     clearFocus();
     loadTemplates();
+    CurrentRowGuard::install(ui->templatesList);
 }
 
 NewDocDlg::~NewDocDlg() = default;
@@ -66,7 +68,7 @@ void NewDocDlg::onDone()
     saveContentTable(&m_content, ui->contentTable);
 }
 
-void NewDocDlg::onDocTypeCgange()
+void NewDocDlg::onDocTypeCgange(int)
 {
     ui->mainFrame->setEnabled(true);
     const QDate today = QDate::currentDate();

@@ -26,9 +26,10 @@ public:
 public slots:
     /// Takes the values from the widgets.
     void onDone();
-    /// Starts the content afresh from the form now chosen and resets the three dates.
+    /// Starts the content afresh from the form now chosen, whatever index of the combo is given,
+    /// and resets the three dates.
     // kept: so written.
-    void onDocTypeCgange();
+    void onDocTypeCgange(int index = -1);
     /// Asks for a name, lets the user confirm the values and stores them as a template.
     void addTemplate();
     /// Deletes the current template without a question.

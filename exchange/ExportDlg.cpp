@@ -16,6 +16,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/widgets/CurrentRowGuard.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/TableItems.h"
 #include "exchange/DocumentExport.h"
@@ -58,6 +59,8 @@ ExportDlg::ExportDlg(QWidget* parent)
     fitRows(ui->fieldsWidget);
     ui->fromRow->setValidator(new QIntValidator(1, 999, ui->fromRow));
     ui->toRow->setValidator(new QIntValidator(1, 999, ui->toRow));
+    CurrentRowGuard::install(ui->templatesWidget);
+    CurrentRowGuard::install(ui->fieldsWidget);
     connectWidgets();
 
     ui->importButton->setFocus();
@@ -78,9 +81,9 @@ void ExportDlg::setDocsQuery(const QString& query)
 
 void ExportDlg::loadTemplates()
 {
+    ui->templatesWidget->setRowCount(0); // which empties the other widgets
     loadingFields = true;
     loadingTemplate = true;
-    ui->templatesWidget->setRowCount(0);
     QSqlQuery query;
     query.setForwardOnly(true);
     if (!query.exec("SELECT * FROM export;")) {
@@ -115,11 +118,15 @@ void ExportDlg::loadFields(const QJsonObject& object)
 {
     loadingFields = true;
     const RowFitPause pause(ui->fieldsWidget);
-    ui->fieldsWidget->setRowCount(0);
     const QVector<ExchangeItem> items = exchangeItems(object);
+    // Rows are kept where their number stays: the keyboard may be in an editor in one of them.
+    if (ui->fieldsWidget->rowCount() != items.size()) {
+        ui->fieldsWidget->setRowCount(0);
+        ui->fieldsWidget->setRowCount(items.size());
+    }
     for (int i = 0; i < items.size(); ++i) {
-        appendRow(ui->fieldsWidget,
-                  {makeTableItem(items[i].column, i), makeTableItem(items[i].tag)});
+        showInCell(ui->fieldsWidget, i, 0, items[i].column, i);
+        showInCell(ui->fieldsWidget, i, 1, items[i].tag);
     }
     loadingFields = false;
 }
@@ -160,9 +167,15 @@ void ExportDlg::deleteTemplate()
         logSqlFailure("error delete from export ", query);
         return;
     }
+    const QVariant deletedId = item->data(Qt::UserRole);
     const int row = item->row();
+    // No neighbour but the next one is shown, not even on the way.
+    ui->templatesWidget->setCurrentIndex(QModelIndex());
     ui->templatesWidget->removeRow(row);
     ui->templatesWidget->setCurrentCell(row, 0);
+    if (!currentRowItem(ui->templatesWidget)) {
+        currentTemplateId = deletedId; // kept: nothing is found under it any more
+    }
 }
 
 void ExportDlg::editTemplate()
@@ -237,6 +250,7 @@ void ExportDlg::selChange()
 {
     const QTableWidgetItem* item = currentRowItem(ui->templatesWidget);
     if (!item) {
+        showNoTemplate();
         return;
     }
     currentTemplateId = item->data(Qt::UserRole);
@@ -252,6 +266,7 @@ void ExportDlg::selChange()
     query.next();
     showTemplate(query.value("TEMPLATE").toString(), query.value("FROM_ROW").toString(),
                  query.value("TO_ROW").toString(), query.value("DATE_FORMAT").toString());
+    ui->fieldsWidget->setRowCount(0); // no row of the former template stays current
     loadFields(parseJsonColumn(query.value("FIELDS")));
 }
 
@@ -355,6 +370,13 @@ void ExportDlg::showTemplate(const QString& workbook, const QString& from, const
     ui->toRow->setText(to);
     ui->dateFormat->setText(dates);
     loadingTemplate = false;
+}
+
+void ExportDlg::showNoTemplate()
+{
+    currentTemplateId = -1;
+    showTemplate(QString(), QString(), QString(), QString());
+    loadFields(QJsonObject());
 }
 
 bool ExportDlg::changeItems(const JsonLogLines& log, QJsonDocument::JsonFormat format,

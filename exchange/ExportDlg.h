@@ -48,7 +48,7 @@ public slots:
     void deleteField();
     /// Stores the mapping's current row as it was edited in place.
     void editField();
-    /// Shows the template that became current.
+    /// Shows the template that became current, or empties the widgets if none is.
     void selChange();
     /// Asks for the workbook to fill; cancelling clears its path.
     void tmpFileClicked();
@@ -74,6 +74,7 @@ private:
     void connectWidgets();
     void showTemplate(const QString& workbook, const QString& from, const QString& to,
                       const QString& dates);
+    void showNoTemplate();
     bool changeItems(const JsonLogLines& log, QJsonDocument::JsonFormat format,
                      const JsonArrayChange& change);
     void exportDocuments(QSqlQuery& templateQuery, QSqlQuery& documents);

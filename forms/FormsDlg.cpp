@@ -2,11 +2,13 @@
 
 #include <QDebug>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QSqlQuery>
 #include <QTableWidget>
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/widgets/CurrentRowGuard.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/TableItems.h"
 #include "forms/FieldEditDlg.h"
@@ -62,6 +64,11 @@ FormsDlg::FormsDlg(QWidget* parent)
         table->verticalHeader()->setDefaultSectionSize(plainRowHeight);
     }
 
+    for (QTableWidget* table :
+         {ui->formsWidget, ui->fieldsWidget, ui->listsWidget, ui->itemsWidget}) {
+        CurrentRowGuard::install(table);
+    }
+
     connect(ui->addFrmBtn, &QPushButton::clicked, this, &FormsDlg::addForm);
     connect(ui->delFrmBtn, &QPushButton::clicked, this, &FormsDlg::deleteForm);
     connect(ui->formsWidget, &QTableWidget::doubleClicked, this, &FormsDlg::editForm);
@@ -106,6 +113,7 @@ void FormsDlg::addForm()
     ui->formsWidget->insertRow(row);
     ui->formsWidget->setItem(row, 0, makeTableItem(dialog.formName(), query.lastInsertId()));
     ui->formsWidget->setItem(row, 1, makeTableItem(dialog.fullName()));
+    ui->formsWidget->scrollToBottom();
 }
 
 void FormsDlg::deleteForm()
@@ -230,6 +238,7 @@ void FormsDlg::addList()
     const int row = ui->listsWidget->rowCount();
     ui->listsWidget->insertRow(row);
     ui->listsWidget->setItem(row, 0, makeTableItem(name, query.lastInsertId()));
+    ui->listsWidget->scrollToBottom();
 }
 
 void FormsDlg::deleteList()
@@ -274,6 +283,7 @@ void FormsDlg::listSelChange()
         qDebug() << list.error;
         return;
     }
+    ui->itemsWidget->setRowCount(0); // no row of the former list stays current
     drawItems(list.object["items"].toArray());
 }
 
@@ -292,7 +302,7 @@ void FormsDlg::addItem()
 
 void FormsDlg::editItem(QTableWidgetItem* item)
 {
-    // While the program itself fills the table, no row is current.
+    // What the program itself changes is never the current row.
     if (item->row() != ui->itemsWidget->currentRow()) {
         return;
     }
@@ -319,6 +329,17 @@ void FormsDlg::deleteItem()
     if (removed) {
         selectRow(ui->itemsWidget, position);
     }
+}
+
+void FormsDlg::keyPressEvent(QKeyEvent* event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && qobject_cast<QTableWidget*>(focusWidget())) {
+        // It may be pressed once more after an entry. Taken for a press of the default button it
+        // would close the window.
+        return;
+    }
+    QDialog::keyPressEvent(event);
 }
 
 void FormsDlg::fillForms()
@@ -393,9 +414,12 @@ void FormsDlg::drawFields(const QJsonArray& fields)
 void FormsDlg::drawItems(const QJsonArray& items)
 {
     QTableWidget* table = ui->itemsWidget;
-    table->setRowCount(0);
-    table->setRowCount(items.size());
+    // Rows are kept where their number stays: the keyboard may be in an editor in one of them.
+    if (table->rowCount() != items.size()) {
+        table->setRowCount(0);
+        table->setRowCount(items.size());
+    }
     for (int row = 0; row < items.size(); ++row) {
-        table->setItem(row, 0, makeTableItem(items[row].toString(), row));
+        showInCell(table, row, 0, items[row].toString(), row);
     }
 }

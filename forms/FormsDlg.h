@@ -45,6 +45,9 @@ public slots:
     /// Shows the items of the list that became current.
     void listSelChange();
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     void fillForms();
     void fillLists();

@@ -18,6 +18,27 @@ QString withoutBlanks(QString text)
     return text.remove(blanks);
 }
 
+/// The text of marks, in the order of `source`, the text that they print. Where a line was broken
+/// no blank is printed, though the reader sees one.
+QString joined(const QVector<TextMark>& marks, const QString& source)
+{
+    QString text;
+    int position = 0; // in the source
+    for (const TextMark& mark : marks) {
+        int begin = position;
+        while (begin < source.size() && source[begin].isSpace()) {
+            ++begin;
+        }
+        if (begin > position && !mark.text.isEmpty() && !mark.text[0].isSpace()) {
+            text += text.isEmpty() ? "" : " ";
+            position = begin;
+        }
+        text += mark.text;
+        position += mark.text.size();
+    }
+    return text;
+}
+
 /// What the toolkit's cells leave free at each side of a text.
 int marginOfCells(const QTableWidget& table)
 {
@@ -163,9 +184,7 @@ void TableCheck::addCell(QVector<Finding>& findings, int row, int column) const
     finding.rows << m_firstRow + row;
     finding.column = column + 1;
     finding.text = textAt(row, column);
-    for (const TextMark& mark : marksAt(row, column)) {
-        finding.printed += mark.text;
-    }
+    finding.printed = joined(marksAt(row, column), finding.text);
     if (withoutBlanks(finding.printed) != withoutBlanks(finding.text)) {
         finding.amount = missingWidth(row, column) * m_unitLength;
         if (finding.amount <= 0) {

@@ -147,7 +147,13 @@ bool DataBaseUpdater::applyPart(QDataStream& stream)
 {
     UpdatePart part;
     if (!readUpdatePart(stream, part)) {
-        return true; // cut off: as if the file had ended before this part
+        // Cut off: as if the file had ended before this part. A statement that is no text at all
+        // fails, whatever is to be ignored, since nothing behind it can be read either.
+        const bool isCutOff = stream.status() != QDataStream::ReadCorruptData;
+        if (!isCutOff) {
+            m_lastError = "Ошибка выполнения запроса;\nSqlError: файл обновления повреждён";
+        }
+        return isCutOff;
     }
     const QJsonObject json = parseUpdateJson(part.json);
     if (!isNewerVersion(m_currentVersion, json.value("version").toString())) {
@@ -238,7 +244,7 @@ bool DataBaseUpdater::updateFormExistDocuments(const QVariant& formId, const QJs
         QJsonParseError parsed{};
         const QByteArray stored = documents.value("CONTENT").toByteArray();
         const QJsonDocument document = QJsonDocument::fromJson(stored, &parsed);
-        if (!document.isObject()) {
+        if (parsed.error != QJsonParseError::NoError) {
             qDebug() << "DataBaseUpdater::updateFormExistDocuments(). JsonError: " +
                             parsed.errorString();
             continue;

@@ -23,7 +23,8 @@ struct UpdatePackage
     QVector<UpdatePart> parts;
 };
 
-/// Reads one part. False if its three values could not be read whole: the package was cut off.
+/// Reads one part. False if its three values could not be read whole: the package was cut off, or
+/// the stream's status is ReadCorruptData, since a string has an odd number of bytes.
 bool readUpdatePart(QDataStream& stream, UpdatePart& part);
 
 /// Writes one part.

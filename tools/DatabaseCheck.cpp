@@ -261,6 +261,10 @@ void DatabaseCheck::checkBlanks()
             continue; // never opened in the editor
         }
         const QString place = row + ", CONTENT";
+        const QJsonObject page = objectIn(query.value(3), place);
+        if (!page.contains("fields")) {
+            continue; // an empty page
+        }
         const QJsonArray items = arrayIn(query.value(3), "fields", place);
         for (int i = 0; i < items.size(); i++) {
             if (!items[i].isObject()) {

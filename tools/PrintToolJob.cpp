@@ -43,5 +43,9 @@ void PrintToolJob::reportUnwritable(const QString& path)
 
 void PrintToolJob::reportNoPrinter()
 {
-    report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer());
+    const QStringList printers = QPrinterInfo::availablePrinterNames();
+    const QString choice = printers.isEmpty()
+                               ? QString()
+                               : inUserLanguage(", есть: ", ", there are: ") + printers.join(", ");
+    report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer() + choice);
 }

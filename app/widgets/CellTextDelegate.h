@@ -3,7 +3,8 @@
 #include <QStyledItemDelegate>
 
 /// Lays out no more of a text than a cell can show: laying out megabytes takes seconds, at each
-/// repaint and each fit of a row to its text. The item, and so its editor, keeps the whole text.
+/// repaint and each fit of a row to its text. The item, and so its editor, keeps the whole text. A
+/// cell that cuts its text has it as a tool tip.
 class CellTextDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -12,4 +13,6 @@ public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
     QString displayText(const QVariant& value, const QLocale& locale) const override;
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
 };

@@ -15,8 +15,8 @@
 #include <cmath>
 #include <limits>
 
-#include "render/page/PageUnits.h"
 #include "preflight/LengthText.h"
+#include "render/page/PageUnits.h"
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTextCharFormat>
 #include <QToolButton>
 
@@ -23,6 +24,9 @@ private slots:
     void question_data();
     void question();
     void questionClosed();
+    void questionByKey_data();
+    void questionByKey();
+    void defaultOfAQuestionIsSeen();
     void styleIsReadFromTheResource();
     void missingStyleLeavesTheTextAlone();
     void windowJoinsBaseAndOwnStyle();
@@ -82,6 +86,49 @@ void tst_AppHelpers::questionClosed()
     ModalDriver driver;
     driver.expect<QMessageBox>([](QMessageBox* box) { QTest::keyClick(box, Qt::Key_Escape); });
     QVERIFY(!askYesNo("Удалить форму?", nullptr));
+    QVERIFY2(driver.finished(), driver.failures());
+}
+
+void tst_AppHelpers::questionByKey_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Return") << Qt::Key_Return;
+    QTest::newRow("Enter") << Qt::Key_Enter;
+    QTest::newRow("Space") << Qt::Key_Space;
+    QTest::newRow("Escape") << Qt::Key_Escape;
+}
+
+void tst_AppHelpers::questionByKey()
+{
+    QFETCH(Qt::Key, key);
+    QWidget parent;
+    ModalDriver driver;
+    driver.expect<QMessageBox>([key](QMessageBox* box) {
+        const auto* no = qobject_cast<QPushButton*>(box->focusWidget());
+        QVERIFY(no);
+        QCOMPARE(no->text(), QString("Нет"));
+        QVERIFY(no->isDefault());
+        QTest::keyClick(box->focusWidget(), key);
+    });
+    QVERIFY(!askYesNo("Удалить форму?", &parent));
+    QVERIFY2(driver.finished(), driver.failures());
+}
+
+void tst_AppHelpers::defaultOfAQuestionIsSeen()
+{
+    QVERIFY(loadBaseStyle());
+    QWidget parent;
+    applyBaseStyle(&parent);
+    ModalDriver driver;
+    driver.expect<QMessageBox>([](QMessageBox* box) {
+        const auto buttons = box->buttons();
+        for (QAbstractButton* button : buttons) {
+            const QColor ground = button->grab().toImage().pixelColor(8, button->height() / 2);
+            QCOMPARE(ground, QColor(button->text() == "Нет" ? "#7C99FF" : "#FFFFFF"));
+        }
+        box->reject();
+    });
+    QVERIFY(!askYesNo("Удалить форму?", &parent));
     QVERIFY2(driver.finished(), driver.failures());
 }
 

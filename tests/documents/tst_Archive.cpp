@@ -66,6 +66,8 @@ private slots:
     void restoreOfTextFile();
     void restoreOfAnotherDatabase();
     void restoredDatabaseCanBeWritten();
+    void restoreOfAReadOnlyArchive();
+    void restoreEmptiesThePane();
 
 private:
     void trigger(const QString& text);
@@ -453,14 +455,54 @@ void tst_Archive::restoredDatabaseCanBeWritten()
     QCOMPARE(bytes(archive), saved);
 }
 
-// Run as "tst_Archive --save DIRECTORY TARGET" it only saves: the half of a test that needs a
-// process of its own.
+void tst_Archive::restoreOfAReadOnlyArchive()
+{
+    const QString archive = makeArchive("a.zlv", "Архивная");
+    QVERIFY(QFile::setPermissions(archive, QFile::ReadOwner));
+    QStringList command = {QCoreApplication::applicationFilePath(), "--restore", m_app->path(),
+                           archive};
+    if (QFile(archive).open(QIODevice::ReadWrite)) {
+        // For who may write everything all files look writable.
+        const QString setpriv = QStandardPaths::findExecutable("setpriv");
+        if (setpriv.isEmpty()) {
+            QSKIP("this user may write everything");
+        }
+        command = QStringList{setpriv, "--bounding-set", "-dac_override"} + command;
+    }
+    const ProcessResult restored = runProcess(command.takeFirst(), command);
+    QVERIFY2(restored.exitCode == 0, restored.err.constData());
+    QVERIFY(QFile::permissions(m_app->path("docs.db")) & QFile::WriteOwner);
+    QVERIFY(!(QFile::permissions(archive) & QFile::WriteOwner));
+    QCOMPARE(bytes(m_app->path("docs.db")), bytes(archive));
+}
+
+void tst_Archive::restoreEmptiesThePane()
+{
+    auto* pane = m_window->findChild<QTableWidget*>("contentWidget");
+    QCOMPARE(pane->rowCount(), 4);
+    // The rows go without a selection that goes with them.
+    list()->setSelectionMode(QAbstractItemView::NoSelection);
+    list()->selectionModel()->select(QItemSelection(), QItemSelectionModel::Clear);
+    m_window->selChange();
+    pane->setRowCount(2); // as something left it
+    writeFile(m_app->path("text.zlv"), "Это не база данных.");
+    restore(m_app->path("text.zlv"));
+    QCOMPARE(list()->rowCount(), 0);
+    QCOMPARE(pane->rowCount(), 0);
+}
+
+// Run as "tst_Archive --save DIRECTORY TARGET" it only saves, with "--restore" it only restores:
+// the half of a test that needs a process of its own.
 int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
     if (argc == 4 && std::strcmp(argv[1], "--save") == 0) {
         setAppDirPath(QString::fromLocal8Bit(argv[2]));
         return saveArchive(QString::fromLocal8Bit(argv[3])) ? 0 : 1;
+    }
+    if (argc == 4 && std::strcmp(argv[1], "--restore") == 0) {
+        setAppDirPath(QString::fromLocal8Bit(argv[2]));
+        return replaceDatabase(QString::fromLocal8Bit(argv[3])) ? 0 : 1;
     }
     tst_Archive test;
     return QTest::qExec(&test, argc, argv);

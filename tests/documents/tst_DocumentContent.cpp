@@ -9,6 +9,7 @@
 #include "DocumentFixture.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
+#include "documents/NewDocDlg.h"
 #include "documents/ZelvoraTableButton.h"
 #include "documents/ZelvoraTextButton.h"
 #include "forms/FormDefinitions.h"
@@ -79,6 +80,7 @@ private slots:
 
     void tableLooks();
     void rowsInOrderOfTheTags();
+    void typeChangeTakesTheIndex();
     void captionCarriesTheTag();
     void rebuiltWithoutLeftovers();
     void longValuesGetTallerRows();
@@ -276,6 +278,26 @@ void tst_DocumentContent::rowsInOrderOfTheTags()
         tags << tableOf(dialog)->item(row, 0)->data(Qt::UserRole).toString();
     }
     QCOMPARE(tags, QStringList({"#A", "#AB", "#M", "#Z"}));
+}
+
+void tst_DocumentContent::typeChangeTakesTheIndex()
+{
+    TempApplication app;
+    addForm(app, "Первая", {formField("#A", "А", 0)});
+    const int second = addForm(app, "Вторая", {formField("#B", "Б", 0), formField("#C", "В", 0)});
+    DocDialog document;
+    document.setDocType(second);
+    NewDocDlg created;
+    QComboBox* types = named<QComboBox>(&created, "docTypeCmb");
+    types->setCurrentIndex(types->findData(second));
+    for (QDialog* dialog : {static_cast<QDialog*>(&document), static_cast<QDialog*>(&created)}) {
+        auto* table = named<QTableWidget>(dialog, "contentTable");
+        table->item(0, 1)->setText("введено");
+        // The form is the one that is chosen, whatever index comes.
+        QVERIFY(QMetaObject::invokeMethod(dialog, "onDocTypeCgange", Q_ARG(int, 0)));
+        QCOMPARE(table->rowCount(), 2);
+        QCOMPARE(table->item(0, 1)->text(), QString());
+    }
 }
 
 void tst_DocumentContent::captionCarriesTheTag()

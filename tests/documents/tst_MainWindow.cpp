@@ -26,7 +26,9 @@
 #include "forms/FormDefinitions.h"
 #include "store/DataBase.h"
 #include "support/LogCatcher.h"
+#include "support/ModalDriver.h"
 #include "support/TempApplication.h"
+#include "support/Widgets.h"
 
 namespace {
 
@@ -105,6 +107,15 @@ private slots:
     void applyAndResetByMouse();
     void resetKeepsDatesAndQuery();
     void apostropheEmptiesTheList();
+    void filterWithoutAResultSaysSo();
+    void emptyListEmptiesThePane();
+    void rowReachedByTabIsNotPicked();
+    void severalRowsKeepASelectedCurrentOne();
+    void headingKeepsTheSelectedRowInSight();
+    void cutCellsHaveTips();
+    void elidedHeadingsHaveTips();
+    void dateOfIssueIsWhole();
+    void dateOfIssueIsWholeAtLargerFonts();
     void typesAreReloaded();
     void failedTypesLeaveMapAndCombo();
     void noDatabase();
@@ -774,6 +785,188 @@ void tst_MainWindow::apostropheEmptiesTheList()
 
     find<QToolButton>("filterResetBtn")->click();
     QCOMPARE(list()->rowCount(), 4);
+}
+
+void tst_MainWindow::filterWithoutAResultSaysSo()
+{
+    addSample();
+    open();
+    m_window->show();
+    // Pixels of the list's area that are neither its ground nor pale.
+    const auto ink = [this] {
+        const QImage shown = list()->viewport()->grab().toImage();
+        int dark = 0;
+        for (int y = 0; y < shown.height(); ++y) {
+            for (int x = 0; x < shown.width(); ++x) {
+                dark += qGray(shown.pixel(x, y)) < 180 ? 1 : 0;
+            }
+        }
+        return dark;
+    };
+    filterBy("Нет такой", "", -1, false);
+    QCOMPARE(list()->rowCount(), 0);
+    const QImage shown = list()->viewport()->grab().toImage();
+    QVERIFY(ink() > 100);
+    QVERIFY(shown.pixelColor(5, 5) == QColor("#F7F8F9"));
+    // A filter that finds something, and one that can't be run at all.
+    filterBy("Smith", "", -1, false);
+    QCOMPARE(list()->rowCount(), 1);
+    filterBy("О'Нил", "", -1, false);
+    QCOMPARE(ink(), 0);
+    filterBy("Нет такой", "", -1, false);
+    QVERIFY(ink() > 100);
+    m_app->exec("DELETE FROM docs");
+    find<QToolButton>("filterResetBtn")->click();
+    QCOMPARE(ink(), 0); // nothing was sought
+}
+
+void tst_MainWindow::emptyListEmptiesThePane()
+{
+    addSample();
+    open();
+    m_window->show();
+    auto* pane = find<QTableWidget>("contentWidget");
+    for (const char* name : {"Нет такой", "О'Нил"}) {
+        filterBy("", "", -1, false);
+        QCOMPARE(pane->rowCount(), 4);
+        clickRow(list(), 0, Qt::ControlModifier); // takes it out of the selection
+        QCOMPARE(list()->selectedItems().size(), 0);
+        QCOMPARE(pane->rowCount(), 0);
+        pane->setRowCount(2); // as something left it
+        filterBy(name, "", -1, false);
+        QCOMPARE(list()->rowCount(), 0);
+        QCOMPARE(pane->rowCount(), 0);
+    }
+}
+
+void tst_MainWindow::rowReachedByTabIsNotPicked()
+{
+    addSample();
+    open();
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    clickRow(list(), 0, Qt::ControlModifier);
+    QCOMPARE(list()->currentRow(), -1);
+    find<QLineEdit>("filterNameEdit")->setFocus();
+    QVERIFY(tabTo(list()));
+    QCOMPARE(list()->currentRow(), -1);
+    const QByteArray before = m_app->dump();
+    ModalDriver nothingExpected;
+    m_window->onEditDoc();
+    m_window->onCopyDoc();
+    m_window->onPrintDoc();
+    m_window->onDeleteDoc();
+    QVERIFY2(nothingExpected.finished(), nothingExpected.failures());
+    QCOMPARE(m_app->dump(), before);
+    QTest::keyClick(list(), Qt::Key_Down);
+    QCOMPARE(list()->currentRow(), 0);
+    QCOMPARE(list()->selectedItems().size(), 4);
+    QCOMPARE(find<QTableWidget>("contentWidget")->rowCount(), 4);
+}
+
+void tst_MainWindow::severalRowsKeepASelectedCurrentOne()
+{
+    addSample();
+    open();
+    m_window->show();
+    clickRow(list(), 0);
+    clickRow(list(), 2, Qt::ControlModifier);
+    QCOMPARE(m_window->currentDocId().toInt(), 3);
+    clickRow(list(), 2, Qt::ControlModifier); // out again: the other one is the current one
+    QCOMPARE(list()->selectedItems().size(), 4);
+    QCOMPARE(list()->currentRow(), 0);
+    QCOMPARE(m_window->currentDocId().toInt(), 1);
+    // The keyboard may stand on a row that is not selected; nothing is done to that row.
+    QTest::keyClick(list(), Qt::Key_Down, Qt::ControlModifier);
+    ModalDriver nothingExpected;
+    m_window->onEditDoc();
+    QVERIFY2(nothingExpected.finished(), nothingExpected.failures());
+}
+
+void tst_MainWindow::headingKeepsTheSelectedRowInSight()
+{
+    addForm("Диплом");
+    m_app->exec("BEGIN");
+    for (int i = 0; i < 200; ++i) {
+        addDocument(QString("Ф%1").arg(i, 3, 10, QChar('0')), "9А", 1, "2024-06-20");
+    }
+    m_app->exec("COMMIT");
+    open();
+    m_window->show();
+    clickRow(list(), 3);
+    QHeaderView* header = list()->horizontalHeader();
+    const auto isInSight = [this] {
+        return list()->viewport()->rect().intersects(list()->visualItemRect(list()->currentItem()));
+    };
+    for (int click = 0; click < 3; ++click) {
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          QPoint(10, header->height() / 2));
+        QCOMPARE(list()->currentItem()->text(), QString("Ф003 Анна Ильинична"));
+        QVERIFY(isInSight());
+    }
+}
+
+void tst_MainWindow::cutCellsHaveTips()
+{
+    const QString type = "Удостоверение о повышении квалификации";
+    addForm(type);
+    addDocument("Петрова", "9А", 1, "2024-06-20");
+    open();
+    m_window->show();
+    const auto tip = [this](int column) {
+        return toolTipAt(list()->viewport(),
+                         list()->visualItemRect(list()->item(0, column)).center());
+    };
+    QCOMPARE(tip(0), QString());
+    QCOMPARE(tip(2), type);
+    QCOMPARE(tip(3), QString());
+}
+
+void tst_MainWindow::elidedHeadingsHaveTips()
+{
+    addSample();
+    open();
+    m_window->show();
+    QHeaderView* header = list()->horizontalHeader();
+    const auto tip = [&](int section) {
+        const int left = header->sectionViewportPosition(section);
+        return toolTipAt(header->viewport(), QPoint(left + 5, header->height() / 2));
+    };
+    for (int section = 0; section < 4; ++section) {
+        QCOMPARE(tip(section), QString());
+    }
+    header->resizeSection(2, 60);
+    QCOMPARE(tip(2), QString("Тип документа"));
+}
+
+void tst_MainWindow::dateOfIssueIsWhole()
+{
+    for (int i = 0; i < 10; ++i) {
+        addSample(); // enough for a scroll bar
+    }
+    // A test takes the desktop's fonts for those of 96 dpi, which the program does not.
+    QCoreApplication::setAttribute(Qt::AA_Use96Dpi, false);
+    open();
+    QCoreApplication::setAttribute(Qt::AA_Use96Dpi, true);
+    m_window->show();
+    const int needed = list()->fontMetrics().horizontalAdvance("2024-06-20");
+    constexpr int textMargin = 3; // of a cell, on each side
+    const QRect cell = list()->visualItemRect(list()->item(0, 3));
+    QVERIFY(cell.width() >= needed + 2 * textMargin);
+    QVERIFY(list()->viewport()->rect().contains(cell));
+}
+
+// The fonts of the desktop are read once, at the start of a program.
+void tst_MainWindow::dateOfIssueIsWholeAtLargerFonts()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_FONT_DPI", "144");
+    QProcess larger;
+    larger.setProcessEnvironment(environment);
+    larger.start(QCoreApplication::applicationFilePath(), {"dateOfIssueIsWhole"});
+    QVERIFY(larger.waitForFinished());
+    QVERIFY2(larger.exitStatus() == QProcess::NormalExit && larger.exitCode() == 0,
+             larger.readAllStandardOutput().constData());
 }
 
 void tst_MainWindow::typesAreReloaded()

@@ -111,6 +111,7 @@ private slots:
     void editRejected();
     void editWithApostropheShowsWhatWasEntered();
     void editMovesTheRowInSortedList();
+    void changedDocumentsAreScrolledTo();
     void editOfDeletedFormWritesNothing();
     void editUnderTheNamelessType();
     void editOfRowOfNulls();
@@ -765,6 +766,39 @@ void tst_MainWindowActions::editMovesTheRowInSortedList()
     QCOMPARE(list()->item(2, 1)->text(), QString("9А"));
     QCOMPARE(list()->currentRow(), 1);
     QCOMPARE(m_window->currentDocId().toInt(), 3);
+}
+
+void tst_MainWindowActions::changedDocumentsAreScrolledTo()
+{
+    m_app->exec("BEGIN");
+    for (int i = 0; i < 200; ++i) {
+        addDocument(QString("М%1").arg(i, 3, 10, QChar('0')));
+    }
+    m_app->exec("COMMIT");
+    open();
+    list()->sortByColumn(0, Qt::AscendingOrder);
+    const auto compareInSight = [this](const QString& lname) {
+        QCOMPARE(list()->currentItem()->text().section(' ', 0, 0), lname);
+        QVERIFY(list()->viewport()->rect().contains(list()->visualItemRect(list()->currentItem())));
+    };
+    selectRow(2);
+    for (const auto& step : {qMakePair(QString("РЕДАКТИРОВАТЬ\nДОКУМЕНТ"), QString("Яблокова")),
+                             qMakePair(QString("СОЗДАТЬ КОПИЮ\nДОКУМЕНТА"), QString("Абрамова"))})
+    {
+        m_driver->expect<DocDialog>([&](DocDialog* dialog) {
+            type(dialog, "lnameEdit", step.second);
+            clickButton(dialog, "saveButton");
+        });
+        trigger(step.first);
+        compareInSight(step.second);
+    }
+    m_driver->expect<NewDocDlg>([&](NewDocDlg* dialog) {
+        named<QComboBox>(dialog, "docTypeCmb")->setCurrentIndex(0);
+        type(dialog, "lnameEdit", "Яшина");
+        clickButton(dialog, "saveButton");
+    });
+    trigger("СОЗДАТЬ ДОКУМЕНТ");
+    compareInSight("Яшина");
 }
 
 void tst_MainWindowActions::editOfDeletedFormWritesNothing()

@@ -175,6 +175,7 @@ private slots:
     void deletesTheCurrentTemplate();
     void deleteWithoutACurrentTemplate();
     void deleteFails();
+    void templateReachedByTabIsNotPicked();
 
     void createsFromATemplate();
     void sameTypeKeepsTheDates();
@@ -781,6 +782,36 @@ void tst_NewDocDlg::deleteFails()
     QVERIFY(log.contains("kept"));
     QCOMPARE(templatesOf(dialog)->count(), 1);
     QCOMPARE(readDocs(app).size(), 1);
+}
+
+void tst_NewDocDlg::templateReachedByTabIsNotPicked()
+{
+    TempApplication app;
+    const int form = addForm(app, "Ф", {});
+    addTemplateRow(app, "Первый", form, {});
+    addTemplateRow(app, "Второй", form, {});
+    NewDocDlg dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    showTemplates(dialog);
+    QListWidget* templates = templatesOf(dialog);
+    QVERIFY(tabTo(templates));
+    QCOMPARE(templates->currentRow(), -1);
+    // A delete asks nothing, so that it must not find a template that nobody picked.
+    clickButton(&dialog, "deleteTemplateBtn");
+    clickButton(&dialog, "createFromBtn");
+    QCOMPARE(readDocs(app).size(), 2);
+    QCOMPARE(typesOf(dialog)->currentIndex(), -1);
+
+    QVERIFY(tabTo(templates));
+    QTest::keyClick(templates, Qt::Key_Down);
+    QCOMPARE(templates->selectedItems().size(), 1);
+    QCOMPARE(templates->currentRow(), 0);
+    const QPoint first = templates->visualItemRect(templates->item(0)).center();
+    QTest::mouseClick(templates->viewport(), Qt::LeftButton, Qt::ControlModifier, first);
+    QCOMPARE(templates->selectedItems().size(), 0);
+    clickButton(&dialog, "deleteTemplateBtn");
+    QCOMPARE(readDocs(app).size(), 2);
 }
 
 void tst_NewDocDlg::createsFromATemplate()

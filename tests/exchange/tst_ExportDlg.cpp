@@ -63,10 +63,15 @@ private slots:
     void deleteWithoutASelection();
     void failedDelete();
 
+    void templateReachedByTabIsNotPicked();
+    void deselectedTemplateLeavesTheWidgetsEmpty();
+
     void addFieldAppends();
     void addFieldWithoutASelection();
     void editFieldReplaces();
     void editFieldKeepsTheCurrentCell();
+    void editedCellKeepsTheKeyboard();
+    void rowsOfAnotherTemplateAreNotCurrent();
     void editFieldDropsOtherKeys();
     void deleteField();
     void deleteTheLastField();
@@ -86,6 +91,7 @@ private:
     void type(const char* lineEdit, const QString& text);
     void typeIntoCell(QTableWidget* table, int row, int column, const QString& text);
     void breakUpdates();
+    void compareWithNoTemplate();
 
     std::unique_ptr<ExchangeFixture> m_fixture;
 };
@@ -143,6 +149,15 @@ void tst_ExportDlg::breakUpdates()
                                     "BEGIN SELECT RAISE(ABORT, 'refused'); END;")
                                 .arg(action));
     }
+}
+
+/// What the widgets show while no template is picked.
+void tst_ExportDlg::compareWithNoTemplate()
+{
+    for (const char* name : {"tmpPathEdit", "fromRow", "toRow", "dateFormat"}) {
+        QCOMPARE(edit(name)->text(), QString());
+    }
+    QCOMPARE(fields()->rowCount(), 0);
 }
 
 void tst_ExportDlg::window()
@@ -594,8 +609,8 @@ void tst_ExportDlg::deleteTemplateInTheMiddle()
 
 void tst_ExportDlg::deleteTheBottomTemplate()
 {
-    m_fixture->addTemplate("Первый", {}, "/books/first.xlsx");
-    m_fixture->addTemplate("Второй", {});
+    m_fixture->addTemplate("Первый", {{"A", "#LNAME"}}, "/books/first.xlsx");
+    m_fixture->addTemplate("Второй", {{"B", "#FNAME"}}, "/books/second.xlsx");
     m_fixture->open();
     m_fixture->selectTemplate(1);
     ModalDriver user;
@@ -603,7 +618,18 @@ void tst_ExportDlg::deleteTheBottomTemplate()
     m_fixture->click("delTmpBtn");
     QCOMPARE(names(), QStringList{"Первый"});
     QCOMPARE(templates()->currentRow(), -1);
-    QCOMPARE(stored("TEMPLATE", 1), QString("/books/first.xlsx"));
+    compareWithNoTemplate();
+    // Nothing that is done now reaches the template that is left.
+    const QByteArray before = m_fixture->app.dump();
+    m_fixture->click("fldAddBtn");
+    type("tmpPathEdit", "/books/third.xlsx\t");
+    QCOMPARE(m_fixture->app.dump(), before);
+    QCOMPARE(fields()->rowCount(), 0);
+    m_fixture->selectTemplate(0);
+    QCOMPARE(edit("tmpPathEdit")->text(), QString("/books/first.xlsx"));
+    QCOMPARE(mapping(), QStringList{"A=#LNAME@0"});
+    m_fixture->click("fldAddBtn");
+    QCOMPARE(mapping().size(), 2);
 }
 
 void tst_ExportDlg::deleteTheLastTemplate()
@@ -645,6 +671,50 @@ void tst_ExportDlg::failedDelete()
     QVERIFY(log.contains("error delete from export "));
     QVERIFY(log.contains("refused"));
     QCOMPARE(names(), QStringList{"Первый"});
+}
+
+void tst_ExportDlg::templateReachedByTabIsNotPicked()
+{
+    m_fixture->addTemplate("Первый", {{"A", "#LNAME"}}, "/books/first.xlsx", 5, 9, "yyyy");
+    m_fixture->addTemplate("Второй", {});
+    m_fixture->open();
+    const QByteArray before = m_fixture->app.dump();
+    ModalDriver nothingExpected;
+    QVERIFY(tabTo(templates()));
+    QCOMPARE(templates()->currentRow(), -1);
+    QTest::keyClick(templates(), Qt::Key_F2);
+    QTest::keyClick(templates(), Qt::Key_X);
+    QVERIFY(!templates()->viewport()->findChild<QLineEdit*>());
+    m_fixture->click("delTmpBtn");
+    m_fixture->click("exportButton");
+    type("tmpPathEdit", "/books/other.xlsx\t");
+    type("fromRow", "7\t");
+    QCOMPARE(m_fixture->app.dump(), before);
+    QVERIFY2(nothingExpected.finished(), nothingExpected.failures());
+
+    QVERIFY(tabTo(templates()));
+    QTest::keyClick(templates(), Qt::Key_Down); // this picks one
+    QCOMPARE(templates()->currentRow(), 0);
+    QCOMPARE(templates()->selectedItems().size(), 1);
+    QCOMPARE(edit("tmpPathEdit")->text(), QString("/books/first.xlsx"));
+    QVERIFY(tabTo(fields()));
+    QCOMPARE(fields()->currentRow(), -1);
+    m_fixture->click("fldDelBtn");
+    QCOMPARE(mapping(), QStringList{"A=#LNAME@0"});
+}
+
+void tst_ExportDlg::deselectedTemplateLeavesTheWidgetsEmpty()
+{
+    m_fixture->addTemplate("Первый", {{"A", "#LNAME"}}, "/books/first.xlsx");
+    m_fixture->open();
+    const QByteArray before = m_fixture->app.dump();
+    m_fixture->selectTemplate(0);
+    clickRow(templates(), 0, Qt::ControlModifier);
+    QCOMPARE(templates()->currentRow(), -1);
+    compareWithNoTemplate();
+    m_fixture->click("fldAddBtn");
+    type("tmpPathEdit", "/books/other.xlsx\t");
+    QCOMPARE(m_fixture->app.dump(), before);
 }
 
 void tst_ExportDlg::addFieldAppends()
@@ -696,6 +766,50 @@ void tst_ExportDlg::editFieldKeepsTheCurrentCell()
     typeIntoCell(fields(), 1, 0, "D");
     QCOMPARE(fields()->currentRow(), 1);
     QCOMPARE(fields()->currentColumn(), 0);
+}
+
+void tst_ExportDlg::editedCellKeepsTheKeyboard()
+{
+    m_fixture->addTemplate("Первый", {{"A", "#LNAME"}, {"B", "#FNAME"}}, "/books/first.xlsx");
+    m_fixture->open();
+    m_fixture->selectTemplate(0);
+    clickRow(fields(), 1);
+    QTest::keyClick(fields(), Qt::Key_F2);
+    QTest::keyClicks(QApplication::focusWidget(), "D");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QTRY_COMPARE(mapping(), (QStringList{"A=#LNAME@0", "D=#FNAME@1"}));
+    QTRY_COMPARE(QApplication::focusWidget(), fields());
+    QCOMPARE(fields()->currentRow(), 1);
+    QCOMPARE(fields()->currentColumn(), 0);
+
+    // The next keys edit the same cell; Tab takes them to its neighbour.
+    QTest::keyClicks(fields(), "E");
+    QTRY_VERIFY(fields()->isAncestorOf(QApplication::focusWidget()));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QTRY_COMPARE(mapping(), (QStringList{"A=#LNAME@0", "E=#FNAME@1"}));
+    QTRY_VERIFY(fields()->isAncestorOf(QApplication::focusWidget()));
+    QCOMPARE(fields()->currentRow(), 1);
+    QCOMPARE(fields()->currentColumn(), 1);
+    QTest::keyClicks(QApplication::focusWidget(), "#MNAME");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QTRY_COMPARE(mapping(), (QStringList{"A=#LNAME@0", "E=#MNAME@1"}));
+    QTRY_COMPARE(QApplication::focusWidget(), fields());
+    QCOMPARE(fields()->currentColumn(), 1);
+    QCOMPARE(stored("TEMPLATE"), QString("/books/first.xlsx"));
+    QVERIFY(m_fixture->dialog().isVisible());
+}
+
+void tst_ExportDlg::rowsOfAnotherTemplateAreNotCurrent()
+{
+    m_fixture->addTemplate("Первый", {{"A", "#LNAME"}});
+    m_fixture->addTemplate("Второй", {{"B", "#FNAME"}});
+    m_fixture->open();
+    m_fixture->selectTemplate(0);
+    clickRow(fields(), 0);
+    m_fixture->selectTemplate(1);
+    QCOMPARE(fields()->currentRow(), -1);
+    m_fixture->click("fldDelBtn");
+    QCOMPARE(mapping(), QStringList{"B=#FNAME@0"});
 }
 
 void tst_ExportDlg::editFieldDropsOtherKeys()

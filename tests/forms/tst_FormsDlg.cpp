@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include <QComboBox>
+#include <QHeaderView>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
@@ -64,6 +65,12 @@ private slots:
     void failedItemSelects();
     void failedItemWrites();
     void tabsAreIndependent();
+    void rowsReachedByTabAreNotPicked();
+    void newRowsAreScrolledTo();
+    void enterAfterARenameLeavesTheWindowOpen();
+    void shownItemsOfAnotherListAreNotCurrent();
+    void cutCellsHaveTips();
+    void elidedHeadingsHaveTips();
 
     void workedExampleThroughTheDialogs();
 
@@ -695,6 +702,147 @@ void tst_FormsDlg::failedItemWrites()
     QCOMPARE(log.count("error update list items"), 1);
     QCOMPARE(log.count("refused"), 3);
     QCOMPARE(table(dialog, "itemsWidget")->rowCount(), 3);
+}
+
+void tst_FormsDlg::rowsReachedByTabAreNotPicked()
+{
+    FormsDlg dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    const QByteArray before = m_app->dump();
+    ModalDriver nothingExpected;
+    QTableWidget* forms = table(dialog, "formsWidget");
+    QVERIFY(tabTo(forms));
+    QCOMPARE(forms->currentRow(), -1);
+    clickButton(dialog, "delFrmBtn");
+
+    clickRow(forms, 0);
+    QTableWidget* fields = table(dialog, "fieldsWidget");
+    QVERIFY(tabTo(fields));
+    QCOMPARE(fields->currentRow(), -1);
+    clickButton(dialog, "fldDelBtn");
+
+    showTab(dialog, 1);
+    QTableWidget* lists = table(dialog, "listsWidget");
+    QVERIFY(tabTo(lists));
+    QCOMPARE(lists->currentRow(), -1);
+    clickButton(dialog, "delListBtn");
+
+    clickRow(lists, 0);
+    QTableWidget* items = table(dialog, "itemsWidget");
+    QVERIFY(tabTo(items));
+    QCOMPARE(items->currentRow(), -1);
+    clickButton(dialog, "listItemDelBtn");
+    clickRow(items, 1);
+    clickRow(items, 1, Qt::ControlModifier); // taken out of the selection again
+    QCOMPARE(items->currentRow(), -1);
+    clickButton(dialog, "listItemDelBtn");
+
+    QVERIFY2(nothingExpected.finished(), nothingExpected.failures());
+    QCOMPARE(m_app->dump(), before);
+}
+
+void tst_FormsDlg::newRowsAreScrolledTo()
+{
+    for (int i = 0; i < 40; ++i) {
+        m_app->exec("INSERT INTO forms (FORM_NAME, FORM_FULLNAME, FIELDS) VALUES ('Ф', '', '')");
+        m_app->exec("INSERT INTO lists (LIST_NAME, LIST_ITEMS) VALUES ('С', '')");
+    }
+    const auto isLastInSight = [](const QTableWidget* rows) {
+        const QRect last = rows->visualItemRect(rows->item(rows->rowCount() - 1, 0));
+        return rows->viewport()->rect().contains(last);
+    };
+    FormsDlg dialog;
+    dialog.show();
+    QVERIFY(!isLastInSight(table(dialog, "formsWidget")));
+    ModalDriver driver;
+    answerForm(driver, "Новая", "Новая форма");
+    clickButton(dialog, "addFrmBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QVERIFY(isLastInSight(table(dialog, "formsWidget")));
+
+    showTab(dialog, 1);
+    QVERIFY(!isLastInSight(table(dialog, "listsWidget")));
+    clickButton(dialog, "addListBtn");
+    QVERIFY(isLastInSight(table(dialog, "listsWidget")));
+}
+
+void tst_FormsDlg::enterAfterARenameLeavesTheWindowOpen()
+{
+    FormsDlg dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    showTab(dialog, 1);
+    clickRow(table(dialog, "listsWidget"), 0);
+    for (const char* name : {"itemsWidget", "listsWidget"}) {
+        QTableWidget* rows = table(dialog, name);
+        typeIntoCell(rows, 0, 0, "иначе");
+        QCOMPARE(QApplication::focusWidget(), rows);
+        QCOMPARE(rows->currentRow(), 0);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Enter);
+        QVERIFY(dialog.isVisible());
+    }
+    QCOMPARE(columnTexts(table(dialog, "itemsWidget"), 0),
+             (QStringList{"иначе", "хорошо", "хорошо"}));
+    QCOMPARE(m_app->value("SELECT LIST_NAME FROM lists WHERE ID = 7").toString(), QString("иначе"));
+    // On a button Enter still presses it.
+    named<QPushButton>(dialog, "buttonAccept")->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QVERIFY(!dialog.isVisible());
+}
+
+void tst_FormsDlg::shownItemsOfAnotherListAreNotCurrent()
+{
+    m_app->exec("INSERT INTO lists (LIST_NAME, LIST_ITEMS) VALUES "
+                "('Да/Нет', '{\"items\":[\"а\",\"б\",\"в\"]}')");
+    FormsDlg dialog;
+    showList(dialog, 0);
+    QTableWidget* items = table(dialog, "itemsWidget");
+    clickRow(items, 1);
+    clickRow(table(dialog, "listsWidget"), 2); // with as many items
+    QCOMPARE(columnTexts(items, 0), (QStringList{"а", "б", "в"}));
+    QCOMPARE(items->currentRow(), -1);
+    clickButton(dialog, "listItemDelBtn");
+    QCOMPARE(items->rowCount(), 3);
+}
+
+void tst_FormsDlg::cutCellsHaveTips()
+{
+    m_app->exec("UPDATE forms SET FIELDS = ? WHERE ID = 3",
+                {R"({"fields":[{"tag":"#A","name":"Предмет","type":0},
+                    {"tag":"#QUALIFICATION_LEVEL","name":"Квалификационная<b>категория","type":0}
+                    ]})"});
+    FormsDlg dialog;
+    showForm(dialog, 0);
+    QTableWidget* fields = table(dialog, "fieldsWidget");
+    const auto tip = [&](int row, int column) {
+        const QPoint centre = fields->visualItemRect(fields->item(row, column)).center();
+        return toolTipAt(fields->viewport(), centre);
+    };
+    QCOMPARE(tip(0, 0), QString());
+    QCOMPARE(tip(0, 2), QString());
+    QCOMPARE(tip(1, 0), QString("#QUALIFICATION_LEVEL"));
+    QVERIFY(tip(1, 1).contains("Квалификационная&lt;b&gt;категория")); // to the letter
+    fields->setColumnWidth(0, 300);
+    QCOMPARE(tip(1, 0), QString());
+}
+
+void tst_FormsDlg::elidedHeadingsHaveTips()
+{
+    FormsDlg dialog;
+    dialog.show();
+    QHeaderView* header = table(dialog, "formsWidget")->horizontalHeader();
+    const auto tip = [&](int section) {
+        const int left = header->sectionViewportPosition(section);
+        return toolTipAt(header->viewport(), QPoint(left + 5, header->height() / 2));
+    };
+    QCOMPARE(header->textElideMode(), Qt::ElideRight);
+    header->resizeSection(0, 250);
+    QCOMPARE(tip(0), QString());
+    header->resizeSection(0, 50);
+    QCOMPARE(tip(0), QString("Тип документа"));
+    QCOMPARE(tip(1), QString());
 }
 
 void tst_FormsDlg::tabsAreIndependent()

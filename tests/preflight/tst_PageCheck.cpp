@@ -74,6 +74,7 @@ private slots:
     void tableCellTooWide();
     void tableCellTooHigh_data();
     void tableCellTooHigh();
+    void brokenLinesKeepTheirBlanks();
     void tableColumnOutsideFrame();
     void tableBeyondItsFrame();
     void itemOutsidePage_data();
@@ -358,6 +359,23 @@ void tst_PageCheck::tableCellTooHigh()
         QCOMPARE(findings[0].printed, text);
         QVERIFY(findings[0].amount > 0);
     }
+}
+
+void tst_PageCheck::brokenLinesKeepTheirBlanks()
+{
+    // The last word does not fit and is shortened; those before it stand on lines of their own,
+    // one of them broken at its hyphen.
+    const QString words = "Исследования научно-исследовательской";
+    const QString text = words + " Электроэнергетикаиэлектротехникаиэлектроника";
+    const QJsonObject content = {{"#GRADES", tableEntry({{text, ""}})}};
+    CheckedPage sheet;
+    const QVector<Finding> findings = sheet.check(
+        {blankItem(2, "#GRADES", QRectF(100, 100, 600, 300), {{"columns_width", QJsonArray{150}}})},
+        {{"FONT_SIZE", 12}}, content);
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::TableCellCut);
+    QVERIFY2(findings[0].printed.startsWith(words), qPrintable(findings[0].printed));
+    QVERIFY(findings[0].words().contains(", “" + words));
 }
 
 void tst_PageCheck::tableColumnOutsideFrame()

@@ -44,11 +44,16 @@ private slots:
     void unknownTypeIsNeverIgnored();
     void failingStampRollsBack();
     void cutOffAnywhere();
+    void stringOfOddLength_data();
+    void stringOfOddLength();
+    void stringOfOddLengthShowsTheBox();
 
     void listByName();
     void migrationWithoutTheForm();
     void migrationAddsFields();
     void migrationReplacesEveryPlaceholder();
+    void migrationOfAnyContent_data();
+    void migrationOfAnyContent();
     void migrationWithoutAList();
     void migrationOfBrokenFields();
     void migrationWithBrokenArgument();
@@ -85,6 +90,28 @@ namespace {
 QString insertName(const QString& name)
 {
     return "INSERT INTO lists (LIST_NAME) VALUES ('" + name + "')";
+}
+
+/// A package whose second part has a string with one byte too few by its length: which of the two
+/// strings is told by `payload`. A third part follows.
+QByteArray oddPackage(bool payload, bool ignoreErrors)
+{
+    const QList<TestPart> parts{sqlPart("1.2.0.0", insertName("a")),
+                                sqlPart("1.2.0.0", insertName("b"), ignoreErrors),
+                                sqlPart("1.2.0.0", insertName("c"))};
+    QByteArray package = packPackage(headerFor("1.2.0.0"), parts);
+    int end = packPackage(headerFor("1.2.0.0"), parts.mid(0, 2)).size();
+    const int payloadSize = 2 * insertName("b").size();
+    if (!payload) {
+        // The empty first string becomes one of 1 byte.
+        const int length = end - payloadSize - 8;
+        package.replace(length, 4, QByteArray("\0\0\0\1", 4));
+        package.insert(length + 4, 'x');
+        return package;
+    }
+    package[end - payloadSize - 1] = static_cast<char>(payloadSize - 1);
+    package.remove(end - 1, 1);
+    return package;
 }
 
 QJsonObject contentOf(TempApplication& app, int id)
@@ -392,6 +419,40 @@ void tst_DataBaseUpdater::cutOffAnywhere()
     }
 }
 
+void tst_DataBaseUpdater::stringOfOddLength_data()
+{
+    QTest::addColumn<bool>("payload");
+    QTest::addColumn<bool>("ignoreErrors");
+    QTest::newRow("payload") << true << false;
+    QTest::newRow("payload, errors ignored") << true << true;
+    QTest::newRow("string of no use") << false << false;
+    QTest::newRow("string of no use, errors ignored") << false << true;
+}
+
+void tst_DataBaseUpdater::stringOfOddLength()
+{
+    QFETCH(bool, payload);
+    QFETCH(bool, ignoreErrors);
+    const QByteArray before = m_app->dump();
+    QVERIFY(!run(oddPackage(payload, ignoreErrors)));
+    QVERIFY(m_updater.lastError().startsWith("Ошибка выполнения запроса;\nSqlError: "));
+    QCOMPARE(m_app->dump(), before);
+}
+
+void tst_DataBaseUpdater::stringOfOddLengthShowsTheBox()
+{
+    const QByteArray before = m_app->dump();
+    placePackage(*m_app, oddPackage(true, false));
+    QFile file(m_app->path("dbUpdate.bin"));
+    ModalDriver driver;
+    driver.expectMessageStarting("Ошибка обновления БД", "Не удалось обновить базу данных.",
+                                 "Продолжить");
+    QVERIFY(runDatabaseUpdate(file));
+    QVERIFY2(driver.finished(), driver.failures());
+    QVERIFY(QFile::exists(m_app->path("dbUpdate.bin")));
+    QCOMPARE(m_app->dump(), before);
+}
+
 void tst_DataBaseUpdater::listByName()
 {
     m_app->exec("INSERT INTO lists (ID, LIST_NAME) VALUES (7, 'Пол')");
@@ -459,6 +520,35 @@ void tst_DataBaseUpdater::migrationReplacesEveryPlaceholder()
     const QJsonObject added = form["fields"].toArray()[1].toObject();
     QCOMPARE(added["all"].toArray(), (QJsonArray{101, 102, 103, 104, 105, 106, 107, 108, 106}));
     QCOMPARE(added["case"].toString(), QString("idl_sex"));
+}
+
+void tst_DataBaseUpdater::migrationOfAnyContent_data()
+{
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<bool>("migrated");
+    QTest::newRow("empty object") << "{}" << true;
+    QTest::newRow("empty array") << "[]" << true;
+    QTest::newRow("array") << "[{\"#SEX\": 1}, 2]" << true;
+    QTest::newRow("number") << "17" << false;
+    QTest::newRow("empty text") << "" << false;
+    QTest::newRow("cut off") << "[1, 2" << false;
+}
+
+void tst_DataBaseUpdater::migrationOfAnyContent()
+{
+    QFETCH(QString, stored);
+    QFETCH(bool, migrated);
+    makeForm28(*m_app, 1);
+    m_app->exec("UPDATE docs SET CONTENT = ? WHERE ID = 1", {stored});
+    QVERIFY(run("1.2.0.0", {functionPart("1.2.0.0", migrationArgument())}));
+    if (!migrated) {
+        QCOMPARE(m_app->value("SELECT CONTENT FROM docs WHERE ID = 1").toString(), stored);
+        return;
+    }
+    QCOMPARE(contentOf(*m_app, 1),
+             (QJsonObject{{"#OLD", QJsonObject{{"name", "Прежнее"}, {"type", 0}}},
+                          {"#SEX", QJsonObject{{"name", "Пол"}, {"type", 1}, {"list", 106}}},
+                          {"#NOTE", QJsonObject{{"name", "Примечание"}, {"type", 5}}}}));
 }
 
 void tst_DataBaseUpdater::migrationWithoutAList()

@@ -1,8 +1,11 @@
 #include "support/Widgets.h"
 
+#include <QApplication>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
+#include <QToolTip>
 #include <QtTest>
 
 namespace {
@@ -50,6 +53,26 @@ QStringList columnTexts(const QTableWidget* table, int column)
         texts << table->item(row, column)->text();
     }
     return texts;
+}
+
+QString toolTipAt(QWidget* widget, const QPoint& position)
+{
+    QToolTip::hideText();
+    if (!QTest::qWaitFor([] { return !QToolTip::isVisible(); })) {
+        qFatal("an earlier tool tip does not go");
+    }
+    QHelpEvent rest(QEvent::ToolTip, position, widget->mapToGlobal(position));
+    QApplication::sendEvent(widget, &rest);
+    return QToolTip::isVisible() ? QToolTip::text() : QString();
+}
+
+bool tabTo(QWidget* target)
+{
+    constexpr int most = 100; // stops of a window
+    for (int i = 0; i < most && !target->hasFocus(); ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    return target->hasFocus();
 }
 
 void typeIntoCell(QTableWidget* table, int row, int column, const QString& text)

@@ -39,6 +39,12 @@ void doubleClickRow(QTableWidget* table, int row);
 /// The texts of a column from the top down.
 QStringList columnTexts(const QTableWidget* table, int column);
 
+/// The tool tip that comes when the mouse rests at a position of a widget; empty if none comes.
+QString toolTipAt(QWidget* widget, const QPoint& position);
+
+/// Goes on by Tab until a widget has the focus; false if it never gets it.
+bool tabTo(QWidget* target);
+
 /// Types a text into a plain cell of a table: double click, keys, Enter.
 void typeIntoCell(QTableWidget* table, int row, int column, const QString& text);
 

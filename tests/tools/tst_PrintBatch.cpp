@@ -38,6 +38,12 @@ void writeFile(const QString& path, const QByteArray& content)
     file.write(content);
 }
 
+/// Whether there are pseudo-terminals, which a container may lack.
+bool hasPseudoTerminals()
+{
+    return runPython("import pty\npty.openpty()\n").exitCode == 0;
+}
+
 /// What a terminal that is standard error, and standard output too if `bothStreams`, receives.
 QString onTerminal(const QStringList& arguments, bool bothStreams = false,
                    const QString& locale = "C.UTF-8")
@@ -103,6 +109,8 @@ public:
     const QString file = directory.path("out/x.pdf");
     QProcess process;
 };
+
+const char* const noPseudoTerminals = "there are no pseudo-terminals here";
 
 } // namespace
 
@@ -371,6 +379,9 @@ print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)
 
 void tst_PrintBatch::progressOnATerminal()
 {
+    if (!hasPseudoTerminals()) {
+        QSKIP(noPseudoTerminals);
+    }
     const ManyDocuments directory(150);
     const QStringList arguments = {"--dir", directory.path(), "--group",
                                    "Много", "--output",       directory.path("x.pdf")};
@@ -382,6 +393,9 @@ void tst_PrintBatch::progressOnATerminal()
 
 void tst_PrintBatch::progressAndFailures()
 {
+    if (!hasPseudoTerminals()) {
+        QSKIP(noPseudoTerminals);
+    }
     ManyDocuments directory(30);
     directory.exec("UPDATE docs SET DOC_TYPE = 9 WHERE BLANK_NO IN (1010, 1020)");
     const QString received = onTerminal({"--dir", directory.path(), "--group", "Много", "--output",
@@ -399,6 +413,9 @@ void tst_PrintBatch::progressAndFailures()
 
 void tst_PrintBatch::quietOnATerminal()
 {
+    if (!hasPseudoTerminals()) {
+        QSKIP(noPseudoTerminals);
+    }
     const ManyDocuments directory(30);
     QCOMPARE(onTerminal({"--dir", directory.path(), "--group", "Много", "--quiet", "--output",
                          directory.path("x.pdf")}),

@@ -136,7 +136,9 @@ void tst_PrintToPrinter::noPrinterOfThatName()
     const PrintQueue queue;
     const ProcessResult result = print(directory, queue, {"--id", "1", "--printer", "Другой"});
     QCOMPARE(result.exitCode, failure);
-    QCOMPARE(QString::fromUtf8(result.err), QString("zelvora-print: there is no printer Другой\n"));
+    QCOMPARE(QString::fromUtf8(result.err),
+             QString("zelvora-print: there is no printer Другой, there are: ") +
+                 PrintQueue::printer + "\n");
     QCOMPARE(queue.jobCount(), 0);
 }
 

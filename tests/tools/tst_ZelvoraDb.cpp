@@ -808,7 +808,7 @@ void tst_ZelvoraDb::checkFindsDamagedLayouts_data()
 
     QTest::newRow("blank: no JSON") << "UPDATE blanks SET CONTENT = x'00ff' WHERE ID = 3"
                                     << "blanks ID 3, CONTENT: this is no JSON: ";
-    QTest::newRow("blank: no array") << "UPDATE blanks SET CONTENT = '{}' WHERE ID = 3"
+    QTest::newRow("blank: no array") << "UPDATE blanks SET CONTENT = '{\"fields\": 5}' WHERE ID = 3"
                                      << "blanks ID 3, CONTENT: the array fields is missing";
     QTest::newRow("blank: item is text")
         << "UPDATE blanks SET CONTENT = '{\"fields\": [1]}' WHERE ID = 3"
@@ -881,6 +881,9 @@ void tst_ZelvoraDb::checkAcceptsWhatTheProgramToo_data()
                                  "\":[]}')";
     QTest::newRow("blank never edited")
         << "INSERT INTO blanks (NAME, FORM_ID, BACKGROUND_IMG) VALUES ('', 1, '')";
+    QTest::newRow("page without items") << "UPDATE blanks SET CONTENT = '{}' WHERE ID = 3";
+    QTest::newRow("page with something else")
+        << "UPDATE blanks SET CONTENT = x'7b226b657074223a317d' WHERE ID = 3"; // {"kept":1}
     QTest::newRow("imported table")
         << "UPDATE docs SET CONTENT = '{\"#A\": {\"type\": 4, \"name\": "
            "\"A\", \"value\": \"x\"}}' WHERE ID = 1";
