@@ -16,6 +16,9 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/widgets/CellKeys.h"
+#include "app/widgets/ClickGuard.h"
+#include "app/widgets/LineStart.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/TableItems.h"
 #include "exchange/DocumentExport.h"
@@ -59,6 +62,11 @@ ExportDlg::ExportDlg(QWidget* parent)
     ui->fromRow->setValidator(new QIntValidator(1, 999, ui->fromRow));
     ui->toRow->setValidator(new QIntValidator(1, 999, ui->toRow));
     connectWidgets();
+    LineStart::installAll(this);
+    ClickGuard::install(ui->fldDelBtn);
+    for (QTableWidget* table : {ui->templatesWidget, ui->fieldsWidget}) {
+        CellKeys::install(table);
+    }
 
     ui->importButton->setFocus();
     loadTemplates();
