@@ -79,11 +79,15 @@ void CellListEdit::followText()
 void CellListEdit::setUpOffers()
 {
     constexpr int widest = 600; // pixels
+    constexpr int margins = 16; // pixels; beside the text of an item
     m_offersReady = true;
     QAbstractItemView* offers = completer()->popup();
     offers->installEventFilter(this);
     applyBaseStyle(offers); // a window of its own has no share in the style of ours
-    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, offers);
-    const int itemWidth = offers->sizeHintForColumn(0) + scrollBar + 2 * offers->frameWidth();
-    offers->setMinimumWidth(std::min(itemWidth, widest));
+    int width = 0;
+    for (int i = 0; i < count(); ++i) {
+        width = std::max(width, offers->fontMetrics().horizontalAdvance(itemText(i)));
+    }
+    width += style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, offers) + margins;
+    offers->setMinimumWidth(std::min(width, widest));
 }

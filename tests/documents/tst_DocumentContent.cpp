@@ -818,6 +818,8 @@ void tst_DocumentContent::listOffersWhateverTheCase()
     const int list = addList(app, {"отлично", "хорошо", "хорошо с отличием"});
     DocDialog dialog;
     dialog.setContent({{"#1", QJsonObject{{"type", 1}, {"list", list}, {"value", "отлично"}}}});
+    tableOf(dialog)->horizontalHeader()->setStretchLastSection(false);
+    tableOf(dialog)->setColumnWidth(1, 80);
     dialog.show();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
     editorOfTag<QComboBox>(&dialog, "#1")->setFocus(Qt::TabFocusReason);
@@ -825,6 +827,8 @@ void tst_DocumentContent::listOffersWhateverTheCase()
     auto* offers = qobject_cast<QAbstractItemView*>(QApplication::activePopupWidget());
     QVERIFY(offers);
     QCOMPARE(offers->model()->rowCount(), 2);
+    QVERIFY(offers->viewport()->width() >
+            offers->fontMetrics().horizontalAdvance("хорошо с отличием"));
     const QModelIndex offer = offers->model()->index(1, 0);
     QTest::mouseClick(offers->viewport(), Qt::LeftButton, Qt::NoModifier,
                       offers->visualRect(offer).center());
