@@ -4,6 +4,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/widgets/LineStart.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/FontFamily.h"
 #include "ui_BlankFormatDialog.h"
@@ -15,6 +16,7 @@ BlankFormatDialog::BlankFormatDialog(QWidget* parent)
     ui->setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
+    LineStart::installAll(this);
     for (const int code : {PaperFormat::customMm, PaperFormat::a4, PaperFormat::a5}) {
         ui->formatCombo->addItem(paperFormatName(code), code);
     }

@@ -176,6 +176,7 @@ void ItemPropertiesTable::addZStrokeRow(bool isCut)
 void ItemPropertiesTable::addColumnsRow()
 {
     auto* button = new QPushButton("Изменить");
+    button->setAutoDefault(true); // Enter presses it, as it does in a dialog
     connect(button, &QPushButton::clicked, this, &ItemPropertiesTable::columnsRequested);
     addEditorRow("Столбцы", PropertyKey::columns, button);
 }

@@ -3,6 +3,8 @@
 #include <QComboBox>
 
 #include "app/AppStyle.h"
+#include "app/widgets/ClickGuard.h"
+#include "app/widgets/WheelGuard.h"
 #include "ui_TableLayoutDialog.h"
 
 namespace {
@@ -20,6 +22,7 @@ TableLayoutDialog::TableLayoutDialog(QWidget* parent)
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
     fitRows(ui->columnsTable);
+    ClickGuard::install(ui->buttonRemoveCol);
     setRowFrom(m_rowFrom);
     setRowTo(m_rowTo);
     connect(this, &QDialog::accepted, this, &TableLayoutDialog::onDone);
@@ -89,6 +92,7 @@ void TableLayoutDialog::appendRow(const QString& width, int align)
     combo->addItems({"Слева", "Справа", "По центру"});
     combo->setStyleSheet("border: none");
     combo->setCurrentIndex(align);
+    WheelGuard::install(combo);
     ui->columnsTable->setCellWidget(row, alignColumn, combo);
 }
 

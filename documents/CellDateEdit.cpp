@@ -6,7 +6,7 @@
 #include "app/AppStyle.h"
 
 CellDateEdit::CellDateEdit(QWidget* parent)
-    : QDateEdit(parent)
+    : DateField(parent)
 {
     setButtonSymbols(QAbstractSpinBox::NoButtons);
     setCalendarPopup(true);
@@ -23,7 +23,7 @@ bool CellDateEdit::eventFilter(QObject* watched, QEvent* event)
             applyCalendarStyle(calendar);
         }
     }
-    return QDateEdit::eventFilter(watched, event);
+    return DateField::eventFilter(watched, event);
 }
 
 void CellDateEdit::childEvent(QChildEvent* event)
@@ -33,5 +33,5 @@ void CellDateEdit::childEvent(QChildEvent* event)
     if (isPopup) {
         event->child()->installEventFilter(this);
     }
-    QDateEdit::childEvent(event);
+    DateField::childEvent(event);
 }

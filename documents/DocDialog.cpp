@@ -1,6 +1,7 @@
 #include "documents/DocDialog.h"
 
 #include "app/AppStyle.h"
+#include "app/widgets/LineStart.h"
 #include "app/widgets/WheelGuard.h"
 #include "documents/DocumentContent.h"
 #include "documents/ZelvoraTableButton.h"
@@ -29,9 +30,11 @@ DocDialog::DocDialog(QWidget* parent)
     for (QPushButton* button : {ui->saveButton, ui->closeButton}) {
         setStyledFixedHeight(button, buttonHeight);
     }
-    for (const QDateEdit* edit : {ui->birthDateEdit, ui->issueDateEdit, ui->editDateEdit}) {
+    for (DateField* edit : {ui->birthDateEdit, ui->issueDateEdit, ui->editDateEdit}) {
         applyCalendarStyle(edit->calendarWidget());
+        WheelGuard::install(edit);
     }
+    LineStart::installAll(this);
     ui->lnameEdit->setFocus();
 
     connect(ui->docTypeCmb, QOverload<int>::of(&QComboBox::currentIndexChanged), this,

@@ -14,6 +14,7 @@
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/WheelGuard.h"
 #include "documents/CellDateEdit.h"
+#include "documents/CellListEdit.h"
 #include "documents/TableMemoDialog.h"
 #include "documents/TextMemoDialog.h"
 #include "documents/ZelvoraTableButton.h"
@@ -53,17 +54,21 @@ bool readItems(int listId, QStringList* items)
 void addListEditor(QTableWidget* table, int row, const QJsonObject& entry)
 {
     const int listId = entry["list"].toInt();
+    const QString value = entry["value"].toString();
     QStringList items;
     if (!readItems(listId, &items)) {
+        auto* item = new QTableWidgetItem(value);
+        item->setFlags(item->flags() & ~Qt::ItemIsEditable);
+        table->setItem(row, valueColumn, item);
         return;
     }
-    auto* combo = new QComboBox(table);
+    auto* combo = new CellListEdit(table);
     combo->setStyleSheet(borderless);
     combo->insertItems(0, items);
     // While the combo is not editable, only a text among the items becomes current.
     combo->setCurrentIndex(-1);
-    combo->setCurrentText(entry["value"].toString());
-    combo->setEditable(true);
+    combo->setCurrentText(value);
+    combo->allowTyping();
     WheelGuard::install(combo);
 
     auto* item = new QTableWidgetItem;
@@ -147,36 +152,52 @@ void addCaption(QTableWidget* table, int row, const QString& tag, const QJsonObj
     table->setItem(row, captionColumn, item);
 }
 
+void readList(QJsonObject* entry, const QTableWidgetItem* item, const QComboBox* combo)
+{
+    (*entry)["list"] = item->data(Qt::UserRole).toInt();
+    (*entry)["value"] = combo->currentText();
+}
+
 void readDate(QJsonObject* entry, const QDateEdit* edit)
 {
     (*entry)["format"] = edit->displayFormat();
     (*entry)["value"] = edit->date().toString(edit->displayFormat());
 }
 
-// Takes the value of one row into its entry.
-void readEditor(QJsonObject* entry, const QTableWidgetItem* item, QWidget* editor)
+// Takes the value of one row into its entry. Without the editor of its type an entry keeps what it
+// has: that of a list which could not be read has none.
+void readEditor(QJsonObject* entry, const QTableWidgetItem* item, const QWidget* editor)
 {
     switch ((*entry)["type"].toInt()) {
     case FieldType::list:
-        if (editor) { // else its list could not be read, and the stored value holds
-            (*entry)["list"] = item->data(Qt::UserRole).toInt();
-            (*entry)["value"] = static_cast<QComboBox*>(editor)->currentText();
+        if (const auto* combo = qobject_cast<const QComboBox*>(editor)) {
+            readList(entry, item, combo);
         }
         break;
     case FieldType::counter:
-        (*entry)["value"] = static_cast<QSpinBox*>(editor)->value();
+        if (const auto* spin = qobject_cast<const QSpinBox*>(editor)) {
+            (*entry)["value"] = spin->value();
+        }
         break;
     case FieldType::date:
-        readDate(entry, static_cast<QDateEdit*>(editor));
+        if (const auto* edit = qobject_cast<const QDateEdit*>(editor)) {
+            readDate(entry, edit);
+        }
         break;
     case FieldType::table:
-        (*entry)["value"] = static_cast<ZelvoraTableButton*>(editor)->value;
+        if (const auto* button = qobject_cast<const ZelvoraTableButton*>(editor)) {
+            (*entry)["value"] = button->value;
+        }
         break;
     case FieldType::text:
-        (*entry)["value"] = static_cast<ZelvoraTextButton*>(editor)->value();
+        if (const auto* button = qobject_cast<const ZelvoraTextButton*>(editor)) {
+            (*entry)["value"] = button->value();
+        }
         break;
     default:
-        (*entry)["value"] = item->text();
+        if (item && !editor) {
+            (*entry)["value"] = item->text();
+        }
         break;
     }
 }

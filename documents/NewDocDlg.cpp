@@ -4,7 +4,9 @@
 #include <QSqlQuery>
 
 #include "app/AppStyle.h"
+#include "app/widgets/ClickGuard.h"
 #include "app/widgets/CurrentRowGuard.h"
+#include "app/widgets/LineStart.h"
 #include "app/widgets/WheelGuard.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
@@ -40,8 +42,12 @@ NewDocDlg::NewDocDlg(QWidget* parent)
     for (QPushButton* button : {ui->saveButton, ui->closeButton}) {
         setStyledFixedHeight(button, buttonHeight);
     }
-    applyCalendarStyle(ui->birthDateEdit->calendarWidget());
-    applyCalendarStyle(ui->issueDateEdit->calendarWidget());
+    for (DateField* edit : {ui->birthDateEdit, ui->issueDateEdit}) {
+        applyCalendarStyle(edit->calendarWidget());
+        WheelGuard::install(edit);
+    }
+    LineStart::installAll(this);
+    ClickGuard::install(ui->deleteTemplateBtn);
 
     connect(ui->docTypeCmb, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &NewDocDlg::onDocTypeCgange);

@@ -12,9 +12,11 @@
 #include <algorithm>
 
 #include "app/AppStyle.h"
+#include "app/widgets/ClickGuard.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/WheelGuard.h"
 #include "documents/CellDateEdit.h"
+#include "documents/CellListEdit.h"
 #include "documents/DocumentContent.h"
 #include "forms/FormDefinitions.h"
 #include "ui_TableMemoDialog.h"
@@ -53,8 +55,8 @@ QSpinBox* makeSpinBox(const QString& cell)
 
 QComboBox* makeCombo(const QString& cell, const QStringList& items)
 {
-    auto* combo = new QComboBox;
-    combo->setEditable(true);
+    auto* combo = new CellListEdit;
+    combo->allowTyping();
     combo->addItems(items);
     if (!cell.isEmpty()) {
         combo->setCurrentText(cell);
@@ -74,6 +76,7 @@ TableMemoDialog::TableMemoDialog(QWidget* parent)
     ui->tableWidget->horizontalHeader()->setMinimumSectionSize(smallestSection);
     ui->tableWidget->horizontalHeader()->setDefaultSectionSize(smallestSection);
     applyBaseStyle(this);
+    ClickGuard::install(ui->buttonRemoveRow);
 }
 
 TableMemoDialog::~TableMemoDialog() = default;
@@ -142,6 +145,9 @@ QStringList TableMemoDialog::loadListValues(const QString& listId)
 
 void TableMemoDialog::on_buttonAddRow_clicked()
 {
+    if (m_columnTypes.isEmpty()) {
+        return; // a row of no cells would be stored all the same
+    }
     QTableWidget* table = ui->tableWidget;
     const QList<QTableWidgetItem*> selected = table->selectedItems();
     const int row = selected.isEmpty() ? table->rowCount() : selected.first()->row() + 1;
@@ -228,16 +234,15 @@ void TableMemoDialog::setCell(int row, int column, const QStringList& cells)
 
 QString TableMemoDialog::cellText(int row, int column) const
 {
-    QWidget* editor = ui->tableWidget->cellWidget(row, column);
-    switch (m_columnTypes.at(column)) {
-    case FieldType::list:
-        return static_cast<QComboBox*>(editor)->currentText();
-    case FieldType::counter:
-        return QString::number(static_cast<QSpinBox*>(editor)->value());
-    case FieldType::date:
-        return static_cast<QDateEdit*>(editor)->date().toString(cellDateFormat);
-    default:
-        break;
+    const QWidget* editor = ui->tableWidget->cellWidget(row, column);
+    if (const auto* combo = qobject_cast<const QComboBox*>(editor)) {
+        return combo->currentText();
+    }
+    if (const auto* spin = qobject_cast<const QSpinBox*>(editor)) {
+        return QString::number(spin->value());
+    }
+    if (const auto* edit = qobject_cast<const QDateEdit*>(editor)) {
+        return edit->date().toString(cellDateFormat);
     }
     const QTableWidgetItem* item = ui->tableWidget->item(row, column);
     return item ? item->text() : QString();

@@ -16,7 +16,10 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/widgets/CellKeys.h"
+#include "app/widgets/ClickGuard.h"
 #include "app/widgets/CurrentRowGuard.h"
+#include "app/widgets/LineStart.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/TableItems.h"
 #include "exchange/DocumentExport.h"
@@ -62,6 +65,11 @@ ExportDlg::ExportDlg(QWidget* parent)
     CurrentRowGuard::install(ui->templatesWidget);
     CurrentRowGuard::install(ui->fieldsWidget);
     connectWidgets();
+    LineStart::installAll(this);
+    ClickGuard::install(ui->fldDelBtn);
+    for (QTableWidget* table : {ui->templatesWidget, ui->fieldsWidget}) {
+        CellKeys::install(table);
+    }
 
     ui->importButton->setFocus();
     loadTemplates();

@@ -7,6 +7,9 @@
 #include <QSqlQuery>
 
 #include "app/AppStyle.h"
+#include "app/widgets/ClickGuard.h"
+#include "app/widgets/LineStart.h"
+#include "app/widgets/WheelGuard.h"
 #include "forms/FormDefinitions.h"
 #include "forms/TableColumFormDialog.h"
 #include "store/SqlLog.h"
@@ -25,6 +28,7 @@ QComboBox* makeTypeCombo()
 {
     auto* combo = new QComboBox;
     combo->setProperty("inTable", true);
+    WheelGuard::install(combo);
     for (int type : {FieldType::string, FieldType::date, FieldType::counter, FieldType::list}) {
         combo->addItem(fieldTypeNames.value(type), type);
     }
@@ -48,6 +52,11 @@ FieldEditDlg::FieldEditDlg(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    LineStart::installAll(this);
+    for (QComboBox* combo : {ui->typeCombo, ui->listCombo}) {
+        WheelGuard::install(combo);
+    }
+    ClickGuard::install(ui->buttonRemoveTableRow);
     for (auto type = fieldTypeNames.begin(); type != fieldTypeNames.end(); ++type) {
         ui->typeCombo->addItem(type.value(), type.key());
     }

@@ -1,6 +1,7 @@
 #include "forms/FormEditDlg.h"
 
 #include "app/AppStyle.h"
+#include "app/widgets/LineStart.h"
 #include "ui_FormEditDlg.h"
 
 FormEditDlg::FormEditDlg(QWidget* parent)
@@ -9,6 +10,7 @@ FormEditDlg::FormEditDlg(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    LineStart::installAll(this);
     connect(this, &QDialog::accepted, this, &FormEditDlg::onDone);
 }
 

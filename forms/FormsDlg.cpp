@@ -8,6 +8,8 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/widgets/CellKeys.h"
+#include "app/widgets/ClickGuard.h"
 #include "app/widgets/CurrentRowGuard.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/TableItems.h"
@@ -62,6 +64,10 @@ FormsDlg::FormsDlg(QWidget* parent)
     // Lists may be long, and all items are shown anew after each change: one line each.
     for (QTableWidget* table : {ui->listsWidget, ui->itemsWidget}) {
         table->verticalHeader()->setDefaultSectionSize(plainRowHeight);
+        CellKeys::install(table);
+    }
+    for (QPushButton* button : {ui->fldDelBtn, ui->listItemDelBtn}) {
+        ClickGuard::install(button);
     }
 
     for (QTableWidget* table :

@@ -7,6 +7,7 @@
 #include <QJsonObject>
 
 #include "app/AppStyle.h"
+#include "app/widgets/LineStart.h"
 #include "store/OrgData.h"
 #include "ui_ChangeOrgDataDlg.h"
 
@@ -17,6 +18,7 @@ ChangeOrgDataDlg::ChangeOrgDataDlg(QWidget* parent)
     ui->setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
+    LineStart::installAll(this);
     loadOrgData();
     showOrgData();
     // After the form's own connection of the button to accept().

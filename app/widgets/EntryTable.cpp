@@ -1,11 +1,42 @@
 #include "app/widgets/EntryTable.h"
 
 #include <QChildEvent>
-#include <QFocusEvent>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QSpinBox>
+
+#include "app/widgets/CellKeys.h"
+#include "app/widgets/LineStart.h"
+
+namespace {
+
+// What is typed next replaces the text. A date keeps its selected section.
+void selectText(QWidget* editor)
+{
+    if (auto* spin = qobject_cast<QSpinBox*>(editor)) {
+        spin->selectAll();
+        return;
+    }
+    const auto* combo = qobject_cast<QComboBox*>(editor);
+    if (combo && combo->lineEdit()) {
+        LineStart::selectText(combo->lineEdit());
+    }
+}
+
+bool isEnter(const QEvent& event)
+{
+    const int key =
+        event.type() == QEvent::KeyPress ? static_cast<const QKeyEvent&>(event).key() : 0;
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+} // namespace
 
 EntryTable::EntryTable(QWidget* parent)
     : QTableWidget(parent)
 {
+    CellKeys::install(this);
 }
 
 bool EntryTable::focusNextPrevChild(bool next)
@@ -22,6 +53,29 @@ void EntryTable::focusInEvent(QFocusEvent* event)
     if (fromBefore || event->reason() == Qt::BacktabFocusReason) {
         goTo(neighbour(QModelIndex(), fromBefore), event->reason());
     }
+}
+
+bool EntryTable::eventFilter(QObject* watched, QEvent* event)
+{
+    const auto* combo = qobject_cast<QComboBox*>(watched);
+    if (combo && combo->lineEdit() && isEnter(*event)) {
+        // A selection would count as the rest of a completion, and Enter would put one in.
+        combo->lineEdit()->deselect();
+    }
+    return QTableWidget::eventFilter(watched, event);
+}
+
+void EntryTable::keyPressEvent(QKeyEvent* event)
+{
+    if (!isEnter(*event)) {
+        QTableWidget::keyPressEvent(event);
+        return;
+    }
+    // A text that is open is closed by its delegate, see closeEditor().
+    if (state() != EditingState) {
+        goOn(currentIndex());
+    }
+    event->accept();
 }
 
 bool EntryTable::viewportEvent(QEvent* event)
@@ -45,6 +99,22 @@ QModelIndex EntryTable::moveCursor(CursorAction action, Qt::KeyboardModifiers mo
     return QTableWidget::moveCursor(action, modifiers);
 }
 
+void EntryTable::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    QTableWidget::closeEditor(editor, hint);
+    if (hint == QAbstractItemDelegate::SubmitModelCache) {
+        goOn(currentIndex()); // ended by Enter
+    } else if (hint != QAbstractItemDelegate::NoHint) {
+        selectText(indexWidget(currentIndex())); // Tab may have gone to an editor
+    }
+}
+
+void EntryTable::goOn(const QModelIndex& cell)
+{
+    const QModelIndex next = neighbour(cell, true);
+    goTo(next.isValid() ? next : cell, Qt::TabFocusReason);
+}
+
 bool EntryTable::goTo(const QModelIndex& cell, Qt::FocusReason reason)
 {
     if (!cell.isValid()) {
@@ -53,6 +123,7 @@ bool EntryTable::goTo(const QModelIndex& cell, Qt::FocusReason reason)
     setCurrentIndex(cell);
     if (QWidget* editor = indexWidget(cell)) {
         editor->setFocus(reason);
+        selectText(editor);
     } else {
         setFocus(Qt::OtherFocusReason); // with Tab as the reason it would begin at an end again
     }

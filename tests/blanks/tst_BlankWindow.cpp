@@ -3,6 +3,7 @@
 #include <QAbstractTextDocumentLayout>
 #include <QAction>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QFontComboBox>
 #include <QFontDatabase>
@@ -89,6 +90,9 @@ private slots:
     void fontSizeZeroIsAccepted();
     void newLineSpacingStaysUntilChanged();
     void wheelOverAPropertyChangesNothing();
+    void typedPropertiesReplaceTheOnesReachedByTab();
+    void enterGoesThroughTheProperties();
+    void keysOnAClosedText();
 
     void dragUpdatesTheTable_data();
     void dragUpdatesTheTable();
@@ -1025,6 +1029,65 @@ void tst_BlankWindow::wheelOverAPropertyChangesNothing()
         QApplication::sendEvent(widget, &event);
     }
     QCOMPARE(itemData(onlyFrame()), textItem);
+}
+
+void tst_BlankWindow::typedPropertiesReplaceTheOnesReachedByTab()
+{
+    openWith({textItem});
+    onlyFrame()->setSelected(true);
+    find<QTreeWidget>("blankTree")->setFocus();
+    while (QApplication::focusWidget() != table()) {
+        pressKey(Qt::Key_Tab);
+    }
+    for (const char* text : {"#FNAME", "11", "12", "130", "40"}) {
+        typeKeys(text);
+        pressKey(Qt::Key_Tab);
+    }
+    for (int i = 0; i < 3; ++i) {
+        pressKey(Qt::Key_Tab); // past both alignments and the font
+    }
+    QCOMPARE(QApplication::focusWidget(), cell<QSpinBox>(8));
+    typeKeys("14");
+    QCOMPARE(itemData(onlyFrame())["font_size"], QJsonValue(14));
+    QCOMPARE(itemData(onlyFrame())["font"], textItem["font"]);
+    QCOMPARE(typedRows(), QStringList({"#FNAME", "11", "12", "130", "40"}));
+}
+
+void tst_BlankWindow::enterGoesThroughTheProperties()
+{
+    QJsonObject item = tableItem;
+    item["f_cut"] = 0; // as the first change of any property writes it
+    openWith({item});
+    onlyFrame()->setSelected(true);
+    find<QTreeWidget>("blankTree")->setFocus();
+    while (QApplication::focusWidget() != table()) {
+        pressKey(Qt::Key_Tab);
+    }
+    for (int row = 0; row < 11; ++row) {
+        QCOMPARE(table()->currentRow(), row);
+        pressKey(Qt::Key_Return);
+    }
+    QVERIFY(editor->isVisible());
+    QCOMPARE(itemData(onlyFrame()), item);
+    ModalDriver driver;
+    driver.expect<TableLayoutDialog>(
+        [](TableLayoutDialog* layout) { clickButton(*layout, "buttonReject"); });
+    pressKey(Qt::Key_Return); // on a button the key presses it
+    QVERIFY2(driver.finished(), driver.failures());
+}
+
+void tst_BlankWindow::keysOnAClosedText()
+{
+    openWith({textItem});
+    onlyFrame()->setSelected(true);
+    clickRow(table(), 0); // a caption
+    pressKey(Qt::Key_Right);
+    QApplication::clipboard()->setText("#MNAME");
+    pressKey(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(textOf(onlyFrame())->toPlainText(), QString("#MNAME"));
+    pressKey(Qt::Key_Delete);
+    QCOMPARE(textOf(onlyFrame())->toPlainText(), QString());
+    QCOMPARE(itemData(onlyFrame())["value"], QJsonValue(""));
 }
 
 void tst_BlankWindow::dragUpdatesTheTable_data()

@@ -28,6 +28,10 @@ private slots:
     void removingAllRowsGivesEmptyArrays();
     void textsThatAreNoNumbersGiveZero();
     void openCellEditorIsTaken();
+    void doubleClickDeletesOneColumn();
+    void wheelOverAnAlignmentChangesNothing();
+    void enterGoesOnAndAcceptsNothing();
+    void keysOnAClosedText();
 };
 
 namespace {
@@ -255,6 +259,60 @@ void tst_TableLayoutDialog::openCellEditorIsTaken()
     typeWidth(dialog, 0, "77");
     clickButton(dialog, "buttonAccept");
     QCOMPARE(dialog.columnsWidth(), QJsonArray{77});
+}
+
+void tst_TableLayoutDialog::doubleClickDeletesOneColumn()
+{
+    TableLayoutDialog dialog;
+    dialog.setColumns({10, 20, 30}, {0, 1, 2});
+    dialog.show();
+    table(dialog)->setCurrentCell(0, 0);
+    doubleClickButton(dialog, "buttonRemoveCol");
+    QCOMPARE(columnTexts(table(dialog), 0), QStringList({"20", "30"}));
+    clickButton(dialog, "buttonRemoveCol");
+    QCOMPARE(columnTexts(table(dialog), 0), QStringList("30"));
+}
+
+void tst_TableLayoutDialog::wheelOverAnAlignmentChangesNothing()
+{
+    TableLayoutDialog dialog;
+    dialog.setColumns({10}, {1});
+    dialog.show();
+    wheelOver(align(dialog, 0));
+    QCOMPARE(align(dialog, 0)->currentIndex(), 1);
+}
+
+void tst_TableLayoutDialog::enterGoesOnAndAcceptsNothing()
+{
+    TableLayoutDialog dialog;
+    dialog.setColumns({10, 20}, {0, 1});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    clickRow(table(dialog), 0);
+    typeKeys("150");
+    pressKey(Qt::Key_Return);
+    QTRY_COMPARE(QApplication::focusWidget(), align(dialog, 0));
+    pressKey(Qt::Key_Return);
+    typeKeys("60");
+    pressKey(Qt::Key_Return);
+    QTRY_COMPARE(QApplication::focusWidget(), align(dialog, 1));
+    pressKey(Qt::Key_Return);
+    QVERIFY(dialog.isVisible());
+    QCOMPARE(columnTexts(table(dialog), 0), QStringList({"150", "60"}));
+}
+
+void tst_TableLayoutDialog::keysOnAClosedText()
+{
+    TableLayoutDialog dialog;
+    dialog.setColumns({10, 20}, {0, 1});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    clickRow(table(dialog), 0);
+    pressKey(Qt::Key_C, Qt::ControlModifier);
+    pressKey(Qt::Key_Delete);
+    clickRow(table(dialog), 1);
+    pressKey(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(columnTexts(table(dialog), 0), QStringList({"", "10"}));
 }
 
 QTEST_MAIN(tst_TableLayoutDialog)

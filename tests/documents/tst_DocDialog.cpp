@@ -83,6 +83,10 @@ private slots:
     void textButtonOpensItsEditor();
     void tableButtonOpensItsEditor();
     void slotsWithoutASenderDoNothing();
+
+    void oneTabForADate();
+    void wheelOverADateChangesNothing();
+    void longValuesAreSeenFromTheirBeginning();
 };
 
 void tst_DocDialog::looks()
@@ -478,6 +482,55 @@ void tst_DocDialog::slotsWithoutASenderDoNothing()
     dialog.onTextEdit();
     dialog.onTalbeEdit();
     QVERIFY2(driver.finished(), driver.failures());
+}
+
+void tst_DocDialog::oneTabForADate()
+{
+    TempApplication app;
+    DocDialog dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    lineOf(dialog, "mnameEdit")->setFocus();
+    for (const char* next : {"birthDateEdit", "issueDateEdit", "editDateEdit", "seriesEdit"}) {
+        pressKey(Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget()->objectName(), QString(next));
+    }
+}
+
+void tst_DocDialog::wheelOverADateChangesNothing()
+{
+    TempApplication app;
+    const int form = addForm(app, "Ф", {});
+    DocDialog dialog;
+    fill(&dialog, form, {});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    for (const char* name : {"birthDateEdit", "issueDateEdit", "editDateEdit"}) {
+        wheelOver(named<QDateEdit>(&dialog, name));
+    }
+    QCOMPARE(named<QDateEdit>(&dialog, "editDateEdit")->date(), QDate(2024, 7, 1));
+    dialog.onDone();
+    QCOMPARE(dialog.birthDate(), QString("2004-03-17"));
+    QCOMPARE(dialog.issueDate(), QString("2024-06-30"));
+}
+
+void tst_DocDialog::longValuesAreSeenFromTheirBeginning()
+{
+    TempApplication app;
+    DocDialog dialog;
+    const QString longText = QString("слово ").repeated(60);
+    dialog.setLname(longText);
+    dialog.setFname(longText);
+    dialog.setDocGroup(longText);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    for (const char* name : {"lnameEdit", "fnameEdit", "groupEdit"}) {
+        QCOMPARE(lineOf(dialog, name)->cursorPosition(), 0);
+    }
+    pressKey(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), lineOf(dialog, "fnameEdit"));
+    QCOMPARE(lineOf(dialog, "fnameEdit")->cursorPosition(), 0);
+    QCOMPARE(lineOf(dialog, "fnameEdit")->selectedText(), longText);
 }
 
 QTEST_MAIN(tst_DocDialog)

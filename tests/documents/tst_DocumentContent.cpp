@@ -1,9 +1,11 @@
 #include <QtTest>
 
+#include <QAbstractItemView>
 #include <QCalendarWidget>
 #include <QComboBox>
 #include <QDateEdit>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QSpinBox>
 
 #include "DocumentFixture.h"
@@ -94,7 +96,8 @@ private slots:
     void newListFieldStoresEmptyText();
     void listThatIsGone_data();
     void listThatIsGone();
-    void unreadableListKeepsItsValue();
+    void unreadableListShowsAndKeepsItsValue();
+    void editorOfAnotherTypeIsNotRead();
     void counterEntry_data();
     void counterEntry();
     void dateEntry();
@@ -111,6 +114,14 @@ private slots:
     void contentStaysAsItWasUntilTheSave();
     void formChangesDoNotReachADocument();
     void wheelOverTheTableChangesNothing();
+
+    void typedValuesReplaceTheOnesReachedByTab();
+    void enterGoesOnAndSavesNothing();
+    void letterCaseOfAListStays_data();
+    void letterCaseOfAListStays();
+    void listOffersWhateverTheCase();
+    void enterTakesAnOfferAndGoesOn();
+    void longListValueIsSeenFromItsBeginning();
 };
 
 void tst_DocumentContent::builtFromAForm()
@@ -453,7 +464,7 @@ void tst_DocumentContent::listThatIsGone()
     QCOMPARE(entryOf(dialog, "#A")["list"], QJsonValue(4711));
 }
 
-void tst_DocumentContent::unreadableListKeepsItsValue()
+void tst_DocumentContent::unreadableListShowsAndKeepsItsValue()
 {
     TempApplication app;
     app.exec("DROP TABLE lists");
@@ -468,9 +479,42 @@ void tst_DocumentContent::unreadableListKeepsItsValue()
     QCOMPARE(tableOf(dialog)->rowCount(), 2);
     QCOMPARE(tableOf(dialog)->item(0, 0)->text(), QString("О"));
     QVERIFY(!tableOf(dialog)->cellWidget(0, 1));
-    QVERIFY(!tableOf(dialog)->item(0, 1));
+    QCOMPARE(tableOf(dialog)->item(0, 1)->text(), QString("отлично"));
+
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    const QPoint cell = tableOf(dialog)->visualItemRect(tableOf(dialog)->item(0, 1)).center();
+    QTest::mouseClick(tableOf(dialog)->viewport(), Qt::LeftButton, Qt::NoModifier, cell);
+    QTest::mouseDClick(tableOf(dialog)->viewport(), Qt::LeftButton, Qt::NoModifier, cell);
+    typeKeys("other");
+    pressKey(Qt::Key_Delete);
     dialog.onDone();
     QCOMPARE(dialog.content(), content);
+}
+
+void tst_DocumentContent::editorOfAnotherTypeIsNotRead()
+{
+    TempApplication app;
+    const int list = addList(app, {"отлично"});
+    DocDialog dialog;
+    dialog.setContent({{"#A", QJsonObject{{"type", 2}, {"value", 9}}},
+                       {"#B", QJsonObject{{"type", 1}, {"list", list}, {"value", "отлично"}}},
+                       {"#C", QJsonObject{{"type", 0}, {"value", "строка"}}}});
+    for (int type = 0; type < 6; ++type) {
+        if (type == 0 || type == 2) {
+            continue;
+        }
+        QJsonObject other = {{"#A", QJsonObject{{"type", type}, {"value", "сохранено"}}},
+                             {"#C", QJsonObject{{"type", type}, {"value", "сохранено"}}}};
+        const QJsonObject before = other;
+        saveContentTable(&other, tableOf(dialog));
+        QCOMPARE(other, before);
+    }
+    QJsonObject other = {{"#A", QJsonObject{{"type", 0}, {"value", "сохранено"}}},
+                         {"#B", QJsonObject{{"type", 2}, {"value", 5}}}};
+    const QJsonObject before = other;
+    saveContentTable(&other, tableOf(dialog));
+    QCOMPARE(other, before);
 }
 
 void tst_DocumentContent::counterEntry_data()
@@ -698,6 +742,163 @@ void tst_DocumentContent::wheelOverTheTableChangesNothing()
     }
     dialog.onDone();
     QCOMPARE(dialog.content(), content);
+}
+
+void tst_DocumentContent::typedValuesReplaceTheOnesReachedByTab()
+{
+    TempApplication app;
+    const int list = addList(app, {"good", "bad"});
+    DocDialog dialog;
+    dialog.setContent(
+        {{"#0", QJsonObject{{"type", 0}, {"value", "old"}}},
+         {"#1", QJsonObject{{"type", 1}, {"list", list}, {"value", "bad"}}},
+         {"#2", QJsonObject{{"type", 2}, {"value", 0}}},
+         {"#3", QJsonObject{{"type", 3}, {"format", "dd.MM.yyyy"}, {"value", "15.06.2024"}}}});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    named<QWidget>(&dialog, "duplicateCheck")->setFocus();
+    pressKey(Qt::Key_Tab);
+    typeKeys("new");
+    pressKey(Qt::Key_Tab);
+    typeKeys("5");
+    pressKey(Qt::Key_Tab);
+    typeKeys("144");
+    pressKey(Qt::Key_Tab);
+    typeKeys("02.03.2001");
+    pressKey(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), named<QWidget>(&dialog, "saveButton"));
+    dialog.onDone();
+    QCOMPARE(entryOf(dialog, "#0")["value"], QJsonValue("new"));
+    QCOMPARE(entryOf(dialog, "#1")["value"], QJsonValue("5"));
+    QCOMPARE(entryOf(dialog, "#2")["value"], QJsonValue(144));
+    QCOMPARE(entryOf(dialog, "#3")["value"], QJsonValue("02.03.2001"));
+}
+
+void tst_DocumentContent::enterGoesOnAndSavesNothing()
+{
+    TempApplication app;
+    const int list = addList(app, {"good"});
+    DocDialog dialog;
+    dialog.setContent({{"#1", QJsonObject{{"type", 1}, {"list", list}, {"value", "good"}}},
+                       {"#2", QJsonObject{{"type", 2}, {"value", 0}}},
+                       {"#3", QJsonObject{{"type", 3}, {"format", "dd.MM.yyyy"}, {"value", ""}}},
+                       {"#6", QJsonObject{{"type", 0}, {"value", "old"}}}});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    named<QWidget>(&dialog, "duplicateCheck")->setFocus();
+    pressKey(Qt::Key_Tab);
+    for (const char* text : {"5", "144", "02032001"}) {
+        typeKeys(text);
+        pressKey(Qt::Key_Return);
+    }
+    typeKeys("new");
+    pressKey(Qt::Key_Return);
+    QTRY_COMPARE(tableOf(dialog)->item(3, 1)->text(), QString("new"));
+    QVERIFY(dialog.isVisible());
+    dialog.onDone();
+    QCOMPARE(entryOf(dialog, "#1")["value"], QJsonValue("5"));
+    QCOMPARE(entryOf(dialog, "#2")["value"], QJsonValue(144));
+    QCOMPARE(entryOf(dialog, "#3")["value"], QJsonValue("02.03.2001"));
+}
+
+void tst_DocumentContent::letterCaseOfAListStays_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<Qt::Key>("end");
+    for (const Qt::Key end : {Qt::Key_Tab, Qt::Key_Return}) {
+        const char* name = end == Qt::Key_Tab ? "Tab" : "Enter";
+        QTest::addRow("other case, %s", name) << "Хорошо" << end;
+        QTest::addRow("beginning, %s", name) << "хор" << end;
+        QTest::addRow("beginning of another case, %s", name) << "ХОР" << end;
+    }
+}
+
+void tst_DocumentContent::letterCaseOfAListStays()
+{
+    QFETCH(QString, typed);
+    QFETCH(Qt::Key, end);
+    TempApplication app;
+    const int list = addList(app, {"отлично", "хорошо", "хорошо с отличием"});
+    DocDialog dialog;
+    dialog.setContent({{"#1", QJsonObject{{"type", 1}, {"list", list}, {"value", "отлично"}}},
+                       {"#2", QJsonObject{{"type", 2}, {"value", 0}}}});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    named<QWidget>(&dialog, "duplicateCheck")->setFocus();
+    pressKey(Qt::Key_Tab);
+    typeKeys(typed);
+    pressKey(end);
+    QCOMPARE(QApplication::focusWidget(), editorOfTag<QSpinBox>(&dialog, "#2"));
+    dialog.onDone();
+    QCOMPARE(entryOf(dialog, "#1")["value"], QJsonValue(typed));
+    QCOMPARE(editorOfTag<QComboBox>(&dialog, "#1")->count(), 3);
+}
+
+void tst_DocumentContent::listOffersWhateverTheCase()
+{
+    TempApplication app;
+    const int list = addList(app, {"отлично", "хорошо", "хорошо с отличием"});
+    DocDialog dialog;
+    dialog.setContent({{"#1", QJsonObject{{"type", 1}, {"list", list}, {"value", "отлично"}}}});
+    tableOf(dialog)->horizontalHeader()->setStretchLastSection(false);
+    tableOf(dialog)->setColumnWidth(1, 80);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    editorOfTag<QComboBox>(&dialog, "#1")->setFocus(Qt::TabFocusReason);
+    typeKeys("ХОР");
+    auto* offers = qobject_cast<QAbstractItemView*>(QApplication::activePopupWidget());
+    QVERIFY(offers);
+    QCOMPARE(offers->model()->rowCount(), 2);
+    QVERIFY(offers->viewport()->width() >
+            offers->fontMetrics().horizontalAdvance("хорошо с отличием"));
+    const QModelIndex offer = offers->model()->index(1, 0);
+    QTest::mouseClick(offers->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      offers->visualRect(offer).center());
+    dialog.onDone();
+    QCOMPARE(entryOf(dialog, "#1")["value"], QJsonValue("хорошо с отличием"));
+}
+
+void tst_DocumentContent::enterTakesAnOfferAndGoesOn()
+{
+    TempApplication app;
+    const int list = addList(app, {"отлично", "хорошо"});
+    DocDialog dialog;
+    dialog.setContent({{"#1", QJsonObject{{"type", 1}, {"list", list}, {"value", "отлично"}}},
+                       {"#2", QJsonObject{{"type", 2}, {"value", 0}}}});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    editorOfTag<QComboBox>(&dialog, "#1")->setFocus(Qt::TabFocusReason);
+    typeKeys("ХОР");
+    pressKey(Qt::Key_Down);
+    pressKey(Qt::Key_Return);
+    QVERIFY(!QApplication::activePopupWidget());
+    QCOMPARE(QApplication::focusWidget(), editorOfTag<QSpinBox>(&dialog, "#2"));
+    dialog.onDone();
+    QCOMPARE(entryOf(dialog, "#1")["value"], QJsonValue("хорошо"));
+    QCOMPARE(editorOfTag<QComboBox>(&dialog, "#1")->currentIndex(), 1);
+}
+
+void tst_DocumentContent::longListValueIsSeenFromItsBeginning()
+{
+    TempApplication app;
+    const QString longText = QString("слово ").repeated(80);
+    const int list = addList(app, {longText, longText + "ещё"});
+    DocDialog dialog;
+    dialog.setContent({{"#1", QJsonObject{{"type", 1}, {"list", list}, {"value", longText}}}});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    auto* combo = editorOfTag<QComboBox>(&dialog, "#1");
+    QCOMPARE(combo->lineEdit()->cursorPosition(), 0);
+    // Also after another one was chosen, and after the user typed at its end and left.
+    combo->setFocus(Qt::TabFocusReason);
+    pressKey(Qt::Key_Down);
+    QCOMPARE(combo->currentIndex(), 1);
+    QCOMPARE(combo->lineEdit()->cursorPosition(), 0);
+    pressKey(Qt::Key_End);
+    typeKeys("!");
+    pressKey(Qt::Key_Tab);
+    QCOMPARE(combo->currentText(), longText + "ещё!");
+    QCOMPARE(combo->lineEdit()->cursorPosition(), 0);
 }
 
 QTEST_MAIN(tst_DocumentContent)

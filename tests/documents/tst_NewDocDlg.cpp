@@ -184,6 +184,12 @@ private slots:
     void templateOfADeletedForm();
     void templateWithBrokenContent();
     void createFails();
+
+    void oneTabForADateAndNoneForAFixedOne();
+    void fixedDateLooksFixed();
+    void wheelOverADateChangesNothing();
+    void typedValuesReplaceTheOnesReachedByTab();
+    void doubleClickDeletesOneTemplate();
 };
 
 void tst_NewDocDlg::looks()
@@ -952,6 +958,86 @@ void tst_NewDocDlg::createFails()
     QVERIFY(log.contains("no such table: docs"));
     QCOMPARE(typesOf(dialog)->currentIndex(), -1);
     QVERIFY(!named<QFrame>(&dialog, "mainFrame")->isEnabled());
+}
+
+void tst_NewDocDlg::oneTabForADateAndNoneForAFixedOne()
+{
+    BegunDocument document;
+    QVERIFY(QTest::qWaitForWindowActive(&document.dialog));
+    named<QLineEdit>(&document.dialog, "groupEdit")->setFocus();
+    for (const char* next : {"birthDateEdit", "issueDateEdit", "seriesEdit"}) {
+        pressKey(Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget()->objectName(), QString(next));
+    }
+    pressKey(Qt::Key_Tab, Qt::ShiftModifier);
+    QCOMPARE(QApplication::focusWidget()->objectName(), QString("issueDateEdit"));
+    // The mouse still gets there, to copy the date.
+    QTest::mouseClick(dateOf(document.dialog, "editDateEdit"), Qt::LeftButton);
+    QCOMPARE(QApplication::focusWidget()->objectName(), QString("editDateEdit"));
+}
+
+void tst_NewDocDlg::fixedDateLooksFixed()
+{
+    QVERIFY(loadBaseStyle());
+    BegunDocument document;
+    baseStyleSheet.clear();
+    const auto background = [&](const char* name) {
+        const QImage picture = dateOf(document.dialog, name)->grab().toImage();
+        return picture.pixelColor(picture.width() - 10, picture.height() / 2);
+    };
+    QCOMPARE(background("issueDateEdit").name(), background("birthDateEdit").name());
+    QVERIFY(background("editDateEdit") != QColor(Qt::white));
+    // No arrow of a calendar at its right end, so both places show the background.
+    QCOMPARE(background("editDateEdit").name(), QString("#f7f8f9"));
+}
+
+void tst_NewDocDlg::wheelOverADateChangesNothing()
+{
+    BegunDocument document;
+    QVERIFY(QTest::qWaitForWindowActive(&document.dialog));
+    for (const char* name : {"birthDateEdit", "issueDateEdit", "editDateEdit"}) {
+        const QDate before = dateOf(document.dialog, name)->date();
+        wheelOver(dateOf(document.dialog, name));
+        QCOMPARE(dateOf(document.dialog, name)->date(), before);
+    }
+}
+
+void tst_NewDocDlg::typedValuesReplaceTheOnesReachedByTab()
+{
+    TempApplication app;
+    const int list = addList(app, {"good", "bad"});
+    const int form =
+        addForm(app, "Ф", {formField("#1", "С", 1, {{"list", list}}), formField("#2", "Ч", 2)});
+    NewDocDlg dialog;
+    choose(dialog, form);
+    editorOfTag<QComboBox>(&dialog, "#1")->setCurrentIndex(1);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    named<QCheckBox>(&dialog, "duplicateCheck")->setFocus();
+    pressKey(Qt::Key_Tab);
+    typeKeys("Good");
+    pressKey(Qt::Key_Return);
+    typeKeys("144");
+    pressKey(Qt::Key_Return);
+    QVERIFY(dialog.isVisible());
+    dialog.onDone();
+    QCOMPARE(dialog.content()["#1"].toObject()["value"], QJsonValue("Good"));
+    QCOMPARE(dialog.content()["#2"].toObject()["value"], QJsonValue(144));
+}
+
+void tst_NewDocDlg::doubleClickDeletesOneTemplate()
+{
+    TempApplication app;
+    const int form = addForm(app, "Ф", {});
+    addTemplateRow(app, "Первый", form, {});
+    addTemplateRow(app, "Второй", form, {});
+    NewDocDlg dialog;
+    dialog.show();
+    showTemplates(dialog);
+    templatesOf(dialog)->setCurrentRow(0);
+    doubleClickButton(dialog, "deleteTemplateBtn");
+    QCOMPARE(app.value("SELECT group_concat(TEMPLATE_NAME) FROM docs").toString(),
+             QString("Второй"));
 }
 
 QTEST_MAIN(tst_NewDocDlg)

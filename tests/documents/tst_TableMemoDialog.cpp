@@ -56,14 +56,6 @@ QString today()
     return QDate::currentDate().toString("dd.MM.yyyy");
 }
 
-void wheelOver(QWidget* editor)
-{
-    const QPointF centre = editor->rect().center();
-    QWheelEvent event(centre, editor->mapToGlobal(centre.toPoint()), QPoint(), QPoint(0, 120),
-                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(editor, &event);
-}
-
 } // namespace
 
 /// The editor of table values.
@@ -113,6 +105,15 @@ private slots:
     void acceptReplacesTheValue();
     void cancelKeepsTheValue();
     void wheelOverAnEditorChangesNothing();
+
+    void noColumnsNoRows();
+    void doubleClickRemovesOneRow();
+    void typedValuesReplaceTheOnesReachedByTab();
+    void enterGoesOnAndClosesNothing();
+    void letterCaseOfAListStays_data();
+    void letterCaseOfAListStays();
+    void narrowListIsSeenFromItsBeginning();
+    void keysOnAClosedText();
 };
 
 void tst_TableMemoDialog::looks()
@@ -606,6 +607,138 @@ void tst_TableMemoDialog::wheelOverAnEditorChangesNothing()
     spin->setFocus();
     wheelOver(spin);
     QCOMPARE(dialog.tableValue(), oneRow(QJsonArray{"хорошо", "6", "15.06.2024"}));
+}
+
+void tst_TableMemoDialog::noColumnsNoRows()
+{
+    TableMemoDialog dialog;
+    ModalDriver driver;
+    driver.expectMessage("Ошибка", "В таблице нет полей");
+    QVERIFY(!dialog.setData({}, {}));
+    QVERIFY2(driver.finished(), driver.failures());
+    dialog.show();
+    clickButton(dialog, "buttonAddRow");
+    clickButton(dialog, "buttonAddRow");
+    QCOMPARE(tableOf(dialog)->rowCount(), 0);
+    QCOMPARE(dialog.tableValue(), QJsonArray());
+}
+
+void tst_TableMemoDialog::doubleClickRemovesOneRow()
+{
+    TableMemoDialog dialog;
+    dialog.setData(plainColumns(1), {QJsonArray{"a"}, QJsonArray{"b"}, QJsonArray{"c"}});
+    dialog.show();
+    doubleClickButton(dialog, "buttonRemoveRow");
+    QCOMPARE(dialog.tableValue(), QJsonArray({QJsonArray{"a"}, QJsonArray{"b"}}));
+    clickButton(dialog, "buttonRemoveRow");
+    clickButton(dialog, "buttonRemoveRow");
+    QCOMPARE(dialog.tableValue(), QJsonArray());
+}
+
+void tst_TableMemoDialog::typedValuesReplaceTheOnesReachedByTab()
+{
+    TempApplication app;
+    const QString list = QString::number(addList(app, {"good", "bad"}));
+    TableMemoDialog dialog;
+    dialog.setData({tableColumn("Предмет", "0"), tableColumn("Оценка", "1", {{"listID", list}}),
+                    tableColumn("Часы", "2"), tableColumn("Дата", "3")},
+                   {QJsonArray{"old", "bad", "0", "15.06.2024"},
+                    QJsonArray{"older", "good", "72", "16.06.2024"}});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    named<QPushButton>(&dialog, "buttonReject")->setFocus();
+    pressKey(Qt::Key_Tab);
+    for (const char* text : {"new", "5", "144", "02", "newer", "4", "36", "03"}) {
+        typeKeys(text);
+        pressKey(Qt::Key_Tab);
+    }
+    QCOMPARE(dialog.tableValue(), QJsonArray({QJsonArray{"new", "5", "144", "02.06.2024"},
+                                              QJsonArray{"newer", "4", "36", "03.06.2024"}}));
+    QCOMPARE(QApplication::focusWidget(), named<QPushButton>(&dialog, "buttonAddRow"));
+}
+
+void tst_TableMemoDialog::enterGoesOnAndClosesNothing()
+{
+    TempApplication app;
+    const QString list = QString::number(addList(app, {"good", "bad"}));
+    TableMemoDialog dialog;
+    dialog.setData({tableColumn("Оценка", "1", {{"listID", list}}), tableColumn("Часы", "2"),
+                    tableColumn("Дата", "3"), tableColumn("Предмет", "0")},
+                   oneRow(QJsonArray{"bad", "0", "15.06.2024", "old"}));
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    named<QPushButton>(&dialog, "buttonReject")->setFocus();
+    pressKey(Qt::Key_Tab);
+    for (const char* text : {"5", "144", "02", "new"}) {
+        typeKeys(text);
+        pressKey(Qt::Key_Return);
+    }
+    QTRY_COMPARE(dialog.tableValue(), oneRow(QJsonArray{"5", "144", "02.06.2024", "new"}));
+    pressKey(Qt::Key_Return); // the closed text
+    QVERIFY(dialog.isVisible());
+}
+
+void tst_TableMemoDialog::letterCaseOfAListStays_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<Qt::Key>("end");
+    QTest::newRow("other case") << "Хорошо" << Qt::Key_Tab;
+    QTest::newRow("beginning") << "хор" << Qt::Key_Tab;
+    QTest::newRow("other case, Enter") << "Хорошо" << Qt::Key_Return;
+    QTest::newRow("beginning, Enter") << "хор" << Qt::Key_Return;
+}
+
+void tst_TableMemoDialog::letterCaseOfAListStays()
+{
+    QFETCH(QString, typed);
+    QFETCH(Qt::Key, end);
+    TempApplication app;
+    const QString list = QString::number(addList(app, {"отлично", "хорошо"}));
+    TableMemoDialog dialog;
+    dialog.setData({tableColumn("Оценка", "1", {{"listID", list}})},
+                   {QJsonArray{"ОТЛИЧНО"}, QJsonArray{"отлично"}});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    named<QPushButton>(&dialog, "buttonReject")->setFocus();
+    pressKey(Qt::Key_Tab); // what is stored is only visited
+    pressKey(end);
+    typeKeys(typed);
+    pressKey(end);
+    QVERIFY(!QApplication::activePopupWidget());
+    named<QPushButton>(&dialog, "buttonAccept")->setFocus();
+    QCOMPARE(dialog.tableValue(), QJsonArray({QJsonArray{"ОТЛИЧНО"}, QJsonArray{typed}}));
+}
+
+void tst_TableMemoDialog::narrowListIsSeenFromItsBeginning()
+{
+    TempApplication app;
+    const QString list = QString::number(addList(app, {"удовлетворительно"}));
+    const QString stored = "неудовлетворительно (пересдача)";
+    TableMemoDialog dialog;
+    dialog.setData({tableColumn("Оценка", "1", {{"listID", list}, {"edtColumnW", "60"}}),
+                    tableColumn("Предмет", "0")},
+                   {QJsonArray{stored, ""}, QJsonArray{"", ""}});
+    dialog.show();
+    for (int row = 0; row < 2; ++row) {
+        QCOMPARE(editorAt<QComboBox>(dialog, row, 0)->lineEdit()->cursorPosition(), 0);
+    }
+    QCOMPARE(editorAt<QComboBox>(dialog, 0, 0)->currentText(), stored);
+    QCOMPARE(editorAt<QComboBox>(dialog, 1, 0)->currentText(), QString("удовлетворительно"));
+}
+
+void tst_TableMemoDialog::keysOnAClosedText()
+{
+    TableMemoDialog dialog;
+    dialog.setData(plainColumns(2), oneRow(QJsonArray{"a", "b"}));
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    clickCell(tableOf(dialog), 0, 0);
+    pressKey(Qt::Key_C, Qt::ControlModifier);
+    pressKey(Qt::Key_Delete);
+    QCOMPARE(dialog.tableValue(), oneRow(QJsonArray{"", "b"}));
+    clickCell(tableOf(dialog), 0, 1);
+    pressKey(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(dialog.tableValue(), oneRow(QJsonArray{"", "a"}));
 }
 
 QTEST_MAIN(tst_TableMemoDialog)

@@ -80,6 +80,9 @@ private slots:
     void brokenFields();
     void failedFieldSelects();
     void failedFieldUpdates();
+    void doubleClickDeletesOneField();
+    void keysOnAClosedText();
+    void longPathIsSeenFromItsBeginning();
 
 private:
     QString stored(const char* column, int id = 1);
@@ -944,6 +947,41 @@ void tst_ExportDlg::failedFieldUpdates()
     QCOMPARE(m_fixture->app.dump(), before);
     // The widgets stay as the user left them.
     QCOMPARE(mapping(), QStringList{"B=#LNAME@0"});
+}
+
+void tst_ExportDlg::doubleClickDeletesOneField()
+{
+    m_fixture->addTemplate("Первый", {{"A", "#LNAME"}, {"B", "#FNAME"}, {"C", "#MNAME"}});
+    m_fixture->open();
+    m_fixture->selectTemplate(0);
+    fields()->setCurrentCell(0, 1);
+    doubleClickButton(m_fixture->dialog(), "fldDelBtn");
+    QCOMPARE(mapping(), (QStringList{"B=#FNAME@0", "C=#MNAME@1"}));
+}
+
+void tst_ExportDlg::keysOnAClosedText()
+{
+    m_fixture->addTemplate("Первый", {{"A", "#LNAME"}, {"B", "#FNAME"}});
+    m_fixture->open();
+    QVERIFY(QTest::qWaitForWindowActive(&m_fixture->dialog()));
+    m_fixture->selectTemplate(0);
+    clickRow(fields(), 0);
+    pressKey(Qt::Key_C, Qt::ControlModifier);
+    pressKey(Qt::Key_Delete);
+    clickRow(fields(), 1);
+    pressKey(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(mapping(), (QStringList{"=#LNAME@0", "A=#FNAME@1"}));
+    clickRow(templates(), 0);
+    pressKey(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(stored("NAME"), QString("A"));
+}
+
+void tst_ExportDlg::longPathIsSeenFromItsBeginning()
+{
+    m_fixture->addTemplate("Первый", {}, "/books/" + QString(300, 'x') + ".xlsx");
+    m_fixture->open();
+    m_fixture->selectTemplate(0);
+    QCOMPARE(edit("tmpPathEdit")->cursorPosition(), 0);
 }
 
 QTEST_MAIN(tst_ExportDlg)

@@ -48,6 +48,12 @@ private slots:
     void typeBackAndForthLosesNothing();
     void cancelKeepsTheField();
 
+    void wheelOverATypeChangesNothing();
+    void doubleClickRemovesOneColumn();
+    void enterGoesOnAndAcceptsNothing();
+    void keysOnAClosedText();
+    void longValuesAreSeenFromTheirBeginning();
+
 private:
     TempApplication* m_app = nullptr;
 };
@@ -419,6 +425,77 @@ void tst_FieldEditDlg::cancelKeepsTheField()
     chooseType(dialog, 5);
     clickButton(dialog, "buttonReject");
     QCOMPARE(dialog.field(), gradesField);
+}
+
+void tst_FieldEditDlg::wheelOverATypeChangesNothing()
+{
+    FieldEditDlg dialog;
+    dialog.setField(gradesField);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    wheelOver(columnType(dialog, 0));
+    wheelOver(columnType(dialog, 1));
+    wheelOver(named<QComboBox>(dialog, "typeCombo"));
+    QCOMPARE(accepted(dialog), gradesField);
+
+    FieldEditDlg list;
+    list.setField({{"tag", "#Q"}, {"name", "x"}, {"type", 1}, {"list", 9}});
+    list.show();
+    wheelOver(named<QComboBox>(list, "listCombo"));
+    QCOMPARE(accepted(list)["list"], QJsonValue(9));
+}
+
+void tst_FieldEditDlg::doubleClickRemovesOneColumn()
+{
+    FieldEditDlg dialog;
+    dialog.setField(gradesField);
+    dialog.show();
+    doubleClickButton(dialog, "buttonRemoveTableRow");
+    QCOMPARE(table(dialog)->rowCount(), 1);
+    clickButton(dialog, "buttonRemoveTableRow");
+    QCOMPARE(table(dialog)->rowCount(), 0);
+}
+
+void tst_FieldEditDlg::enterGoesOnAndAcceptsNothing()
+{
+    FieldEditDlg dialog;
+    dialog.setField(gradesField);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    clickRow(table(dialog), 0);
+    typeKeys("Subject");
+    pressKey(Qt::Key_Return);
+    QTRY_COMPARE(QApplication::focusWidget(), columnType(dialog, 0));
+    QCOMPARE(table(dialog)->item(0, 0)->text(), QString("Subject"));
+    pressKey(Qt::Key_Return);
+    QCOMPARE(QApplication::focusWidget(), columnOptions(dialog, 0));
+    QVERIFY(dialog.isVisible());
+}
+
+void tst_FieldEditDlg::keysOnAClosedText()
+{
+    FieldEditDlg dialog;
+    dialog.setField(gradesField);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    clickRow(table(dialog), 0);
+    pressKey(Qt::Key_C, Qt::ControlModifier);
+    pressKey(Qt::Key_Delete);
+    clickRow(table(dialog), 1);
+    pressKey(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(columnTexts(table(dialog), 0), QStringList({"", "Предмет"}));
+}
+
+void tst_FieldEditDlg::longValuesAreSeenFromTheirBeginning()
+{
+    FieldEditDlg dialog;
+    const QString longText = QString("слово ").repeated(60);
+    dialog.setField({{"tag", "#" + longText}, {"name", longText}, {"type", 0}});
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    for (const char* name : {"tagEdit", "nameEdit"}) {
+        QCOMPARE(named<QLineEdit>(dialog, name)->cursorPosition(), 0);
+    }
 }
 
 QTEST_MAIN(tst_FieldEditDlg)

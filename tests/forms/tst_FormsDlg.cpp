@@ -73,6 +73,9 @@ private slots:
     void elidedHeadingsHaveTips();
 
     void workedExampleThroughTheDialogs();
+    void doubleClickDeletesOneField();
+    void doubleClickDeletesOneItem();
+    void keysOnAClosedText();
 
 private:
     QString storedFields(int id);
@@ -921,6 +924,63 @@ assert items == {"items": ["отлично", "хорошо", "удовлетво
 )",
                                           {m_app->path("docs.db")});
     QVERIFY2(check.exitCode == 0, check.err);
+}
+
+void tst_FormsDlg::doubleClickDeletesOneField()
+{
+    FormsDlg dialog;
+    showForm(dialog, 0);
+    QTableWidget* fields = table(dialog, "fieldsWidget");
+    clickRow(fields, 0);
+    doubleClickButton(dialog, "fldDelBtn");
+    QCOMPARE(columnTexts(fields, 0), QStringList{"#B"});
+    clickButton(dialog, "fldDelBtn");
+    QCOMPARE(fields->rowCount(), 0);
+}
+
+void tst_FormsDlg::doubleClickDeletesOneItem()
+{
+    FormsDlg dialog;
+    showList(dialog, 0);
+    QTableWidget* items = table(dialog, "itemsWidget");
+    clickRow(items, 0);
+    doubleClickButton(dialog, "listItemDelBtn");
+    QCOMPARE(items->rowCount(), 2);
+    clickButton(dialog, "listItemDelBtn");
+    QCOMPARE(items->rowCount(), 1);
+}
+
+void tst_FormsDlg::keysOnAClosedText()
+{
+    FormsDlg dialog;
+    showList(dialog, 0);
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QTableWidget* items = table(dialog, "itemsWidget");
+    clickRow(items, 0);
+    pressKey(Qt::Key_C, Qt::ControlModifier);
+    pressKey(Qt::Key_Delete);
+    clickRow(items, 2);
+    pressKey(Qt::Key_V, Qt::ControlModifier);
+    const QByteArray stored =
+        m_app->value("SELECT LIST_ITEMS FROM lists WHERE ID = 7").toByteArray();
+    QCOMPARE(QJsonDocument::fromJson(stored).object()["items"].toArray(),
+             (QJsonArray{"", "хорошо", "отлично"}));
+
+    clickRow(table(dialog, "listsWidget"), 1);
+    pressKey(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(m_app->value("SELECT LIST_NAME FROM lists WHERE ID = 8").toString(),
+             QString("отлично"));
+    // What is edited in a window of its own takes none of these keys.
+    showForm(dialog, 0);
+    named<QTabWidget>(dialog, "mainTab")->setCurrentIndex(0);
+    const QByteArray before = m_app->dump();
+    clickRow(table(dialog, "formsWidget"), 0);
+    pressKey(Qt::Key_Delete);
+    pressKey(Qt::Key_V, Qt::ControlModifier);
+    clickRow(table(dialog, "fieldsWidget"), 0);
+    pressKey(Qt::Key_Delete);
+    QCOMPARE(columnTexts(table(dialog, "fieldsWidget"), 0), QStringList({"#A", "#B"}));
+    QCOMPARE(m_app->dump(), before);
 }
 
 QTEST_MAIN(tst_FormsDlg)

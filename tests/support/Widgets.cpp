@@ -24,6 +24,12 @@ void doubleClickCell(QTableWidget* table, int row, int column)
     QTest::mouseDClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, point);
 }
 
+QWidget* keyboardWidget()
+{
+    QWidget* popup = QApplication::activePopupWidget();
+    return popup ? popup : QApplication::focusWidget();
+}
+
 } // namespace
 
 void clickButton(const QWidget* window, const QString& name)
@@ -34,6 +40,34 @@ void clickButton(const QWidget* window, const QString& name)
 void clickButton(const QWidget& window, const QString& name)
 {
     clickButton(&window, name);
+}
+
+void doubleClickButton(const QWidget& window, const QString& name)
+{
+    auto* button = named<QPushButton>(window, name);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QTest::mouseDClick(button, Qt::LeftButton);
+    QTest::mouseRelease(button, Qt::LeftButton);
+}
+
+void wheelOver(QWidget* widget)
+{
+    const QPointF centre = widget->rect().center();
+    QWheelEvent event(centre, widget->mapToGlobal(centre.toPoint()), QPoint(), QPoint(0, 120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(widget, &event);
+}
+
+void pressKey(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(keyboardWidget(), key, modifiers);
+}
+
+void typeKeys(const QString& text)
+{
+    for (const QChar letter : text) {
+        typeLetters(keyboardWidget(), letter); // the first one may open a pop-up
+    }
 }
 
 void clickRow(QTableWidget* table, int row, Qt::KeyboardModifiers modifiers)

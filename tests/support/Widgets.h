@@ -30,6 +30,18 @@ Widget* named(const QWidget& window, const QString& name)
 void clickButton(const QWidget* window, const QString& name);
 void clickButton(const QWidget& window, const QString& name);
 
+/// Double-clicks a push button as a mouse does: press, release, double click, release.
+void doubleClickButton(const QWidget& window, const QString& name);
+
+/// Turns the wheel by one step over a widget, away from the user.
+void wheelOver(QWidget* widget);
+
+/// Presses a key where the keyboard is: in an open pop-up, else in the widget with the focus.
+void pressKey(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+/// Types a text, in any script, where the keyboard is.
+void typeKeys(const QString& text);
+
 /// Clicks the first cell of a row.
 void clickRow(QTableWidget* table, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
