@@ -1,6 +1,7 @@
 #include "documents/DocDialog.h"
 
 #include "app/AppStyle.h"
+#include "app/widgets/LongItems.h"
 #include "app/widgets/WheelGuard.h"
 #include "documents/DocumentContent.h"
 #include "documents/ZelvoraTableButton.h"
@@ -23,6 +24,7 @@ DocDialog::DocDialog(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    LongItems::install(ui->docTypeCmb);
     fillDocTypes(ui->docTypeCmb);
     WheelGuard::install(ui->docTypeCmb); // a stray step would discard the content
     setUpContentTable(ui->contentTable);

@@ -4,6 +4,7 @@
 #include <QSqlQuery>
 
 #include "app/AppStyle.h"
+#include "app/widgets/LongItems.h"
 #include "app/widgets/WheelGuard.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
@@ -32,6 +33,7 @@ NewDocDlg::NewDocDlg(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    LongItems::install(ui->docTypeCmb);
     fillDocTypes(ui->docTypeCmb);
     ui->docTypeCmb->setCurrentIndex(-1);
     WheelGuard::install(ui->docTypeCmb); // a stray step would discard the content

@@ -16,6 +16,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/widgets/LongItems.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/TableItems.h"
 #include "exchange/DocumentExport.h"
@@ -53,6 +54,7 @@ ExportDlg::ExportDlg(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    LongItems::install(ui->formCombo);
     ui->splitter->setSizes({300, 390});
     fitRows(ui->templatesWidget);
     fitRows(ui->fieldsWidget);

@@ -7,6 +7,7 @@
 #include <QSqlQuery>
 
 #include "app/AppStyle.h"
+#include "app/widgets/LongItems.h"
 #include "forms/FormDefinitions.h"
 #include "forms/TableColumFormDialog.h"
 #include "store/SqlLog.h"
@@ -48,6 +49,7 @@ FieldEditDlg::FieldEditDlg(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    LongItems::install(ui->listCombo);
     for (auto type = fieldTypeNames.begin(); type != fieldTypeNames.end(); ++type) {
         ui->typeCombo->addItem(type.value(), type.key());
     }

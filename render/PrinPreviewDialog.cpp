@@ -22,6 +22,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/widgets/LongItems.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/GraphicsZItem.h"
 #include "forms/FormDefinitions.h"
@@ -291,8 +292,8 @@ PrinPreviewDialog::PrinPreviewDialog(const QVariant& document, QWidget* parent)
     , docId(document)
 {
     ui->setupUi(this);
-    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
+    LongItems::install(ui->comboBoxBlank);
 }
 
 PrinPreviewDialog::~PrinPreviewDialog()
@@ -519,7 +520,8 @@ int PrinPreviewDialog::exec()
 {
     const BlankList blanks = loadBlanksForDoc(docId);
     if (blanks.isEmpty()) {
-        QMessageBox::about(this, "Ошибка", "Для документа нет доступных бланков");
+        // This dialog is not shown, and a box over it would stand anywhere.
+        QMessageBox::about(parentWidget(), "Ошибка", "Для документа нет доступных бланков");
         return 0;
     }
     for (const auto& [name, id] : blanks) {

@@ -1,7 +1,21 @@
 #include "app/widgets/CellTextDelegate.h"
 
+CellTextDelegate::CellTextDelegate(int lowest, QObject* parent)
+    : QStyledItemDelegate(parent)
+    , m_lowest(lowest)
+{
+}
+
 QString CellTextDelegate::displayText(const QVariant& value, const QLocale& locale) const
 {
     constexpr int visible = 2000; // characters, as many as six lines of the widest screen hold
     return QStyledItemDelegate::displayText(value, locale).left(visible);
+}
+
+QSize CellTextDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    constexpr int padding = 6; // pixels, above and below
+    const QSize text = QStyledItemDelegate::sizeHint(option, index);
+    const bool hasLines = text.height() >= 2 * option.fontMetrics.height();
+    return {text.width(), qMax(text.height() + (hasLines ? 2 * padding : 0), m_lowest)};
 }
