@@ -1,17 +1,77 @@
 #include "app/AppStyle.h"
 
+#include <QAction>
 #include <QCalendarWidget>
 #include <QFile>
 #include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
 #include <QTableWidget>
 #include <QTextCharFormat>
 #include <QTextStream>
+#include <QToolBar>
 #include <QToolButton>
 
+#include "app/SharpIcon.h"
+#include "app/WindowStyle.h"
 #include "app/widgets/CellTextDelegate.h"
 #include "app/widgets/HeadingTips.h"
+#include "app/widgets/SharpPushIcon.h"
 
 QString baseStyleSheet;
+
+namespace {
+
+bool isActionsButton(const QAbstractButton* button)
+{
+    const auto* tool = qobject_cast<const QToolButton*>(button);
+    return tool && tool->defaultAction();
+}
+
+void sharpenIcons(const QWidget* window)
+{
+    const auto actions = window->findChildren<QAction*>();
+    for (QAction* action : actions) {
+        action->setIcon(sharpIcon(action->icon()));
+    }
+    const auto buttons = window->findChildren<QAbstractButton*>();
+    for (QAbstractButton* button : buttons) {
+        if (isActionsButton(button) || button->icon().isNull()) {
+            continue;
+        }
+        button->setIcon(sharpIcon(button->icon()));
+        if (auto* push = qobject_cast<QPushButton*>(button)) {
+            SharpPushIcon::install(push);
+        }
+    }
+}
+
+// A reader of the screen would otherwise tell "dot dot dot", or nothing.
+void nameIconButtons(const QWidget* window)
+{
+    const auto buttons = window->findChildren<QAbstractButton*>();
+    for (QAbstractButton* button : buttons) {
+        const bool showsNoWords = !button->icon().isNull() || button->text() == "...";
+        if (showsNoWords && button->accessibleName().isEmpty() && !isActionsButton(button)) {
+            button->setAccessibleName(button->toolTip());
+        }
+    }
+}
+
+// Style sheets of Qt 5 give an empty editor's hint the colour of its text.
+void palePlaceholders(const QWidget* window)
+{
+    const auto edits = window->findChildren<QLineEdit*>();
+    for (QLineEdit* edit : edits) {
+        edit->ensurePolished();
+        QPalette palette = edit->palette();
+        palette.setColor(QPalette::PlaceholderText, QColor("#A0A0A0"));
+        edit->setPalette(palette);
+    }
+}
+
+} // namespace
 
 bool loadBaseStyle()
 {
@@ -28,12 +88,32 @@ bool loadBaseStyle()
 
 void applyBaseStyle(QWidget* window)
 {
+    if (window->windowFlags().testFlag(Qt::WindowContextHelpButtonHint)) {
+        window->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    }
+    window->setStyle(WindowStyle::shared());
     // A widget that has not been polished yet takes a new sheet without a word to its children,
     // and headers and scroll bars, polished while the form was built, would keep older rules.
     window->ensurePolished();
     window->setStyleSheet(baseStyleSheet + "\r\n" + window->styleSheet());
     for (const QTableWidget* table : window->findChildren<QTableWidget*>()) {
         HeadingTips::install(table->horizontalHeader());
+    }
+    sharpenIcons(window);
+    nameIconButtons(window);
+    palePlaceholders(window);
+}
+
+void alignToolBarIcons(const QToolBar* toolBar)
+{
+    const auto buttons = toolBar->findChildren<QToolButton*>();
+    int tallest = 0;
+    for (QToolButton* button : buttons) {
+        button->ensurePolished();
+        tallest = qMax(tallest, button->sizeHint().height());
+    }
+    for (QToolButton* button : buttons) {
+        button->setMinimumHeight(tallest);
     }
 }
 
@@ -68,8 +148,12 @@ void applyCalendarStyle(QCalendarWidget* calendar)
     calendar->setFixedSize(400, 300);
     calendar->setStyleSheet("background: #B8C7FF;");
 
-    for (const char* name : {"qt_calendar_prevmonth", "qt_calendar_nextmonth"}) {
+    const QPair<const char*, const char*> monthButtons[] = {
+        {"qt_calendar_prevmonth", ":/res/calendar_prev.png"},
+        {"qt_calendar_nextmonth", ":/res/calendar_next.png"}};
+    for (const auto& [name, picture] : monthButtons) {
         if (auto* button = calendar->findChild<QToolButton*>(name)) {
+            button->setIcon(sharpIcon(QIcon(picture)));
             button->setIconSize(QSize(32, 32));
         }
     }

@@ -15,6 +15,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/SharpIcon.h"
 #include "documents/MainWindow.h"
 #include "store/DataBase.h"
 #include "store/DataBaseUpdater.h"
@@ -77,7 +78,7 @@ int runApplication(int& argc, char** argv)
     loadBaseStyle();
 
     QSplashScreen splash{QPixmap()};
-    splash.setPixmap(QPixmap(":/splash.png"));
+    splash.setPixmap(sharpPixmap(":/splash.png"));
     splash.show();
     auto shown = std::make_unique<QElapsedTimer>();
     shown->start();

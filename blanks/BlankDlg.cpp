@@ -6,8 +6,10 @@
 #include <QGraphicsScene>
 #include <QHash>
 #include <QMessageBox>
+#include <QScreen>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QStyle>
 #include <QWindow>
 
 #include "app/AppHelpers.h"
@@ -44,6 +46,24 @@ QString millimetres(const QVariant& value)
     return value.toString() + " мм";
 }
 
+// The row that the last INSERT made.
+QVariant newestId()
+{
+    QSqlQuery query("SELECT last_insert_rowid()");
+    return query.next() ? query.value(0) : QVariant();
+}
+
+// Where a window of that size stands in the middle of another one and on its screen. A dialog finds
+// the place itself, a main window does not.
+QPoint placeOver(const QWidget* parent, const QSize& size)
+{
+    const QRect screen = parent->screen()->availableGeometry();
+    const QRect centred =
+        QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size, parent->frameGeometry());
+    return {qMax(screen.left(), qMin(centred.left(), screen.right() + 1 - size.width())),
+            qMax(screen.top(), qMin(centred.top(), screen.bottom() + 1 - size.height()))};
+}
+
 } // namespace
 
 BlankDlg::BlankDlg(QWidget* parent)
@@ -53,7 +73,6 @@ BlankDlg::BlankDlg(QWidget* parent)
     , previewItem(previewScene->addPixmap(QPixmap()))
 {
     ui->setupUi(this);
-    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
     ui->buttonReject->hide();
     fitRows(ui->blanksWidget);
@@ -83,11 +102,10 @@ bool BlankDlg::refreshList()
     const RowFitPause pause(ui->blanksWidget);
     while (query.next()) {
         const QVariant id = query.value("ID");
-        const QString name = query.value("NAME").toString();
+        const QString name = shownBlankName(query.value("NAME").toString(), id);
         const int row = ui->blanksWidget->rowCount();
         ui->blanksWidget->insertRow(row);
-        ui->blanksWidget->setItem(
-            row, 0, makeTableItem(name.isEmpty() ? "Бланк " + id.toString() : name, id));
+        ui->blanksWidget->setItem(row, 0, makeTableItem(name, id));
     }
     return true;
 }
@@ -187,15 +205,16 @@ void BlankDlg::editFormat(const QVariant& blankId)
 
 void BlankDlg::blankDetails()
 {
-    const QTableWidgetItem* item = currentRowItem(ui->blanksWidget);
-    if (!item) {
+    const QVariant id = selectedId();
+    if (!id.isValid()) {
         return;
     }
     BlankWindow window(this);
-    window.setBlankId(item->data(Qt::UserRole).toInt());
+    window.setBlankId(id.toInt());
     window.loadBlank();
     window.loadBlankTree();
     window.setWindowModality(Qt::ApplicationModal);
+    window.move(placeOver(this, window.size()));
     window.show();
     QEventLoop loop;
     connect(window.windowHandle(), &QWindow::visibleChanged, &loop, [&loop](bool isVisible) {
@@ -213,8 +232,10 @@ void BlankDlg::on_blankAddBtn_clicked()
     if (dialog.exec() != QDialog::Accepted) {
         return;
     }
-    saveBlankFormat(&dialog, nullptr);
+    const bool isSaved = saveBlankFormat(&dialog, nullptr);
+    const QVariant id = isSaved ? newestId() : selectedId();
     refreshList();
+    selectRow(rowOf(id));
 }
 
 void BlankDlg::on_blankDeleteBtn_clicked()
@@ -223,6 +244,7 @@ void BlankDlg::on_blankDeleteBtn_clicked()
     if (!id.isValid() || !askYesNo("Удалить бланк?", this)) {
         return;
     }
+    const int row = rowOf(id);
     QSqlQuery query;
     const bool isPrepared = query.prepare("DELETE FROM blanks WHERE ID = :Id");
     query.bindValue(":Id", id);
@@ -231,6 +253,7 @@ void BlankDlg::on_blankDeleteBtn_clicked()
         showError("Ошибка удаления бланка: SQL Error");
     }
     refreshList();
+    selectRow(qMin(row, ui->blanksWidget->rowCount() - 1));
 }
 
 void BlankDlg::on_blanksWidget_itemDoubleClicked(QTableWidgetItem* item)
@@ -274,6 +297,23 @@ QVariant BlankDlg::selectedId() const
 {
     const QList<QTableWidgetItem*> selected = ui->blanksWidget->selectedItems();
     return selected.isEmpty() ? QVariant() : selected.first()->data(Qt::UserRole);
+}
+
+int BlankDlg::rowOf(const QVariant& id) const
+{
+    for (int row = 0; row < ui->blanksWidget->rowCount(); ++row) {
+        if (ui->blanksWidget->item(row, 0)->data(Qt::UserRole) == id) {
+            return row;
+        }
+    }
+    return -1;
+}
+
+void BlankDlg::selectRow(int row)
+{
+    if (row >= 0) {
+        ui->blanksWidget->setCurrentCell(row, 0);
+    }
 }
 
 QString BlankDlg::formName(const QVariant& formId) const

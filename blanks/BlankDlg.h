@@ -42,7 +42,7 @@ public:
     void editFormat(const QVariant& blankId);
 
 public slots:
-    /// Opens the editor of the current blank's items and returns when it was closed.
+    /// Opens the editor of the selected blank's items and returns when it was closed.
     void blankDetails();
     void on_blankAddBtn_clicked();
     void on_blankDeleteBtn_clicked();
@@ -51,6 +51,8 @@ public slots:
 
 private:
     QVariant selectedId() const;
+    int rowOf(const QVariant& id) const; // -1 if no row has it
+    void selectRow(int row);             // none if it is negative
     QString formName(const QVariant& formId) const;
     void showBackground(const QString& path);
     void showError(const QString& text);

@@ -5,6 +5,7 @@
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
 #include "app/widgets/LineStart.h"
+#include "app/widgets/LongItems.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/FontFamily.h"
 #include "ui_BlankFormatDialog.h"
@@ -14,9 +15,9 @@ BlankFormatDialog::BlankFormatDialog(QWidget* parent)
     , ui(std::make_unique<Ui::BlankFormatDialog>())
 {
     ui->setupUi(this);
-    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
     LineStart::installAll(this);
+    LongItems::install(ui->comboBoxForm);
     for (const int code : {PaperFormat::customMm, PaperFormat::a4, PaperFormat::a5}) {
         ui->formatCombo->addItem(paperFormatName(code), code);
     }

@@ -31,3 +31,8 @@ QString paperFormatName(int code)
         return "Unknown";
     }
 }
+
+QString shownBlankName(const QString& name, const QVariant& id)
+{
+    return name.isEmpty() ? "Бланк " + id.toString() : name;
+}

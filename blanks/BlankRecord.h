@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVariant>
 
 /// Codes of the column `PAPER_FORMAT`.
 namespace PaperFormat {
@@ -47,3 +48,6 @@ int truncated(double length);
 
 /// The name of a paper format code: "A4", "A5", "CustomMM", or "Unknown" for any other code.
 QString paperFormatName(int code);
+
+/// What the user sees of a blank's name: the name, or "Бланк " and the `ID` where it is empty.
+QString shownBlankName(const QString& name, const QVariant& id);

@@ -18,6 +18,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/widgets/CellTextDelegate.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/ItemPropertiesTable.h"
 #include "blanks/ResizableRectItem.h"
@@ -197,6 +198,7 @@ BlankWindow::BlankWindow(QWidget* parent)
     // Built anew for each selected frame, so that its rows are not measured.
     ui->propertiesWidget->verticalHeader()->setDefaultSectionSize(plainRowHeight);
     ui->blankTree->setColumnHidden(tagColumn, true);
+    ui->blankTree->setItemDelegate(new CellTextDelegate(plainRowHeight, ui->blankTree));
     properties = new ItemPropertiesTable(ui->propertiesWidget, this);
     view->setScene(scene);
     ui->blankViewLayout->addWidget(view);

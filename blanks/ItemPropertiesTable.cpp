@@ -3,9 +3,12 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFontComboBox>
+#include <QHeaderView>
 #include <QJsonObject>
 #include <QPushButton>
+#include <QResizeEvent>
 #include <QSpinBox>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
 
 #include "app/widgets/WheelGuard.h"
@@ -35,6 +38,25 @@ constexpr int typedRowCount = 5;
 constexpr int captionColumn = 0;
 constexpr int valueColumn = 1;
 
+// What the editors need to be whole, pixels; the captions get the rest.
+constexpr int editorWidth = 88;
+constexpr int narrowestCaption = 40;
+
+/// Cuts a caption in the middle: "Выравнивание X" and "Выравнивание Y" differ at their ends.
+class CaptionDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->textElideMode = Qt::ElideMiddle;
+        option->features &= ~QStyleOptionViewItem::WrapText;
+    }
+};
+
 QString wholeUnits(double length)
 {
     return QString::number(truncated(length));
@@ -46,6 +68,16 @@ ItemPropertiesTable::ItemPropertiesTable(QTableWidget* widget, QObject* parent)
     : QObject(parent)
     , m_table(widget)
 {
+    m_table->setItemDelegateForColumn(captionColumn, new CaptionDelegate(m_table));
+    m_table->viewport()->installEventFilter(this);
+}
+
+bool ItemPropertiesTable::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
+        fitColumns(static_cast<QResizeEvent*>(event)->size().width());
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void ItemPropertiesTable::clear()
@@ -103,6 +135,15 @@ void ItemPropertiesTable::readProperties(QJsonObject& item) const
     }
 }
 
+void ItemPropertiesTable::fitColumns(int tableWidth)
+{
+    const int widest = m_table->horizontalHeader()->defaultSectionSize();
+    const int captions = qBound(narrowestCaption, tableWidth - editorWidth, widest);
+    m_table->setColumnWidth(captionColumn, captions);
+    // The last column stretches, but never shrinks by itself.
+    m_table->setColumnWidth(valueColumn, tableWidth - captions);
+}
+
 void ItemPropertiesTable::addRow(const QString& caption, int key)
 {
     const int row = m_table->rowCount();
@@ -110,6 +151,7 @@ void ItemPropertiesTable::addRow(const QString& caption, int key)
     auto* captionItem = new QTableWidgetItem(caption);
     captionItem->setFlags(captionItem->flags() & ~Qt::ItemIsEditable);
     captionItem->setData(Qt::UserRole, key);
+    captionItem->setToolTip(caption);
     m_table->setItem(row, captionColumn, captionItem);
 }
 

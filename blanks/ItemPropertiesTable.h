@@ -37,6 +37,8 @@ public:
     /// out too: it changes with the typed cells alone.
     void readProperties(QJsonObject& item) const;
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 signals:
     /// The user changed something else than a typed cell.
     void propertyChanged();
@@ -45,6 +47,7 @@ signals:
     void columnsRequested();
 
 private:
+    void fitColumns(int tableWidth);
     void addRow(const QString& caption, int key);
     void addTextRow(const QString& caption, int key, const QString& text);
     void addEditorRow(const QString& caption, int key, QWidget* editor);

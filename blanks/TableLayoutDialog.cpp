@@ -19,7 +19,6 @@ TableLayoutDialog::TableLayoutDialog(QWidget* parent)
     , ui(std::make_unique<Ui::TableLayoutDialog>())
 {
     ui->setupUi(this);
-    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
     fitRows(ui->columnsTable);
     ClickGuard::install(ui->buttonRemoveCol);

@@ -38,6 +38,7 @@ QTreeWidgetItem* addGroup(QTreeWidget* tree, const QString& caption)
 void addLeaf(QTreeWidgetItem* group, const QString& caption, const QString& tag)
 {
     auto* leaf = new QTreeWidgetItem(group, {caption});
+    leaf->setToolTip(0, caption); // the tree is narrow
     leaf->setData(tagColumn, Qt::UserRole, tag);
 }
 

@@ -76,6 +76,7 @@ void ZelvoraView::mouseDoubleClickEvent(QMouseEvent* event)
     if (event->button() != Qt::RightButton) {
         return;
     }
+    releaseFrame();
     resetTransform();
     scale(1.0, 1.0);
     scrollContentsBy(0, 0);
@@ -126,6 +127,15 @@ void ZelvoraView::keyPressEvent(QKeyEvent* event)
         break;
     default:
         break;
+    }
+}
+
+// A frame that took the press would follow the cursor to another place of the reset page.
+void ZelvoraView::releaseFrame()
+{
+    QGraphicsItem* grabber = scene() ? scene()->mouseGrabberItem() : nullptr;
+    if (grabber) {
+        grabber->ungrabMouse();
     }
 }
 

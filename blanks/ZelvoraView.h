@@ -26,6 +26,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void releaseFrame();
     void moveItem(QGraphicsItem* item, double dx, double dy);
     void removeFrame(QGraphicsItem* item);
 };

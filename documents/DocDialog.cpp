@@ -2,6 +2,7 @@
 
 #include "app/AppStyle.h"
 #include "app/widgets/LineStart.h"
+#include "app/widgets/LongItems.h"
 #include "app/widgets/WheelGuard.h"
 #include "documents/DocumentContent.h"
 #include "documents/ZelvoraTableButton.h"
@@ -24,6 +25,7 @@ DocDialog::DocDialog(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    LongItems::install(ui->docTypeCmb);
     fillDocTypes(ui->docTypeCmb);
     WheelGuard::install(ui->docTypeCmb); // a stray step would discard the content
     setUpContentTable(ui->contentTable);

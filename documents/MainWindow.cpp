@@ -14,8 +14,10 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/SharpIcon.h"
 #include "app/widgets/CellTextDelegate.h"
 #include "app/widgets/CurrentRowGuard.h"
+#include "app/widgets/LongItems.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/TableItems.h"
 #include "blanks/BlankDlg.h"
@@ -122,6 +124,9 @@ MainWindow::MainWindow(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    LongItems::install(ui->filterTypeCmb);
+    ui->logo->setPixmap(sharpPixmap(":/logo.png"));
+    ui->separator->setPixmap(sharpPixmap(":/separator.png"));
     setStyledFixedHeight(ui->filterApplyBtn, 32);
     setStyledFixedHeight(ui->filterResetBtn, 32);
     setWindowTitle(windowTitle() + " v" + appVersion + " [" + appBuildLabel + "]");
@@ -405,25 +410,31 @@ void MainWindow::on_menuAction_LocalChangeOrgData_triggered()
 void MainWindow::createToolBars()
 {
     startToolBar("toolBar", Qt::BottomToolBarArea);
-    addToolBarAction(":res/plus.png", "СОЗДАТЬ ДОКУМЕНТ", &MainWindow::onNewDoc, QKeySequence::New);
-    addToolBarAction(":res/forms2.png", "СОЗДАТЬ КОПИЮ\nДОКУМЕНТА", &MainWindow::onCopyDoc,
-                     Qt::CTRL + Qt::SHIFT + Qt::Key_N);
-    addToolBarAction(":res/edit1.png", "РЕДАКТИРОВАТЬ\nДОКУМЕНТ", &MainWindow::onEditDoc,
-                     Qt::Key_F2);
-    addToolBarAction(":res/printer.png", "ПЕЧАТЬ", &MainWindow::onPrintDoc, QKeySequence::Print);
-    addToolBarAction(":res/trash.png", "УДАЛИТЬ ДОКУМЕНТ", &MainWindow::onDeleteDoc,
-                     Qt::CTRL + Qt::Key_Delete);
+    addToolBarAction(":res/plus.png", "СОЗДАТЬ ДОКУМЕНТ", "Создать документ", &MainWindow::onNewDoc,
+                     QKeySequence::New);
+    addToolBarAction(":res/forms2.png", "СОЗДАТЬ КОПИЮ\nДОКУМЕНТА", "Создать копию документа",
+                     &MainWindow::onCopyDoc, Qt::CTRL + Qt::SHIFT + Qt::Key_N);
+    addToolBarAction(":res/edit1.png", "РЕДАКТИРОВАТЬ\nДОКУМЕНТ", "Редактировать документ",
+                     &MainWindow::onEditDoc, Qt::Key_F2);
+    addToolBarAction(":res/printer.png", "ПЕЧАТЬ", "Печать", &MainWindow::onPrintDoc,
+                     QKeySequence::Print);
+    addToolBarAction(":res/trash.png", "УДАЛИТЬ ДОКУМЕНТ", "Удалить выбранные документы",
+                     &MainWindow::onDeleteDoc, Qt::CTRL + Qt::Key_Delete);
+    alignToolBarIcons(m_toolBar);
 
     startToolBar("toolBarTop", Qt::TopToolBarArea);
-    addToolBarAction(":/res/forms1.png", "ФОРМЫ", &MainWindow::showForms, Qt::CTRL + Qt::Key_1);
-    addToolBarAction(":/res/blanks.png", "БЛАНКИ", &MainWindow::showBlanks, Qt::CTRL + Qt::Key_2);
-    addToolBarAction(":/res/export.png", "ЭКСПОРТ\nИМПОРТ", &MainWindow::showExport,
-                     Qt::CTRL + Qt::Key_3);
+    addToolBarAction(":/res/forms1.png", "ФОРМЫ", "Формы и списки", &MainWindow::showForms,
+                     Qt::CTRL + Qt::Key_1);
+    addToolBarAction(":/res/blanks.png", "БЛАНКИ", "Бланки", &MainWindow::showBlanks,
+                     Qt::CTRL + Qt::Key_2);
+    addToolBarAction(":/res/export.png", "ЭКСПОРТ\nИМПОРТ", "Экспорт и импорт",
+                     &MainWindow::showExport, Qt::CTRL + Qt::Key_3);
     m_toolBar->addSeparator();
-    addToolBarAction(":/res/load.png", "СОХРАНИТЬ\nВ АРХИВ", &MainWindow::saveData,
-                     QKeySequence::Save);
-    addToolBarAction(":/res/save.png", "ЗАГРУЗИТЬ\nИЗ АРХИВА", &MainWindow::loadData,
-                     QKeySequence::Open);
+    addToolBarAction(":/res/load.png", "СОХРАНИТЬ\nВ АРХИВ", "Сохранить в архив",
+                     &MainWindow::saveData, QKeySequence::Save);
+    addToolBarAction(":/res/save.png", "ЗАГРУЗИТЬ\nИЗ АРХИВА", "Загрузить из архива",
+                     &MainWindow::loadData, QKeySequence::Open);
+    alignToolBarIcons(m_toolBar);
 }
 
 void MainWindow::startToolBar(const QString& objectName, Qt::ToolBarArea area)
@@ -440,10 +451,12 @@ void MainWindow::startToolBar(const QString& objectName, Qt::ToolBarArea area)
     addToolBar(area, m_toolBar);
 }
 
-void MainWindow::addToolBarAction(const QString& icon, const QString& text, Slot slot,
-                                  const QKeySequence& shortcut)
+void MainWindow::addToolBarAction(const QString& icon, const QString& text, const QString& toolTip,
+                                  Slot slot, const QKeySequence& shortcut)
 {
-    m_toolBar->addAction(QIcon(icon), text, this, slot)->setShortcut(shortcut);
+    QAction* action = m_toolBar->addAction(sharpIcon(QIcon(icon)), text, this, slot);
+    action->setShortcut(shortcut);
+    action->setToolTip(toolTip + " (" + shortcut.toString(QKeySequence::NativeText) + ")");
 }
 
 void MainWindow::setupTables()

@@ -65,8 +65,8 @@ private:
 
     void createToolBars();
     void startToolBar(const QString& objectName, Qt::ToolBarArea area);
-    void addToolBarAction(const QString& icon, const QString& text, Slot slot,
-                          const QKeySequence& shortcut);
+    void addToolBarAction(const QString& icon, const QString& text, const QString& toolTip,
+                          Slot slot, const QKeySequence& shortcut);
     void setupTables();
     void connectSignals();
     void setupDates();

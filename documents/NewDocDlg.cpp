@@ -7,6 +7,7 @@
 #include "app/widgets/ClickGuard.h"
 #include "app/widgets/CurrentRowGuard.h"
 #include "app/widgets/LineStart.h"
+#include "app/widgets/LongItems.h"
 #include "app/widgets/WheelGuard.h"
 #include "documents/DocDialog.h"
 #include "documents/DocumentContent.h"
@@ -35,6 +36,7 @@ NewDocDlg::NewDocDlg(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    LongItems::install(ui->docTypeCmb);
     fillDocTypes(ui->docTypeCmb);
     ui->docTypeCmb->setCurrentIndex(-1);
     WheelGuard::install(ui->docTypeCmb); // a stray step would discard the content

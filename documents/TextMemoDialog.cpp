@@ -11,6 +11,7 @@ TextMemoDialog::TextMemoDialog(QWidget* parent)
     , ui(std::make_unique<Ui::TextMemoDialog>())
 {
     ui->setupUi(this);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
 }
 
 TextMemoDialog::~TextMemoDialog() = default;

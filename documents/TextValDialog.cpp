@@ -22,6 +22,7 @@ TextValDialog::TextValDialog(QWidget* parent)
     ui->setupUi(this);
     dress(ui->buttonBox->button(QDialogButtonBox::Ok), "accept");
     dress(ui->buttonBox->button(QDialogButtonBox::Cancel), "cancel");
+    ui->buttonBox->button(QDialogButtonBox::Cancel)->setText("Отмена");
     applyBaseStyle(this);
     connect(this, &QDialog::accepted, this, &TextValDialog::onDone);
 }

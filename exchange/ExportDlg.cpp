@@ -20,6 +20,7 @@
 #include "app/widgets/ClickGuard.h"
 #include "app/widgets/CurrentRowGuard.h"
 #include "app/widgets/LineStart.h"
+#include "app/widgets/LongItems.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/TableItems.h"
 #include "exchange/DocumentExport.h"
@@ -57,6 +58,7 @@ ExportDlg::ExportDlg(QWidget* parent)
 {
     ui->setupUi(this);
     applyBaseStyle(this);
+    LongItems::install(ui->formCombo);
     ui->splitter->setSizes({300, 390});
     fitRows(ui->templatesWidget);
     fitRows(ui->fieldsWidget);

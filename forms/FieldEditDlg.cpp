@@ -9,6 +9,7 @@
 #include "app/AppStyle.h"
 #include "app/widgets/ClickGuard.h"
 #include "app/widgets/LineStart.h"
+#include "app/widgets/LongItems.h"
 #include "app/widgets/WheelGuard.h"
 #include "forms/FormDefinitions.h"
 #include "forms/TableColumFormDialog.h"
@@ -57,6 +58,7 @@ FieldEditDlg::FieldEditDlg(QWidget* parent)
         WheelGuard::install(combo);
     }
     ClickGuard::install(ui->buttonRemoveTableRow);
+    LongItems::install(ui->listCombo);
     for (auto type = fieldTypeNames.begin(); type != fieldTypeNames.end(); ++type) {
         ui->typeCombo->addItem(type.value(), type.key());
     }

@@ -5,6 +5,7 @@
 #include <QSqlQuery>
 
 #include "app/AppStyle.h"
+#include "app/widgets/LongItems.h"
 #include "ui_TableColumFormDialog.h"
 
 TableColumFormDialog::TableColumFormDialog(const QJsonObject& column, QWidget* parent)
@@ -13,8 +14,8 @@ TableColumFormDialog::TableColumFormDialog(const QJsonObject& column, QWidget* p
     , m_column(column)
 {
     ui->setupUi(this);
-    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
+    LongItems::install(ui->comboBoxList);
     fillLists();
     ui->spinBoxWidthInEditor->setValue(m_column.value("edtColumnW").toString("-1").toInt());
     selectList(m_column.value("listID").toString());

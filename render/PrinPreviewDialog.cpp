@@ -8,6 +8,7 @@
 #include <QPrinter>
 
 #include "app/AppStyle.h"
+#include "app/widgets/LongItems.h"
 #include "render/page/PageBuilder.h"
 #include "render/page/PagePrinter.h"
 #include "render/page/TableFrame.h"
@@ -21,8 +22,8 @@ PrinPreviewDialog::PrinPreviewDialog(const QVariant& document, QWidget* parent)
     , m_builder(std::make_unique<PageBuilder>())
 {
     ui->setupUi(this);
-    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
+    LongItems::install(ui->comboBoxBlank);
 }
 
 PrinPreviewDialog::~PrinPreviewDialog()
@@ -137,7 +138,8 @@ int PrinPreviewDialog::exec()
 {
     const BlankList blanks = loadBlanksForDoc(docId);
     if (blanks.isEmpty()) {
-        QMessageBox::about(this, "Ошибка", "Для документа нет доступных бланков");
+        // This dialog is not shown, and a box over it would stand anywhere.
+        QMessageBox::about(parentWidget(), "Ошибка", "Для документа нет доступных бланков");
         return 0;
     }
     for (const auto& [name, id] : blanks) {

@@ -16,7 +16,6 @@ ChangeOrgDataDlg::ChangeOrgDataDlg(QWidget* parent)
     , ui(std::make_unique<Ui::ChangeOrgDataDlg>())
 {
     ui->setupUi(this);
-    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     applyBaseStyle(this);
     LineStart::installAll(this);
     loadOrgData();

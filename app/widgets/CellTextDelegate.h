@@ -12,7 +12,16 @@ class CellTextDelegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    /// A delegate of rows that are at least so many pixels high.
+    explicit CellTextDelegate(int lowest, QObject* parent = nullptr);
+
     QString displayText(const QVariant& value, const QLocale& locale) const override;
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
+
+    /// Leaves some space above and below a text of several lines.
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+private:
+    int m_lowest = 0;
 };

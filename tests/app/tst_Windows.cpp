@@ -8,8 +8,10 @@
 #include <QHeaderView>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QLineEdit>
 #include <QRadioButton>
 #include <QSet>
+#include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTableWidget>
 
@@ -213,6 +215,43 @@ double darkShare(const QImage& image)
     return static_cast<double>(dark) / (image.width() * image.height());
 }
 
+/// Grey value of the darkest pixel inside an editor's border.
+int darkest(const QImage& image)
+{
+    constexpr int border = 3;
+    int grey = 255;
+    for (int y = border; y < image.height() - border; ++y) {
+        for (int x = border; x < image.width() - border; ++x) {
+            grey = qMin(grey, qGray(image.pixel(x, y)));
+        }
+    }
+    return grey;
+}
+
+/// Fills the combos that get their names only when the window is run.
+void fillLateCombos(QWidget* window, const QString& name)
+{
+    if (auto* format = qobject_cast<BlankFormatDialog*>(window)) {
+        format->setForms({name}, {1});
+    }
+    if (auto* blanks = window->findChild<QComboBox*>("comboBoxBlank")) {
+        blanks->addItem(name, 1);
+    }
+}
+
+/// Letters of the longest item among a window's combos.
+int longestItem(const QWidget* window)
+{
+    int letters = 0;
+    const QList<QComboBox*> combos = window->findChildren<QComboBox*>();
+    for (const QComboBox* combo : combos) {
+        for (int i = 0; i < combo->count(); ++i) {
+            letters = qMax(letters, combo->itemText(i).size());
+        }
+    }
+    return letters;
+}
+
 /// True for a widget at which Tab must stop. Of radio buttons it stops at one alone, and an editor
 /// in a cell belongs to its table.
 bool isTabStop(const QWidget* widget)
@@ -237,6 +276,14 @@ private slots:
     void keyboardReachesEverything();
     void headersKeepTheirFont_data() { addWindows(); }
     void headersKeepTheirFont();
+    void placeholdersArePale_data() { addWindows(); }
+    void placeholdersArePale();
+    void iconButtonsTellWhatTheyDo_data() { addWindows(); }
+    void iconButtonsTellWhatTheyDo();
+    void noContextHelpButton_data() { addWindows(); }
+    void noContextHelpButton();
+    void longNamesLeaveTheToldSizes_data();
+    void longNamesLeaveTheToldSizes();
 
 private:
     std::unique_ptr<SampleApplication> m_sample;
@@ -308,6 +355,97 @@ void tst_Windows::headersKeepTheirFont()
         QVERIFY2(header->isHidden() || !header->highlightSections(),
                  qPrintable(header->parent()->objectName()));
     }
+}
+
+void tst_Windows::placeholdersArePale()
+{
+    QFETCH(int, index);
+    const Shown shown = makeWindow(index);
+    shown.window->show();
+    const QList<QLineEdit*> edits = shown.window->findChildren<QLineEdit*>();
+    for (QLineEdit* edit : edits) {
+        if (edit->placeholderText().isEmpty() || !edit->isEnabled()) {
+            continue;
+        }
+        edit->clear();
+        edit->clearFocus();
+        const int hint = darkest(edit->grab().toImage());
+        edit->setText(edit->placeholderText());
+        edit->setCursorPosition(0);
+        const int value = darkest(edit->grab().toImage());
+        QVERIFY2(hint >= 150 && value <= 110, qPrintable(edit->objectName()));
+    }
+}
+
+void tst_Windows::iconButtonsTellWhatTheyDo()
+{
+    QFETCH(int, index);
+    const Shown shown = makeWindow(index);
+    shown.window->show();
+    const QList<QAbstractButton*> buttons = shown.window->findChildren<QAbstractButton*>();
+    for (const QAbstractButton* button : buttons) {
+        const QStringList noWords{"", "...", "ADD", "DEL"};
+        if (button->objectName().startsWith("qt_") || button->icon().isNull() ||
+            !noWords.contains(button->text()))
+        {
+            continue;
+        }
+        QVERIFY2(!button->toolTip().isEmpty(), qPrintable(button->objectName()));
+        QVERIFY2(!button->accessibleName().isEmpty(), qPrintable(button->objectName()));
+    }
+}
+
+void tst_Windows::noContextHelpButton()
+{
+    QFETCH(int, index);
+    const Shown shown = makeWindow(index);
+    QVERIFY(!shown.window->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+}
+
+void tst_Windows::longNamesLeaveTheToldSizes_data()
+{
+    QTest::addColumn<QString>("window");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("main window") << "main window" << QSize(1300, 746);
+    QTest::newRow("new document") << "new document" << QSize(619, 678);
+    QTest::newRow("exchange") << "exchange" << QSize(714, 620);
+    QTest::newRow("field") << "field" << QSize(491, 305);
+    QTest::newRow("column settings") << "column settings" << QSize(317, 105);
+    QTest::newRow("blank format") << "blank format" << QSize(714, 288);
+    QTest::newRow("preview") << "preview" << QSize(1150, 900);
+}
+
+void tst_Windows::longNamesLeaveTheToldSizes()
+{
+    QFETCH(QString, window);
+    QFETCH(QSize, size);
+    const QString name = QString("Удостоверение о повышении квалификации ").repeated(4).left(150);
+    const QSqlDatabase database = QSqlDatabase::database();
+    QVERIFY(QSqlDatabase(database).transaction()); // the sample stays as it is
+    for (const char* statement :
+         {"UPDATE forms SET FORM_NAME = '%1'", "UPDATE lists SET LIST_NAME = '%1'"})
+    {
+        QSqlQuery query;
+        QVERIFY(query.exec(QString(statement).arg(name)));
+    }
+    MainWindow().loadDocTypes();
+    {
+        Shown shown;
+        for (const auto& [title, make] : windows()) {
+            if (window == title) {
+                shown = make();
+            }
+        }
+        fillLateCombos(shown.window.get(), name);
+        shown.window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(shown.window.get()));
+        QCOMPARE(shown.window->size(), size);
+        QVERIFY(shown.window->minimumSizeHint().width() <= size.width());
+        const int longest = longestItem(shown.window.get());
+        QCOMPARE(longest, name.size());
+    }
+    QVERIFY(QSqlDatabase(database).rollback());
+    MainWindow().loadDocTypes();
 }
 
 QTEST_MAIN(tst_Windows)

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QToolButton>
@@ -42,6 +43,8 @@ private slots:
     void backgroundFitsTheView();
 
     void addBlank();
+    void addSelectsTheNewBlank();
+    void refusedAddKeepsTheSelection();
     void addCancelledChangesNothing();
     void addWithoutFormsFails();
     void addWithAnApostropheFails();
@@ -57,12 +60,16 @@ private slots:
     void literals();
 
     void deleteBlank();
+    void deleteSelectsTheNeighbour_data();
+    void deleteSelectsTheNeighbour();
     void deleteDenied();
     void deleteWithoutASelection();
     void failedDeleteIsShown();
 
     void editorOpensAndReturns();
+    void editorStandsOverTheList();
     void editorNeedsACurrentRow();
+    void editorNeedsASelection();
     void editorsLeaveNothingBehind();
 
 private:
@@ -292,6 +299,46 @@ void tst_BlankDlg::addBlank()
                    "OFFSET_X || '|' || OFFSET_Y || '|' || typeof(CONTENT) FROM blanks")
             .toString();
     QCOMPARE(stored, QString("Новый|9|42|0|1|Times New Roman|11||297|210|-3|4|null"));
+}
+
+void tst_BlankDlg::addSelectsTheNewBlank()
+{
+    BlankRow row;
+    row.name = "Прежний";
+    insertBlank(*app, row);
+    insertBlank(*app, row);
+    openList();
+    dialog->show();
+    clickRow(list(), 0);
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
+        format->findChild<QLineEdit*>("blankNameEdit")->setText("Новый");
+        format->setPageSize(123, 45);
+        clickButton(format, "buttonAccept");
+    });
+    click("blankAddBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(list()->selectedItems(), QList<QTableWidgetItem*>{list()->item(2, 0)});
+    QCOMPARE(list()->currentItem()->text(), QString("Новый"));
+    QCOMPARE(text("widthEdit"), QString("123 мм"));
+}
+
+void tst_BlankDlg::refusedAddKeepsTheSelection()
+{
+    insertBlank(*app, {});
+    insertBlank(*app, {});
+    openList();
+    dialog->show();
+    clickRow(list(), 1);
+    ModalDriver driver;
+    driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
+        format->findChild<QLineEdit*>("blankNameEdit")->setText("O'Нил");
+        clickButton(format, "buttonAccept");
+    });
+    driver.expectMessage("Ошибка", "Ошибка cохранения бланка: SQL Error");
+    click("blankAddBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(list()->selectedItems(), QList<QTableWidgetItem*>{list()->item(1, 0)});
 }
 
 void tst_BlankDlg::addCancelledChangesNothing()
@@ -537,6 +584,41 @@ void tst_BlankDlg::deleteBlank()
     QVERIFY(QFile::exists(app->path("scan.png")));
 }
 
+void tst_BlankDlg::deleteSelectsTheNeighbour_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("selected");
+    QTest::newRow("first") << 0 << "Второй";
+    QTest::newRow("middle") << 1 << "Третий";
+    QTest::newRow("last") << 2 << "Второй";
+}
+
+void tst_BlankDlg::deleteSelectsTheNeighbour()
+{
+    QFETCH(int, row);
+    QFETCH(QString, selected);
+    int width = 100;
+    for (const char* name : {"Первый", "Второй", "Третий"}) {
+        BlankRow blank;
+        blank.name = name;
+        blank.width = width++;
+        insertBlank(*app, blank);
+    }
+    openList();
+    dialog->show();
+    clickRow(list(), row);
+    ModalDriver driver;
+    driver.expectMessage("Zelvora", "Удалить бланк?", "Да");
+    click("blankDeleteBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(list()->selectedItems().size(), 1);
+    QCOMPARE(list()->selectedItems().first()->text(), selected);
+    QCOMPARE(list()->currentItem(), list()->selectedItems().first());
+    QCOMPARE(
+        text("widthEdit"),
+        app->value("SELECT SIZE_WIDTH || ' мм' FROM blanks WHERE NAME = ?", {selected}).toString());
+}
+
 void tst_BlankDlg::deleteDenied()
 {
     insertBlank(*app, {});
@@ -564,6 +646,7 @@ void tst_BlankDlg::failedDeleteIsShown()
     insertBlank(*app, {});
     app->exec("CREATE TRIGGER keep BEFORE DELETE ON blanks BEGIN SELECT RAISE(ABORT, 'kept'); END");
     openList();
+    app->exec("UPDATE blanks SET NAME = 'Новое имя'");
     list()->selectRow(0);
     LogCatcher log;
     ModalDriver driver;
@@ -572,8 +655,8 @@ void tst_BlankDlg::failedDeleteIsShown()
     click("blankDeleteBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(log.count("sqlError: kept"), 1);
-    QCOMPARE(list()->rowCount(), 1);
-    QVERIFY(list()->selectedItems().isEmpty()); // filled anew all the same
+    QCOMPARE(names(), QString("Новое имя")); // filled anew all the same
+    QCOMPARE(list()->selectedItems().size(), 1);
 }
 
 void tst_BlankDlg::editorOpensAndReturns()
@@ -600,6 +683,42 @@ void tst_BlankDlg::editorNeedsACurrentRow()
 {
     openList();
     ModalDriver driver;
+    click("blankEditBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+}
+
+void tst_BlankDlg::editorStandsOverTheList()
+{
+    insertBlank(*app, {});
+    openList();
+    dialog->resize(400, 300);
+    dialog->move(380, 450);
+    dialog->show();
+    list()->setCurrentCell(0, 0);
+    const QRect screen = dialog->screen()->availableGeometry();
+    ModalDriver driver;
+    driver.expect<BlankWindow>([this, &screen](BlankWindow* editor) {
+        // In the middle of the list, as far as the screen goes.
+        const QPoint middle = dialog->geometry().center();
+        const int left = qBound(screen.left(), middle.x() - editor->width() / 2,
+                                qMax(screen.left(), screen.right() + 1 - editor->width()));
+        const int top = qBound(screen.top(), middle.y() - editor->height() / 2,
+                               qMax(screen.top(), screen.bottom() + 1 - editor->height()));
+        QVERIFY2(qAbs(editor->x() - left) <= 1 && qAbs(editor->y() - top) <= 1,
+                 qPrintable(QString("%1 %2").arg(editor->x()).arg(editor->y())));
+        editor->close();
+    });
+    click("blankEditBtn");
+    QVERIFY2(driver.finished(), driver.failures());
+}
+
+void tst_BlankDlg::editorNeedsASelection()
+{
+    insertBlank(*app, {});
+    openList();
+    list()->setCurrentCell(0, 0, QItemSelectionModel::NoUpdate);
+    QCOMPARE(list()->currentRow(), 0);
+    ModalDriver driver; // no window may come
     click("blankEditBtn");
     QVERIFY2(driver.finished(), driver.failures());
 }

@@ -16,6 +16,7 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QSplitter>
+#include <QStyleOptionComboBox>
 #include <QTableWidget>
 #include <QTextDocument>
 #include <QToolBar>
@@ -44,6 +45,9 @@ private slots:
     void cleanup();
 
     void window();
+    void panesOpenAsToldAndCanBeDragged();
+    void propertiesFitTheirPane();
+    void treeRowsAndToolTips();
     void pageSize_data();
     void pageSize();
     void pageOfNoWidth();
@@ -326,6 +330,73 @@ void tst_BlankWindow::window()
     QCOMPARE(find<QPushButton>("buttonAccept")->property("btnRole1").toString(), QString("accept"));
     QCOMPARE(find<QPushButton>("buttonReject")->text(), QString("Отмена"));
     QCOMPARE(find<QPushButton>("buttonReject")->property("btnRole1").toString(), QString("reject"));
+}
+
+void tst_BlankWindow::panesOpenAsToldAndCanBeDragged()
+{
+    open({});
+    auto* splitter = find<QSplitter>("splitter");
+    QCOMPARE(splitter->sizes().value(0), 150);
+    QCOMPARE(splitter->sizes().value(2), 150);
+    QVERIFY(splitter->sizes().value(1) >= 400);
+
+    // Both handles, to the sides and to the middle.
+    const auto drag = [splitter](int handle, int by) {
+        QWidget* bar = splitter->handle(handle);
+        const QPoint grip = bar->rect().center();
+        QTest::mousePress(bar, Qt::LeftButton, {}, grip);
+        const QPoint target = grip + QPoint(by, 0);
+        QMouseEvent move(QEvent::MouseMove, target, bar->mapToGlobal(target), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(bar, &move);
+        QTest::mouseRelease(bar, Qt::LeftButton);
+    };
+    drag(1, -30);
+    drag(2, 30);
+    QCOMPARE(splitter->sizes().value(0), 120);
+    QCOMPARE(splitter->sizes().value(2), 120);
+    drag(1, 130);
+    drag(2, -130);
+    QCOMPARE(splitter->sizes().value(0), 250);
+    QCOMPARE(splitter->sizes().value(2), 250);
+}
+
+void tst_BlankWindow::propertiesFitTheirPane()
+{
+    open({});
+    pressAction("actionAddTable");
+    QTRY_COMPARE(table()->horizontalScrollBar()->maximum(), 0);
+    const QRect pane = table()->viewport()->rect();
+    for (int row = 0; row < table()->rowCount(); ++row) {
+        const QTableWidgetItem* caption = table()->item(row, 0);
+        QCOMPARE(caption->toolTip(), caption->text());
+        if (QWidget* cell = table()->cellWidget(row, 1)) {
+            QVERIFY2(pane.contains(cell->geometry()), qPrintable(caption->text()));
+        }
+    }
+    // The longest choice of an alignment stands before the arrow of its list.
+    const auto* align = qobject_cast<QComboBox*>(table()->cellWidget(5, 1));
+    QStyleOptionComboBox option;
+    option.initFrom(align);
+    const QRect field = align->style()->subControlRect(QStyle::CC_ComboBox, &option,
+                                                       QStyle::SC_ComboBoxEditField, align);
+    QVERIFY(align->fontMetrics().horizontalAdvance("По центру") <= field.width());
+
+    // In a wider pane the captions are whole, and no wider than told.
+    find<QSplitter>("splitter")->setSizes({150, 400, 360});
+    QTRY_COMPARE(table()->columnWidth(0), 150);
+    QCOMPARE(table()->columnWidth(0) + table()->columnWidth(1), table()->viewport()->width());
+}
+
+void tst_BlankWindow::treeRowsAndToolTips()
+{
+    open({});
+    auto* tree = find<QTreeWidget>("blankTree");
+    tree->expandAll();
+    const QTreeWidgetItem* leaf = tree->topLevelItem(0)->child(0);
+    QCOMPARE(tree->visualItemRect(leaf).height(), 30);
+    QCOMPARE(tree->visualItemRect(tree->topLevelItem(0)).height(), 30);
+    QCOMPARE(leaf->toolTip(0), leaf->text(0));
 }
 
 void tst_BlankWindow::pageSize_data()
@@ -715,6 +786,7 @@ void tst_BlankWindow::treeLeafAddsItsItem()
     open({});
     auto* tree = find<QTreeWidget>("blankTree");
     tree->expandAll();
+    tree->scrollToItem(tree->topLevelItem(group)->child(leaf));
     const QPoint at = tree->visualItemRect(tree->topLevelItem(group)->child(leaf)).center();
     QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, at);
     QTest::mouseDClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, at);

@@ -27,6 +27,8 @@ private slots:
     void zoomHasNoBounds();
     void zoomKeepsThePointUnderTheMouse();
     void rightDoubleClickResets();
+    void resetOverAnEdgeKeepsTheFrame_data();
+    void resetOverAnEdgeKeepsTheFrame();
     void leftDoubleClickDoesNotReset();
     void everyReleaseEndsADrag();
     void dragBesideTheFramesPans();
@@ -153,6 +155,37 @@ void tst_ZelvoraView::rightDoubleClickResets()
     QVERIFY(view->transform().isIdentity());
     QCOMPARE(view->horizontalScrollBar()->value(), 0);
     QCOMPARE(view->verticalScrollBar()->value(), 0);
+}
+
+void tst_ZelvoraView::resetOverAnEdgeKeepsTheFrame_data()
+{
+    QTest::addColumn<QPointF>("place"); // in the frame, which is 200 by 100
+    QTest::newRow("left edge") << QPointF(3, 50);
+    QTest::newRow("right edge") << QPointF(197, 50);
+    QTest::newRow("bottom edge") << QPointF(100, 97);
+    QTest::newRow("inside") << QPointF(100, 50);
+}
+
+void tst_ZelvoraView::resetOverAnEdgeKeepsTheFrame()
+{
+    QFETCH(QPointF, place);
+    const QRectF geometry(60, 40, 200, 100);
+    const QGraphicsRectItem* frame = addFrame(geometry);
+    Canvas::zoom(view.get(), 3);
+    view->centerOn(frame);
+    const QPoint pixel = view->mapFromScene(frame->mapToScene(place));
+    QVERIFY(view->viewport()->rect().contains(pixel));
+
+    // As a mouse does it: the second press comes as a double click, and the hand shakes.
+    Canvas::press(view.get(), pixel, Qt::RightButton);
+    Canvas::release(view.get(), pixel, Qt::RightButton);
+    QTest::mouseDClick(view->viewport(), Qt::RightButton, Qt::NoModifier, pixel);
+    Canvas::move(view.get(), pixel + QPoint(1, 1), Qt::RightButton);
+    Canvas::release(view.get(), pixel + QPoint(1, 1), Qt::RightButton);
+
+    QVERIFY(view->transform().isIdentity());
+    QVERIFY(!scene->mouseGrabberItem());
+    QCOMPARE(QRectF(frame->pos(), frame->rect().size()), geometry);
 }
 
 void tst_ZelvoraView::leftDoubleClickDoesNotReset()

@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QSet>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QTableWidget>
@@ -85,6 +86,8 @@ private slots:
     void contentTable();
     void tablesShareTheirLook();
     void toolBars();
+    void toolBarIconsStandOnOneLine();
+    void toolTipsTellTheKeys();
     void icons();
     void menu();
     void slotsStandInOrder();
@@ -369,6 +372,46 @@ void tst_MainWindow::tablesShareTheirLook()
                  QColor(124, 153, 255, 170));
         QCOMPARE(palette.color(QPalette::Disabled, QPalette::Highlight), QColor(31, 117, 204, 170));
     }
+}
+
+void tst_MainWindow::toolBarIconsStandOnOneLine()
+{
+    open();
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    for (const char* name : {"toolBar", "toolBarTop"}) {
+        auto* bar = find<QToolBar>(name);
+        QSet<int> tops; // of the icons: they hang from the buttons' upper edges
+        QSet<int> heights;
+        for (QAction* action : bar->actions()) {
+            if (!action->isSeparator()) {
+                tops << bar->widgetForAction(action)->y();
+                heights << bar->widgetForAction(action)->height();
+            }
+        }
+        QCOMPARE(tops.size(), 1);
+        QCOMPARE(heights.size(), 1);
+    }
+}
+
+void tst_MainWindow::toolTipsTellTheKeys()
+{
+    open();
+    QStringList tips;
+    for (const char* name : {"toolBar", "toolBarTop"}) {
+        auto* bar = find<QToolBar>(name);
+        for (QAction* action : bar->actions()) {
+            if (!action->isSeparator()) {
+                tips << qobject_cast<QToolButton*>(bar->widgetForAction(action))->toolTip();
+            }
+        }
+    }
+    QCOMPARE(tips,
+             (QStringList{"Создать документ (Ctrl+N)", "Создать копию документа (Ctrl+Shift+N)",
+                          "Редактировать документ (F2)", "Печать (Ctrl+P)",
+                          "Удалить выбранные документы (Ctrl+Del)", "Формы и списки (Ctrl+1)",
+                          "Бланки (Ctrl+2)", "Экспорт и импорт (Ctrl+3)",
+                          "Сохранить в архив (Ctrl+S)", "Загрузить из архива (Ctrl+O)"}));
 }
 
 void tst_MainWindow::toolBars()

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGraphicsLinearLayout>
@@ -9,6 +10,8 @@
 #include <QGraphicsView>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QTableWidget>
@@ -104,6 +107,15 @@ QVector<QStringList> numberedRows(int count)
     return rows;
 }
 
+/// The list of a combo as it pops up.
+QImage listOf(QComboBox* combo)
+{
+    combo->showPopup();
+    const QImage list = combo->view()->grab().toImage();
+    combo->hidePopup();
+    return list;
+}
+
 bool writePicture(const QString& path, const QSize& size, const QColor& color)
 {
     QImage picture(size, QImage::Format_RGB32);
@@ -123,8 +135,10 @@ class tst_PrinPreviewDialog : public QObject
 private slots:
     void documentWithoutBlanks_data();
     void documentWithoutBlanks();
+    void messageStandsOverTheMainWindow();
     void window();
     void blanksOfTheForm();
+    void unnamedBlankIsShownByItsNumber();
     void choosingAnotherBlank();
     void slotDoesNothingBeforeTheFirstRun();
     void rejectButton();
@@ -178,6 +192,7 @@ private slots:
     void backgroundThatCannotBeLoaded();
     void backgroundOfAnEndlessPage();
     void checkBoxDoesNotHideThePreviewsBackground();
+    void edgeOfAPageWithoutAScan();
 
     void rowsOfNulls();
     void brokenBlankContent_data();
@@ -214,6 +229,24 @@ void tst_PrinPreviewDialog::documentWithoutBlanks()
     QVERIFY(!dialog.isVisible());
     QCOMPARE(catcher.contains("SQL Error"), !log.isEmpty());
     QVERIFY(log.isEmpty() || catcher.contains(log));
+}
+
+void tst_PrinPreviewDialog::messageStandsOverTheMainWindow()
+{
+    PrintFixture app;
+    QWidget desk;
+    desk.setGeometry(200, 150, 500, 400);
+    desk.show();
+    PrinPreviewDialog dialog(app.addDocument(), &desk);
+    ModalDriver driver;
+    driver.expect<QMessageBox>([&desk](QMessageBox* box) {
+        QCOMPARE(box->text(), QString("Для документа нет доступных бланков"));
+        QVERIFY(desk.geometry().contains(box->geometry().center()));
+        QCOMPARE(box->parentWidget(), &desk);
+        box->accept();
+    });
+    QCOMPARE(dialog.exec(), 0);
+    QVERIFY2(driver.finished(), driver.failures());
 }
 
 void tst_PrinPreviewDialog::window()
@@ -255,6 +288,27 @@ void tst_PrinPreviewDialog::blanksOfTheForm()
     QCOMPARE(dialog.loadBlanksForDoc(docId), expected);
     QCOMPARE(dialog.loadBlanksForForm(1), expected);
     QCOMPARE(dialog.loadBlanksForForm(3), PrinPreviewDialog::BlankList());
+}
+
+void tst_PrinPreviewDialog::unnamedBlankIsShownByItsNumber()
+{
+    PrintFixture app;
+    const QString id = app.addBlank({}, {{"NAME", ""}}).toString();
+    PrinPreviewDialog dialog(app.addDocument());
+    ModalDriver driver;
+    driver.expect<PrinPreviewDialog>([id](PrinPreviewDialog* shown) {
+        auto* combo = shown->findChild<QComboBox*>("comboBoxBlank");
+        QCOMPARE(combo->itemText(0), QString()); // the blank's name as it is
+        const QImage unnamed = combo->grab().toImage();
+        combo->setItemText(0, "Бланк " + id);
+        QCOMPARE(unnamed, combo->grab().toImage());
+        const QImage named = listOf(combo);
+        combo->setItemText(0, QString());
+        QCOMPARE(listOf(combo), named);
+        shown->reject();
+    });
+    QCOMPARE(dialog.exec(), 0);
+    QVERIFY2(driver.finished(), driver.failures());
 }
 
 void tst_PrinPreviewDialog::choosingAnotherBlank()
@@ -984,6 +1038,36 @@ void tst_PrinPreviewDialog::checkBoxDoesNotHideThePreviewsBackground()
     QVERIFY(check->isChecked() && page.items().first()->isVisible());
     check->click();
     QVERIFY(!check->isChecked() && page.items().first()->isVisible());
+}
+
+void tst_PrinPreviewDialog::edgeOfAPageWithoutAScan()
+{
+    PrintFixture app;
+    app.addBlank({}, {{"SIZE_WIDTH", 100}, {"SIZE_HEIGHT", 60}});
+    PrinPreviewDialog dialog(app.addDocument());
+    ModalDriver driver;
+    driver.expect<PrinPreviewDialog>([](PrinPreviewDialog* shown) {
+        auto* view = shown->findChild<QGraphicsView*>("documentView");
+        const QImage seen = view->viewport()->grab().toImage();
+        const QRect page = view->mapFromScene(view->sceneRect()).boundingRect();
+        const QColor edge = seen.pixelColor(page.center().x(), page.top());
+        QVERIFY(edge.lightness() < 230);
+        QCOMPARE(seen.pixelColor(page.left(), page.center().y()), edge);
+        QCOMPARE(seen.pixelColor(page.center()), QColor(Qt::white));
+
+        // What is printed is the scene, and that has no edge.
+        QImage paper(377, 226, QImage::Format_RGB32);
+        paper.fill(Qt::white);
+        const QImage empty = paper;
+        QPainter painter(&paper);
+        view->scene()->render(&painter);
+        painter.end();
+        QCOMPARE(paper, empty);
+        QVERIFY(view->scene()->items().isEmpty());
+        shown->reject();
+    });
+    QCOMPARE(dialog.exec(), 0);
+    QVERIFY2(driver.finished(), driver.failures());
 }
 
 void tst_PrinPreviewDialog::rowsOfNulls()

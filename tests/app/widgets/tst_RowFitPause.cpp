@@ -61,7 +61,8 @@ void tst_RowFitPause::rowsFitTheirTexts()
 {
     QCOMPARE(m_table->rowHeight(0), plainRowHeight);
     QVERIFY(m_table->rowHeight(1) > plainRowHeight);
-    QVERIFY(m_table->rowHeight(1) >= neededHeight(*m_table, 1));
+    // Several lines have some air above and below; they would touch the lines of the table.
+    QVERIFY(m_table->rowHeight(1) >= neededHeight(*m_table, 1) + 8);
 }
 
 void tst_RowFitPause::rowFollowsAnEdit()
