@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr int colourDigits = 8;
+
 std::optional<double> numberOf(const QStringRef& text)
 {
     bool isNumber = false;
@@ -24,7 +26,7 @@ bool isColour(const QStringRef& text)
 {
     bool isNumber = false;
     text.toUInt(&isNumber, 16);
-    return isNumber && (text.size() == 6 || text.size() == 8);
+    return isNumber && (text.size() == 6 || text.size() == colourDigits);
 }
 
 /// The value as it is written down; nothing if it is not what the rule asks for.
@@ -41,7 +43,10 @@ std::optional<QString> valueBy(const AttributeRule& rule, const QStringRef& text
     case ValueKind::Switch:
         return {};
     case ValueKind::Hexadecimal:
-        return isColour(text) ? std::optional<QString>(text.toString()) : std::nullopt;
+        // A colour of six digits is opaque.
+        return isColour(text)
+                   ? std::optional<QString>(text.toString().rightJustified(colourDigits, 'F'))
+                   : std::nullopt;
     case ValueKind::Areas: {
         const QString areas = areasFromNames(text);
         return areas.isEmpty() ? std::nullopt : std::optional<QString>(areas);
