@@ -24,5 +24,14 @@ message(STATUS "Found QXlsx: ${QXlsx_DIR} (version ${QXlsx_VERSION})")
 # installed everywhere, and this project must not come to depend on them.
 set_target_properties(QXlsx::QXlsx PROPERTIES INTERFACE_LINK_LIBRARIES "Qt5::Core;Qt5::Gui")
 
-# Unpacks the parts of a workbook for a look at them before QXlsx reads it.
-find_package(ZLIB REQUIRED)
+# Reads the packages of workbooks, and makes those that QXlsx gets in their place. Found by its
+# headers: its own configuration asks for programs that the distribution packs apart from it.
+find_path(ZELVORA_LIBZIP_INCLUDE_DIR zip.h)
+find_library(ZELVORA_LIBZIP_LIBRARY zip)
+if(NOT ZELVORA_LIBZIP_INCLUDE_DIR OR NOT ZELVORA_LIBZIP_LIBRARY)
+    message(FATAL_ERROR "libzip was not found. Run scripts/install-dependencies.")
+endif()
+add_library(Zelvora::libzip UNKNOWN IMPORTED)
+set_target_properties(Zelvora::libzip PROPERTIES
+    IMPORTED_LOCATION "${ZELVORA_LIBZIP_LIBRARY}"
+    INTERFACE_INCLUDE_DIRECTORIES "${ZELVORA_LIBZIP_INCLUDE_DIR}")

@@ -1,5 +1,9 @@
 #include "exchange/CellName.h"
 
+#include <QStringList>
+
+#include "exchange/package/PackageLimits.h"
+
 namespace {
 
 constexpr int lettersMax = 3;
@@ -10,9 +14,9 @@ constexpr int lettersInAlphabet = 26;
 class NameReader
 {
 public:
-    explicit NameReader(const QString& name)
-        : m_at(name.constBegin())
-        , m_end(name.constEnd())
+    explicit NameReader(QStringView name)
+        : m_at(name.begin())
+        , m_end(name.end())
     {
     }
 
@@ -54,13 +58,28 @@ private:
         return m_at != m_end && *m_at >= first && *m_at <= last;
     }
 
-    QString::const_iterator m_at;
-    QString::const_iterator m_end;
+    QStringView::const_iterator m_at;
+    QStringView::const_iterator m_end;
 };
+
+/// The area between two corners, "A1:B2" or, if they are one cell, "A1". Empty if it is none.
+QString areaFromNames(QStringView first, QStringView last)
+{
+    const QXlsx::CellReference a = cellFromName(first);
+    const QXlsx::CellReference b = cellFromName(last);
+    if (!isOnSheet(a) || !isOnSheet(b)) {
+        return QString();
+    }
+    const QXlsx::CellReference upperLeft(qMin(a.row(), b.row()), qMin(a.column(), b.column()));
+    const QXlsx::CellReference lowerRight(qMax(a.row(), b.row()), qMax(a.column(), b.column()));
+    const QString begin = upperLeft.toString();
+    const QString end = lowerRight.toString();
+    return begin == end ? begin : begin + ':' + end;
+}
 
 } // namespace
 
-QXlsx::CellReference cellFromName(const QString& name)
+QXlsx::CellReference cellFromName(QStringView name)
 {
     NameReader reader(name);
     reader.skipDollar();
@@ -71,4 +90,25 @@ QXlsx::CellReference cellFromName(const QString& name)
         return QXlsx::CellReference();
     }
     return QXlsx::CellReference(row, column);
+}
+
+bool isOnSheet(const QXlsx::CellReference& cell)
+{
+    return cell.isValid() && cell.row() <= PackageLimits::rows &&
+           cell.column() <= PackageLimits::columns;
+}
+
+QString areasFromNames(QStringView names)
+{
+    QStringList areas;
+    const QStringList parts = names.toString().split(' ', Qt::SkipEmptyParts);
+    for (const QString& part : parts) {
+        const int colon = part.indexOf(':');
+        const QString area = areaFromNames(QStringView(part).left(colon < 0 ? part.size() : colon),
+                                           QStringView(part).mid(colon + 1));
+        if (!area.isEmpty()) {
+            areas.append(area);
+        }
+    }
+    return areas.join(' ');
 }

@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QDebug>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QIntValidator>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -409,7 +410,7 @@ void ExportDlg::exportDocuments(QSqlQuery& templateQuery, QSqlQuery& documents)
     setCursor(Qt::BusyCursor);
     QCoreApplication::processEvents();
     templateQuery.next();
-    const auto workbook = openWorkbook(templateQuery.value("TEMPLATE").toString(), this);
+    const auto workbook = openTemplate(templateQuery.value("TEMPLATE").toString());
     selectCurrentSheetOnly(*workbook);
     DocumentExport exporter(*workbook,
                             exchangeItems(parseJsonColumn(templateQuery.value("FIELDS"))),
@@ -428,6 +429,21 @@ void ExportDlg::exportDocuments(QSqlQuery& templateQuery, QSqlQuery& documents)
     accept();
 }
 
+/// A missing workbook gives an empty one without a word. One that is there and can't be read is
+/// told: its headings would be missed only on the desk of whom the file is sent to.
+std::unique_ptr<QXlsx::Document> ExportDlg::openTemplate(const QString& path)
+{
+    QString error;
+    auto workbook = openWorkbook(path, this, &error);
+    if (!error.isEmpty() && QFileInfo(path).isFile()) {
+        qDebug() << "Unable to read the workbook" << path << error;
+        QMessageBox::critical(this, "Ошибка",
+                              "Не удалось прочитать таблицу-шаблон\n" + path +
+                                  "\nДокументы будут записаны в пустую таблицу.");
+    }
+    return workbook;
+}
+
 QString ExportDlg::askExportFile(const QString& templateName)
 {
     const QString proposed =
@@ -440,7 +456,11 @@ void ExportDlg::importRows(QSqlQuery& form, QSqlQuery& templateQuery, const Impo
 {
     setCursor(Qt::BusyCursor);
     QCoreApplication::processEvents();
-    const auto workbook = openWorkbook(request.file, this);
+    QString error;
+    const auto workbook = openWorkbook(request.file, this, &error);
+    if (!error.isEmpty()) {
+        qDebug() << "Unable to read the workbook" << request.file << error;
+    }
     form.next();
     templateQuery.next();
     DocumentImport importer(

@@ -10,6 +10,10 @@
 
 class QSqlQuery;
 
+namespace QXlsx {
+class Document;
+}
+
 namespace Ui {
 class ExportDlg;
 }
@@ -78,6 +82,7 @@ private:
     bool changeItems(const JsonLogLines& log, QJsonDocument::JsonFormat format,
                      const JsonArrayChange& change);
     void exportDocuments(QSqlQuery& templateQuery, QSqlQuery& documents);
+    std::unique_ptr<QXlsx::Document> openTemplate(const QString& path);
     QString askExportFile(const QString& templateName);
     void importRows(QSqlQuery& form, QSqlQuery& templateQuery, const ImportRequest& request);
 

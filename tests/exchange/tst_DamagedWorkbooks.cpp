@@ -1,10 +1,13 @@
 #include <QtTest>
 
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLineEdit>
 
+#include <xlsxdocument.h>
+
 #include "ExchangeFixture.h"
-#include "exchange/WorkbookCheck.h"
+#include "exchange/WorkbookFile.h"
 #include "support/ModalDriver.h"
 
 /// Workbooks that are none, or are broken, or were made to do harm: they read as empty ones.
@@ -19,6 +22,8 @@ private slots:
     void soundOne();
     void damages_data();
     void damages();
+    void oddities_data();
+    void oddities();
     void missingFile();
     void hundredThousandRows();
     void cellsFarOutside();
@@ -28,7 +33,7 @@ private:
     QString book() const { return m_fixture->app.path("in.xlsx"); }
     bool isSound() const;
     void runImport(int first, int last, const QStringList& emptyCells);
-    void runExport();
+    void runExport(bool isToldOfTemplate = false);
 
     std::unique_ptr<ExchangeFixture> m_fixture;
 };
@@ -42,8 +47,9 @@ void tst_DamagedWorkbooks::init()
 
 bool tst_DamagedWorkbooks::isSound() const
 {
-    QFile file(book());
-    return file.open(QIODevice::ReadOnly) && isSoundWorkbook(file);
+    QString error;
+    openWorkbook(book(), nullptr, &error);
+    return error.isEmpty();
 }
 
 void tst_DamagedWorkbooks::runImport(int first, int last, const QStringList& emptyCells)
@@ -62,11 +68,15 @@ void tst_DamagedWorkbooks::runImport(int first, int last, const QStringList& emp
     QVERIFY2(user.finished(), user.failures());
 }
 
-void tst_DamagedWorkbooks::runExport()
+void tst_DamagedWorkbooks::runExport(bool isToldOfTemplate)
 {
     m_fixture->open();
     m_fixture->selectTemplate(0);
     ModalDriver user;
+    if (isToldOfTemplate) {
+        user.expectMessage("Ошибка", "Не удалось прочитать таблицу-шаблон\n" + book() +
+                                         "\nДокументы будут записаны в пустую таблицу.");
+    }
     user.expectFileDialog(m_fixture->app.path("out.xlsx"));
     user.expectMessageStarting("Экспорт данных", "Документ\n");
     m_fixture->click("exportButton");
@@ -92,23 +102,37 @@ void tst_DamagedWorkbooks::damages_data()
                             "another zip",
                             "flipped bit",
                             "part behind the end",
-                            "packed size too large",
                             "declared size too large",
                             "encrypted",
                             "unknown method",
                             "bomb",
                             "bomb that denies it",
+                            "two parts of one name",
+                            "sheet without a part",
+                            "sheet without a relation",
+                            "sheet in another vocabulary",
+                            "texts cut",
+                            "formats cut",
+                            "relations cut",
+                            "unknown encoding",
+                            "row that no sheet has",
                             "sheet cut",
                             "tags crossed",
                             "validation cut",
                             "entities",
-                            "cells without names",
                             "cell that no sheet has",
-                            "dimension without cells",
-                            "endless columns",
-                            "name of a missing sheet",
-                            "negative font",
-                            "dialog sheet"})
+                            "dialog sheet",
+                            "too many cells",
+                            "too wide for its rows",
+                            "text that all cells share",
+                            "too many sheets",
+                            "too many formats",
+                            "too many parts",
+                            "nested too deep",
+                            "too many attributes",
+                            "attributes behind a quoted bracket",
+                            "attributes behind a comment",
+                            "too many namespaces"})
     {
         QTest::newRow(way) << 0;
     }
@@ -117,15 +141,46 @@ void tst_DamagedWorkbooks::damages_data()
 void tst_DamagedWorkbooks::damages()
 {
     workbooks({"damage", book(), QString(QTest::currentDataTag())});
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(!isSound());
+    QVERIFY2(clock.elapsed() < 10000, "a file is refused at once");
     const QByteArray before = m_fixture->app.dump();
     runImport(2, 3, {"A2"});
     QCOMPARE(m_fixture->app.dump(), before);
 
-    // As the workbook to fill it counts as none.
+    // As the workbook to fill it counts as none, which is told.
     m_fixture->addDocument({{"LNAME", "Сидоров"}});
-    runExport();
+    runExport(true);
     QCOMPARE(readCells(m_fixture->app.path("out.xlsx"), "Sheet1"),
              (QJsonObject{{"A2", "Оригинал"}, {"B2", "Сидоров"}}));
+}
+
+void tst_DamagedWorkbooks::oddities_data()
+{
+    QTest::addColumn<int>("unused");
+    const QJsonArray ways = workbooks({"oddities"}).toArray();
+    for (const QJsonValue& way : ways) {
+        QTest::newRow(qPrintable(way.toString())) << 0;
+    }
+}
+
+// What can be read in spite of what is wrong with it is read, and filled as well.
+void tst_DamagedWorkbooks::oddities()
+{
+    workbooks({"odd", book(), QString(QTest::currentDataTag())});
+    QVERIFY(isSound());
+    runImport(2, 3, {});
+    QCOMPARE(m_fixture->app.value("SELECT group_concat(LNAME) FROM docs").toString(),
+             QString("Иванов,Петров"));
+
+    m_fixture->app.exec("UPDATE export SET FROM_ROW = 4");
+    runExport();
+    const QJsonObject cells = readCells(m_fixture->app.path("out.xlsx"), "Лист1");
+    QCOMPARE(cells["B2"], QJsonValue("Иванов"));
+    QCOMPARE(cells["B3"], QJsonValue("Петров"));
+    QCOMPARE(cells["B4"], QJsonValue("Иванов"));
+    QCOMPARE(cells["B5"], QJsonValue("Петров"));
 }
 
 void tst_DamagedWorkbooks::missingFile()

@@ -8,6 +8,8 @@ openpyxl FILE DESCRIPTION  the texts of the description saved by openpyxl as it 
 template FILE              a formatted workbook of several sheets, as office programs save it
 extras FILE                the same with what the reading library passes over
 damage FILE WAY            a workbook of two rows, damaged in one of the ways of DAMAGES
+odd FILE WAY               a workbook of two rows, odd in one of the ways of ODDITIES
+oddities                   the names of these ways
 rows FILE COUNT            a workbook of so many rows
 read FILE                  cells and formatting as openpyxl reads them
 
@@ -15,6 +17,7 @@ The description: {"writer": "excel" or "libreoffice", "active": index of the act
 "sheets": [{"name": ..., "cells": {"A2": cell}, "merged": ["A2:B2"], "dimension": "A1:B2"}]}.
 A cell is a text (a shared string) or [kind, value]; the kinds are those of Writer.cell.
 """
+import base64
 import io
 import json
 import re
@@ -31,6 +34,7 @@ from openpyxl.worksheet.datavalidation import DataValidation
 MAIN = "http://schemas.openxmlformats.org/spreadsheetml/2006/main"
 RELS = "http://schemas.openxmlformats.org/officeDocument/2006/relationships"
 PACKAGE = "http://schemas.openxmlformats.org/package/2006"
+COMPATIBILITY = "http://schemas.openxmlformats.org/markup-compatibility/2006"
 XML = '<?xml version="1.0" encoding="UTF-8" standalone="yes"?>\n'
 TYPES = "application/vnd.openxmlformats-officedocument.spreadsheetml"
 
@@ -339,6 +343,12 @@ def with_flipped_bit():
     return bytes(data)
 
 
+def with_second_part(name):
+    parts = plain_parts()
+    parts[name] = parts[SHEET]
+    return zipped(parts)
+
+
 def bomb(declared=None):
     parts = plain_parts()
     parts[SHEET] = parts[SHEET].replace(b"</row>", b" " * (160 << 20) + b"</row>", 1)
@@ -357,41 +367,327 @@ DAMAGES = {
     "another zip": lambda: zipped({"readme.txt": b"no workbook"}),
     "flipped bit": with_flipped_bit,
     "part behind the end": lambda: patched(SHEET, 42, 0x7fffffff),
-    "packed size too large": lambda: patched(SHEET, 20, 0x7fffffff),
     "declared size too large": lambda: patched(SHEET, 24, 0xfffffff0),
     "encrypted": lambda: patched(SHEET, 8, 1, 2),
     "unknown method": lambda: patched(SHEET, 10, 99, 2),
     "bomb": bomb,
     "bomb that denies it": lambda: bomb(2000),
+    "two parts of one name": lambda: with_second_part(SHEET.upper()),
+    "sheet without a part": lambda: zipped(
+        {name: data for name, data in plain_parts().items() if name != SHEET}),
+    "sheet without a relation": lambda: with_replaced("xl/workbook.xml", 'r:id="rId1"',
+                                                      'r:id="rId77"'),
+    "sheet in another vocabulary": lambda: with_replaced(
+        SHEET, "spreadsheetml/2006/main", "wordprocessingml/2006/main"),
+    "texts cut": lambda: with_part("xl/sharedStrings.xml", lambda text: text[:-9]),
+    "formats cut": lambda: with_part("xl/styles.xml", lambda text: text[:-9]),
+    "relations cut": lambda: with_part("xl/_rels/workbook.xml.rels", lambda text: text[:-9]),
+    "unknown encoding": lambda: with_replaced(SHEET, "UTF-8", "klingon-1"),
+    "row that no sheet has": lambda: with_replaced(SHEET, '<row r="3">', '<row r="1048577">'),
     "sheet cut": lambda: with_part(SHEET, lambda text: text[:text.index("</row>") + 30]),
     "tags crossed": lambda: with_replaced(SHEET, "</c></row>", "</row></c>"),
     "validation cut": lambda: with_replaced(
         SHEET, "</worksheet>", "<dataValidations count='1'><dataValidation type='list'>"),
     "entities": lambda: with_replaced(
         SHEET, "<worksheet", '<!DOCTYPE x [<!ENTITY a "aaaaaaaa">]><worksheet'),
-    "cells without names": lambda: with_part(SHEET, lambda text: re.sub(r' r="A\d"', "", text)),
     "cell that no sheet has": lambda: with_replaced(SHEET, 'r="B3"', 'r="ZZZ9999999"'),
-    "dimension without cells": lambda: with_replaced(SHEET, "<sheetViews>",
-                                                     '<dimension ref=""/><sheetViews>'),
-    "endless columns": lambda: with_replaced(
-        SHEET, "<sheetData>", '<cols><col min="1" max="2147483647" width="9"/></cols><sheetData>'),
-    "name of a missing sheet": lambda: with_replaced(
-        "xl/workbook.xml", "</workbook>",
-        '<definedNames><definedName name="x" localSheetId="7">Лист1!A1</definedName>'
-        "</definedNames></workbook>"),
-    "negative font": lambda: with_replaced("xl/styles.xml", '<cellXfs count="4"><xf numFmtId="0" '
-                                           'fontId="0"',
-                                           '<cellXfs count="4"><xf numFmtId="0" applyFont="1" '
-                                           'fontId="-9999999"'),
     "dialog sheet": lambda: with_replaced("xl/_rels/workbook.xml.rels",
                                           'relationships/worksheet"',
                                           'relationships/dialogsheet"'),
 }
 
 
+def many(count, text):
+    return "".join(text.format(i) for i in range(count))
+
+
+# Beyond what is read at all.
+EXCESSES = {
+    "too many cells": lambda: with_part(SHEET, lambda text: re.sub(
+        "<sheetData>.*</sheetData>", "<sheetData>" + many(1001, "<row>" + '<c t="b"><v>1</v></c>'
+                                                          * 1000 + "</row>") + "</sheetData>",
+        text)),
+    "too wide for its rows": lambda: with_part(SHEET, lambda text: re.sub(
+        "<sheetData>.*</sheetData>", '<sheetData><row r="1"><c r="XFD1"><v>1</v></c></row>'
+        + many(7000, "<row><c><v>1</v></c></row>") + "</sheetData>", text)),
+    "text that all cells share": lambda: zipped({
+        **plain_parts(),
+        "xl/sharedStrings.xml": shared_strings(["<t>" + "x" * 300000 + "</t>"]).encode(),
+        SHEET: re.sub("<sheetData>.*</sheetData>", "<sheetData><row>" + '<c t="s"><v>0</v></c>'
+                      * 1000 + "</row></sheetData>", plain_parts()[SHEET].decode()).encode()}),
+    "too many sheets": lambda: with_replaced(
+        "xl/workbook.xml", "</sheets>",
+        many(1000, '<sheet name="s{0}" sheetId="{0}" r:id="rId1"/>') + "</sheets>"),
+    "too many formats": lambda: with_part(
+        "xl/styles.xml", lambda text: text.replace("</cellXfs>", "<xf/>" * 65537 + "</cellXfs>")),
+    "too many parts": lambda: zipped({**plain_parts(), **{f"x{i}": b"" for i in range(10000)}}),
+    "nested too deep": lambda: with_replaced(SHEET, "</worksheet>",
+                                             "<a>" * 200 + "</a>" * 200 + "</worksheet>"),
+    "too many attributes": lambda: with_replaced(
+        SHEET, "<sheetViews>", "<a " + many(100000, 'a{0}="" ') + "/><sheetViews>"),
+    "attributes behind a quoted bracket": lambda: with_replaced(
+        SHEET, "<sheetViews>", "<a " + many(100000, 'a{0}=">" ') + "/><sheetViews>"),
+    "attributes behind a comment": lambda: with_replaced(
+        SHEET, "<sheetViews>",
+        "<!-- \" --><a " + many(100000, "a{0}='' ") + "/><!-- \" --><sheetViews>"),
+    "too many namespaces": lambda: with_replaced(
+        SHEET, "<sheetViews>", "".join(f"<a {many(200, f'xmlns:p{d}x{{0}}=%s ' % quoted('u'))}>"
+                                       for d in range(20)) + "</a>" * 20 + "<sheetViews>"),
+}
+
+
+def quoted(text):
+    return f'"{text}"'
+
+
 def save_damaged(path, way):
     with open(path, "wb") as file:
-        file.write(DAMAGES[way]())
+        file.write({**DAMAGES, **EXCESSES}[way]())
+
+PICTURE = base64.b64decode(
+    "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwADhgGAWjR9awAAAABJRU5ErkJg"
+    "gg==")
+DRAWING = "http://schemas.openxmlformats.org/drawingml/2006"
+ANCHOR = ("<xdr:twoCellAnchor><xdr:from><xdr:col>0</xdr:col><xdr:row>0</xdr:row></xdr:from>"
+          "<xdr:to><xdr:col>3</xdr:col><xdr:row>3</xdr:row></xdr:to>{}<xdr:clientData/>"
+          "</xdr:twoCellAnchor>")
+PIC = '<xdr:pic><xdr:blipFill><a:blip r:embed="rId1"/></xdr:blipFill></xdr:pic>'
+FRAME = ('<xdr:graphicFrame><a:graphic><a:graphicData><c:chart r:id="rId1"/></a:graphicData>'
+         "</a:graphic></xdr:graphicFrame>")
+CHART = ('<c:chartSpace xmlns:c="%s/chart" xmlns:a="%s/main"><c:chart><c:plotArea><c:layout/>'
+         '<c:barChart><c:barDir val="col"/><c:ser><c:val><c:numRef><c:f>Лист1!$A$2:$A$3</c:f>'
+         '</c:numRef></c:val></c:ser><c:axId val="1"/><c:axId val="2"/></c:barChart><c:catAx>'
+         '<c:axId val="1"/><c:axPos val="b"/><c:crossAx val="2"/></c:catAx><c:valAx>'
+         '<c:axId val="2"/><c:axPos val="l"/><c:crossAx val="1"/></c:valAx></c:plotArea>'
+         "</c:chart></c:chartSpace>" % (DRAWING, DRAWING))
+DRAWN_SHEET = "xl/worksheets/_rels/sheet1.xml.rels"
+
+
+def relations(*each):
+    return (f'{XML}<Relationships xmlns="{PACKAGE}/relationships">' + "".join(
+        f'<Relationship Id="rId{i + 1}" Type="{RELS}/{kind}" Target="{target}"/>'
+        for i, (kind, target) in enumerate(each)) + "</Relationships>").encode()
+
+
+def drawn(objects, **more):
+    """A workbook with a drawing of these objects; further parts by their names below xl/."""
+    parts = plain_parts()
+    parts[SHEET] = parts[SHEET].replace(b"</worksheet>", b'<drawing r:id="rId1"/></worksheet>')
+    parts[DRAWN_SHEET] = relations(("drawing", "../drawings/drawing1.xml"))
+    parts["xl/drawings/drawing1.xml"] = (
+        f'{XML}<xdr:wsDr xmlns:xdr="{DRAWING}/spreadsheetDrawing" xmlns:a="{DRAWING}/main" '
+        f'xmlns:c="{DRAWING}/chart" xmlns:r="{RELS}">{objects}</xdr:wsDr>').encode()
+    parts["xl/drawings/_rels/drawing1.xml.rels"] = more.pop("links", relations())
+    for name, data in more.pop("parts", {}).items():
+        parts["xl/" + name] = data
+    return parts
+
+
+def pictured(picture=PICTURE, name="media/image1.png"):
+    return drawn(ANCHOR.format(PIC), links=relations(("image", "../" + name)),
+                 parts={name: picture})
+
+
+def charted(chart=CHART):
+    return drawn(ANCHOR.format(FRAME), links=relations(("chart", "../charts/chart1.xml")),
+                 parts={"charts/chart1.xml": chart.encode()})
+
+
+def changed(parts, name, old, new):
+    old, new = (text if isinstance(text, bytes) else text.encode() for text in (old, new))
+    assert old in parts[name], (name, old)
+    return {**parts, name: parts[name].replace(old, new)}
+
+
+def in_sheet(old, new):
+    return changed(plain_parts(), SHEET, old, new)
+
+
+def behind_cells(xml):
+    return in_sheet("</worksheet>", xml + "</worksheet>")
+
+
+def in_styles(old, new):
+    return changed(plain_parts(), "xl/styles.xml", old, new)
+
+
+def in_book(old, new):
+    return changed(plain_parts(), "xl/workbook.xml", old, new)
+
+
+def two_sheets(kind="worksheet", target="worksheets/sheet1.xml", first=False):
+    tab = '<sheet name="Второй" sheetId="2" r:id="rId9"/>'
+    old = "<sheets>" if first else "</sheets>"
+    parts = in_book(old, old + tab if first else tab + old)
+    return changed(parts, "xl/_rels/workbook.xml.rels", "</Relationships>",
+                   f'<Relationship Id="rId9" Type="{RELS}/{kind}" Target="{target}"/>'
+                   "</Relationships>")
+
+
+def encoded(encoding, mark=b""):
+    def encode(data):
+        text = data.decode().replace('encoding="UTF-8"', f'encoding="{encoding}"')
+        return mark + text.encode(encoding)
+    return {name: encode(data) for name, data in plain_parts().items()}
+
+
+def renamed(change):
+    """All parts under other names; their relations follow."""
+    return {change(name): data for name, data in plain_parts().items()}
+
+
+FIRST_XF = '<cellXfs count="4"><xf numFmtId="0" fontId="0" fillId="0" borderId="0"'
+
+# What the reading library does not survive, or misunderstands, and what a good reader does.
+ODDITIES = {
+    "packed size too large": lambda: patched(SHEET, 20, 0x7fffffff),
+    "cells without names": lambda: {**plain_parts(), SHEET: re.sub(
+        rb' r="[AB]\d"', b"", plain_parts()[SHEET])},
+    "rows without numbers": lambda: {**plain_parts(), SHEET: re.sub(
+        rb' r="\w+"', b"", plain_parts()[SHEET]).replace(b"<sheetData>", b"<sheetData><row/>")},
+    "dimension without cells": lambda: in_sheet("<sheetViews>", '<dimension ref=""/><sheetViews>'),
+    "dimension that lies": lambda: in_sheet("<sheetViews>", '<dimension ref="A1"/><sheetViews>'),
+    "dimension of a whole sheet": lambda: in_sheet(
+        "<sheetViews>", '<dimension ref="A1:XFD1048576"/><sheetViews>'),
+    "endless columns": lambda: in_sheet(
+        "<sheetData>", '<cols><col min="1" max="2147483647" width="9"/></cols><sheetData>'),
+    "columns below one": lambda: in_sheet(
+        "<sheetData>", '<cols><col min="-2147483648" max="3" width="9"/></cols><sheetData>'),
+    "columns that overlap": lambda: in_sheet(
+        "<sheetData>", '<cols><col min="1" max="5" width="9"/><col min="1" max="16384"/></cols>'
+                       "<sheetData>"),
+    "name of a missing sheet": lambda: in_book(
+        "</workbook>", '<definedNames><definedName name="x" localSheetId="7">1</definedName>'
+                       '<definedName name="y" localSheetId="-1">1</definedName>'
+                       "</definedNames></workbook>"),
+    "name with elements in it": lambda: in_book(
+        "</workbook>", '<definedNames><definedName name="x">1<b/></definedName></definedNames>'
+                       "</workbook>"),
+    "active sheet that is none": lambda: in_book('activeTab="0"', 'activeTab="99999"'),
+    "active sheet below zero": lambda: in_book('activeTab="0"', 'activeTab="-5"'),
+    "negative font": lambda: in_styles(FIRST_XF, FIRST_XF.replace(
+        'fontId="0"', 'applyFont="1" fontId="-9999999"')),
+    "negative fill": lambda: in_styles(FIRST_XF, FIRST_XF.replace(
+        'fillId="0"', 'fillId="-9999999"')),
+    "negative border": lambda: in_styles(FIRST_XF, FIRST_XF.replace(
+        'borderId="0"', 'applyBorder="1" borderId="-9999999"')),
+    "font that is none": lambda: in_styles(FIRST_XF, FIRST_XF.replace('fontId="0"', 'fontId="7"')),
+    "number format beyond all": lambda: in_styles(
+        "<fonts", '<numFmts><numFmt numFmtId="2147483647" formatCode="0"/></numFmts><fonts'),
+    "formats before their fonts": lambda: {**plain_parts(), "xl/styles.xml": re.sub(
+        rb"(<fonts.*</fonts>)(.*)(</styleSheet>)", rb"\2\1\3", plain_parts()["xl/styles.xml"])},
+    "format of a cell that is none": lambda: in_sheet('s="0"', 's="99999"'),
+    "rule without areas": lambda: behind_cells(
+        '<conditionalFormatting sqref=""><cfRule type="cellIs" dxfId="-7" priority="1">'
+        "<formula>1</formula></cfRule></conditionalFormatting>"),
+    "rule with a missing format": lambda: behind_cells(
+        '<conditionalFormatting sqref="A1"><cfRule type="cellIs" dxfId="-7" priority="1">'
+        "<formula>1<b/></formula></cfRule></conditionalFormatting>"),
+    "bar without ends": lambda: behind_cells(
+        '<conditionalFormatting sqref="A1"><cfRule type="dataBar" priority="1"><dataBar/></cfRule>'
+        "</conditionalFormatting>"),
+    "check with elements in it": lambda: behind_cells(
+        '<dataValidations count="1"><dataValidation type="list" sqref="A1"><formula1>1<b/>2'
+        "</formula1></dataValidation></dataValidations>"),
+    "check without areas": lambda: behind_cells(
+        '<dataValidations count="1"><dataValidation type="list" sqref="-"/></dataValidations>'),
+    "merged cells that are none": lambda: behind_cells(
+        '<mergeCells count="2"><mergeCell ref="ZZZZ1:B2"/><mergeCell/></mergeCells>'),
+    "link of an area": lambda: behind_cells(
+        '<hyperlinks><hyperlink ref="A1:B2" location="Лист1!A1"/></hyperlinks>'),
+    "link without a relation": lambda: behind_cells(
+        '<hyperlinks><hyperlink ref="A1" r:id="rId77"/></hyperlinks>'),
+    "shared formula without a first": lambda: in_sheet(
+        "</sheetData>", '<row r="9"><c r="A9"><f t="shared" si="5"/><v>1</v></c></row></sheetData>'),
+    "shared formula without an area": lambda: in_sheet(
+        "</sheetData>", '<row r="9"><c r="A9"><f t="shared" si="5">1</f><v>1</v></c></row>'
+                        "</sheetData>"),
+    "formula with elements in it": lambda: in_sheet(
+        "</sheetData>", '<row r="9"><c r="A9"><f>1<b/></f><v>1<b/></v></c></row></sheetData>'),
+    "text that is none": lambda: in_sheet(
+        "</sheetData>", '<row r="9"><c r="A9" t="s"><v>-9</v></c><c r="B9" t="s"><v>99</v></c>'
+                        "</row></sheetData>"),
+    "number beyond all": lambda: in_sheet(
+        "</sheetData>", '<row r="9"><c r="A9" s="1"><v>1e300</v></c><c r="B9" s="1" t="n">'
+                        "<v>-1e300</v></c></row></sheetData>"),
+    "empty text": lambda: changed(plain_parts(), "xl/sharedStrings.xml", "</sst>", "<si/></sst>"),
+    "cells in cells": lambda: in_sheet('<row r="3">', '<row r="3"><c r="C3"><c r="D3"/></c>'),
+    "dialog sheet beside": lambda: two_sheets("dialogsheet"),
+    "dialog sheet before": lambda: two_sheets("dialogsheet", first=True),
+    "macro sheet before": lambda: two_sheets("xlMacrosheet", first=True),
+    "chart sheet without a chart": lambda: two_sheets("chartsheet", first=True),
+    "sheet twice": lambda: two_sheets(),
+    "sheets of one name": lambda: changed(two_sheets(), "xl/workbook.xml", "Второй", "Лист1"),
+    "link to a workbook that is none": lambda: in_book(
+        "</workbook>", '<externalReferences><externalReference r:id="rId77"/></externalReferences>'
+                       "</workbook>"),
+    "drawing without a part": lambda: {name: data for name, data in pictured().items()
+                                       if name != "xl/drawings/drawing1.xml"},
+    "drawing without a relation": lambda: behind_cells('<drawing r:id="rId77"/>'),
+    "picture without a relation": lambda: drawn(ANCHOR.format(PIC)),
+    "picture without a part": lambda: drawn(ANCHOR.format(PIC), links=relations(
+        ("image", "../media/image1.png"))),
+    "picture without a picture": lambda: drawn(ANCHOR.format("<xdr:pic/>")),
+    "empty picture": lambda: pictured(b""),
+    "place without an object": lambda: drawn(ANCHOR.format("")),
+    "shape": lambda: drawn(ANCHOR.format('<xdr:sp macro=""><xdr:txBody/></xdr:sp>')),
+    "group": lambda: drawn(ANCHOR.format(f"<xdr:grpSp>{PIC}</xdr:grpSp>"), links=relations(
+        ("image", "../media/image1.png")), parts={"media/image1.png": PICTURE}),
+    "chart without a relation": lambda: drawn(ANCHOR.format(FRAME)),
+    "chart of an unknown kind": lambda: charted(CHART.replace("barChart", "radarChart")),
+    "chart of no kind": lambda: charted(CHART.replace("barChart", "xChart")),
+    "chart in a chart": lambda: charted(CHART.replace("<c:layout/>", "<c:barChart/>")),
+    "axis that never ends": lambda: charted(CHART.replace(
+        '<c:axPos val="b"/>', "<c:title><c:overlay><c:title/></c:overlay></c:title>")),
+    "drawing of two sheets": lambda: changed(
+        {**changed(pictured(), "xl/workbook.xml", "</sheets>",
+                   '<sheet name="Второй" sheetId="2" r:id="rId9"/></sheets>'),
+         "xl/worksheets/sheet2.xml": pictured()[SHEET],
+         "xl/worksheets/_rels/sheet2.xml.rels": pictured()[DRAWN_SHEET]},
+        "xl/_rels/workbook.xml.rels", "</Relationships>",
+        f'<Relationship Id="rId9" Type="{RELS}/worksheet" Target="worksheets/sheet2.xml"/>'
+        "</Relationships>"),
+    "parts without an ending": lambda: {
+        name.replace("media/image1.png", "media/image"): data.replace(b"image1.png", b"image")
+        for name, data in pictured().items()},
+    "parts in another case": lambda: renamed(str.upper),
+    "parts with backslashes": lambda: renamed(lambda name: name.replace("/", "\\")),
+    "parts under other names": lambda: {
+        **{name: data for name, data in plain_parts().items() if name != SHEET},
+        "sheet": plain_parts()[SHEET], "xl/_rels/workbook.xml.rels": relations(
+            ("worksheet", "/sheet"), ("styles", "../xl/./styles.xml"),
+            ("sharedStrings", "%73haredStrings.xml"))},
+    "elements with a prefix": lambda: {**plain_parts(), SHEET: re.sub(
+        rb"<(/?)(?=[a-zA-Z])", rb"<\1x:", plain_parts()[SHEET]).replace(b"xmlns=", b"xmlns:x=")},
+    "relations with another prefix": lambda: {
+        **plain_parts(), "xl/workbook.xml": plain_parts()["xl/workbook.xml"].replace(
+            b"xmlns:r=", b"xmlns:rel=").replace(b"r:id", b"rel:id")},
+    "alternatives": lambda: in_sheet(
+        '<row r="3">',
+        f'<mc:AlternateContent xmlns:mc="{COMPATIBILITY}"><mc:Choice Requires="x14"><row r="3">'
+        '<c r="B3"><v>7</v></c></row></mc:Choice><mc:Fallback><row r="9"/></mc:Fallback>'
+        '</mc:AlternateContent><row r="3">'),
+    "byte order mark": lambda: encoded("UTF-8", b"\xef\xbb\xbf"),
+    "UTF-16": lambda: encoded("UTF-16"),
+    "UTF-16 without a mark": lambda: encoded("UTF-16BE"),
+    "another encoding": lambda: encoded("windows-1251"),
+    "form controls": lambda: drawn(
+        f'<mc:AlternateContent xmlns:mc="{COMPATIBILITY}"><mc:Choice Requires="a14">'
+        + ANCHOR.format("<xdr:sp/>") + "</mc:Choice><mc:Fallback/></mc:AlternateContent>"),
+    "ill-formed comments": lambda: {**plain_parts(), "xl/drawings/vmlDrawing1.vml": b"<xml><br></xml>",
+                                    "xl/comments1.xml": b"<comments><"},
+    "OLE object": lambda: behind_cells(
+        '<oleObjects><oleObject progId="x" shapeId="1"><objectPr><anchor xmlns:xdr="'
+        f'{DRAWING}/spreadsheetDrawing"><from><xdr:col>1</xdr:col></from></anchor></objectPr>'
+        "</oleObject></oleObjects>"),
+    "unknown parts": lambda: {**plain_parts(), "xl/calcChain.xml": b"<", "custom.xml": b"<a"},
+}
+
+
+def save_odd(path, way):
+    made = ODDITIES[way]()
+    with open(path, "wb") as file:
+        file.write(made if isinstance(made, bytes) else zipped(made))
 
 
 def save_rows(path, count):
@@ -443,7 +739,8 @@ def read_sheet(sheet):
 
 
 COMMANDS = {"cells": save_cells, "openpyxl": save_by_openpyxl, "template": save_template,
-            "extras": save_extras, "damage": save_damaged, "rows": save_rows, "read": read}
+            "extras": save_extras, "damage": save_damaged, "odd": save_odd,
+            "oddities": lambda: list(ODDITIES), "rows": save_rows, "read": read}
 
 if __name__ == "__main__":
     for line in sys.stdin:
