@@ -29,6 +29,7 @@ bool DateField::event(QEvent* event)
         const bool isTab = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;
         const bool back = key->key() == Qt::Key_Backtab || key->modifiers() & Qt::ShiftModifier;
         const bool isPlain = !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): the direct base goes to the next section
         if (isTab && isPlain && QAbstractSpinBox::focusNextPrevChild(!back)) {
             return true;
         }
