@@ -88,9 +88,6 @@ bool loadBaseStyle()
 
 void applyBaseStyle(QWidget* window)
 {
-    if (window->windowFlags().testFlag(Qt::WindowContextHelpButtonHint)) {
-        window->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    }
     window->setStyle(WindowStyle::shared());
     // A widget that has not been polished yet takes a new sheet without a word to its children,
     // and headers and scroll bars, polished while the form was built, would keep older rules.

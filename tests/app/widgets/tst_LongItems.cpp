@@ -80,6 +80,7 @@ void tst_LongItems::popUpIsAsWideAsItsItems()
 {
     const QString name = "Удостоверение о повышении квалификации";
     m_combo->addItem(name);
+    m_combo->setStyleSheet("QComboBox { combobox-popup: 0; }"); // a list as wide as its combo
     m_combo->showPopup();
     const QWidget* popUp = m_combo->view()->window();
     const int needed = m_combo->view()->fontMetrics().horizontalAdvance(name);
