@@ -26,6 +26,8 @@
 #include "blanks/ZelvoraView.h"
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
+#include "render/page/PageFont.h"
+#include "render/page/PageUnits.h"
 #include "store/JsonColumn.h"
 #include "store/SqlLog.h"
 #include "ui_BlankWindow.h"
@@ -129,10 +131,9 @@ QGraphicsPixmapItem* newQrChild(const QString& text, int side)
 /// unit is a pixel at 96 dots per inch, whatever the screen's resolution.
 QGraphicsTextItem* makePageText(const QString& text)
 {
-    constexpr int dotsPerMetre = 3780;
     static QImage page(1, 1, QImage::Format_Mono);
-    page.setDotsPerMeterX(dotsPerMetre);
-    page.setDotsPerMeterY(dotsPerMetre);
+    page.setDotsPerMeterX(PageUnits::dotsPerMetre);
+    page.setDotsPerMeterY(PageUnits::dotsPerMetre);
     auto* item = new QGraphicsTextItem(text);
     item->setDefaultTextColor(Qt::black);
     item->document()->documentLayout()->setPaintDevice(&page);
@@ -235,6 +236,7 @@ void BlankWindow::loadBlank()
     buildPage(query);
     blankFont.setFamily(query.value("FONT").toString());
     setSize(blankFont, query.value("FONT_SIZE").toInt());
+    blankFont = pageFont(blankFont);
 
     const QJsonArray items = parseJsonColumn(query.value("CONTENT"))["fields"].toArray();
     for (const QJsonValue& item : items) {

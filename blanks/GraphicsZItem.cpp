@@ -13,8 +13,7 @@ GraphicsZItem::~GraphicsZItem() = default;
 
 void GraphicsZItem::paintEvent(QPaintEvent*)
 {
-    constexpr int minimumHeight = 4;
-    if (height() < minimumHeight) {
+    if (height() < leastHeight) {
         return;
     }
     const int top = 1;

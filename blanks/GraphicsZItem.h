@@ -9,10 +9,13 @@ class GraphicsZItem : public QWidget
     Q_OBJECT
 
 public:
+    /// A widget of less height draws nothing.
+    static constexpr int leastHeight = 4;
+
     explicit GraphicsZItem(QWidget* parent = nullptr);
     ~GraphicsZItem() override;
 
 protected:
-    /// Draws the top bar, the diagonal and the bottom bar; nothing in less than 4 units of height.
+    /// Draws the top bar, the diagonal and the bottom bar.
     void paintEvent(QPaintEvent* event) override;
 };

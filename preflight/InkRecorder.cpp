@@ -6,12 +6,12 @@
 #include <QStyleOptionGraphicsItem>
 #include <QTextDocument>
 
+#include "render/page/PageUnits.h"
 #include "render/vector/ClipTrackingEngine.h"
 
 namespace {
 
 constexpr int pageSide = 1 << 20; // scene units; more than any page has
-constexpr int dotsPerInch = 96;   // of a page
 
 void paintWithChildren(QPainter& painter, QGraphicsItem* item)
 {
@@ -84,7 +84,7 @@ private:
 };
 
 InkRecorder::InkRecorder()
-    : VirtualPaintDevice(QSize(pageSide, pageSide), dotsPerInch)
+    : VirtualPaintDevice(QSize(pageSide, pageSide), PageUnits::dotsPerInch)
     , m_engine(std::make_unique<Engine>(m_marks))
 {
 }

@@ -1,32 +1,25 @@
 #include "preflight/PageCheck.h"
 
 #include <QFontInfo>
-#include <QGraphicsScene>
-#include <QGraphicsWidget>
 #include <QMap>
 #include <QPageLayout>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QSet>
-#include <QSqlQuery>
 #include <QTableWidget>
 
 #include <algorithm>
 
 #include "blanks/BlankRecord.h"
-#include "forms/FormDefinitions.h"
 #include "preflight/Excess.h"
-#include "preflight/FrameParts.h"
 #include "preflight/TableCheck.h"
 #include "preflight/TagCheck.h"
 #include "preflight/TextFrameCheck.h"
+#include "render/QrPixmap.h"
 #include "render/TagExpansion.h"
-#include "render/page/BlankPaper.h"
 #include "render/page/QrPixmapItem.h"
 
 namespace {
-
-constexpr int quietZone = 4; // modules of a symbol, of a scene unit each
 
 /// The family that the system has for a family; the same if it has it.
 QString installedFamily(const QString& family)
@@ -42,34 +35,14 @@ bool hasText(const QJsonArray& row)
                        [](const QJsonValue& cell) { return !cell.toString().trimmed().isEmpty(); });
 }
 
-bool selectRow(QSqlQuery& query, const QString& statement, const QVariant& id)
-{
-    query.setForwardOnly(true);
-    query.prepare(statement);
-    query.addBindValue(id);
-    return query.exec() && query.next();
-}
-
-int firstRowOf(const QJsonObject& item)
-{
-    return qMax(item["row_from"].toInt(1), 1);
-}
-
 } // namespace
 
 PageCheck::PageCheck()
-    : m_preview(QVariant())
-    , m_recorder(std::make_unique<InkRecorder>())
+    : m_recorder(std::make_unique<InkRecorder>())
 {
 }
 
 PageCheck::~PageCheck() = default;
-
-void PageCheck::setBackgroundPrinted(bool printed)
-{
-    m_isBackgroundPrinted = printed;
-    m_preview.setBackgroundPrinted(printed);
-}
 
 bool PageCheck::setPrinter(const QString& name)
 {
@@ -85,26 +58,33 @@ bool PageCheck::check(const QVariant& document, const QVariant& blank)
 {
     m_findings.clear();
     m_frames.clear();
-    if (!m_preview.buildScene(m_preview.pageScene(), document, blank) || !readRows(document, blank))
-    {
-        return false;
+    m_page = nullptr;
+    const PageBuilder* page = m_pages.build(document, blank);
+    if (page) {
+        check(*page);
     }
+    return page != nullptr;
+}
+
+void PageCheck::check(const PageBuilder& page)
+{
+    m_findings.clear();
+    m_frames.clear();
+    m_page = &page;
+    takeRows(page);
     if (m_unitLength <= 0) {
         Finding finding;
         finding.kind = Finding::Kind::PageWithoutArea;
         addOfBlank(nullptr, finding);
-        return true;
+        return;
     }
-    bool hasBackground = false;
-    const QVector<Item> items = itemsOnPage(hasBackground);
-    checkBlank(items, hasBackground);
+    checkBlank(page);
     const TagCheck tags(m_docValues, m_docContent);
-    for (const Item& item : items) {
-        m_frames << onSheet(item.frame);
+    for (const PageItem& item : page.items()) {
+        m_frames << onSheet(item.place());
         checkItem(item, tags);
     }
-    checkRowsLeftOut(items);
-    return true;
+    checkRowsLeftOut(page.items());
 }
 
 QRectF PageCheck::pageOnSheet() const
@@ -117,25 +97,20 @@ QRectF PageCheck::printableOnSheet() const
     return QRectF(QPointF(0, 0), m_sheetSize).marginsRemoved(m_margins);
 }
 
-bool PageCheck::readRows(const QVariant& document, const QVariant& blank)
+void PageCheck::takeRows(const PageBuilder& page)
 {
-    QSqlQuery docRow;
-    QSqlQuery blankRow;
-    if (!selectRow(docRow, "SELECT * FROM docs WHERE ID = ?", document) ||
-        !selectRow(blankRow, "SELECT * FROM blanks WHERE ID = ?", blank))
-    {
-        return false;
-    }
-    m_document = {document, docRow.value("LNAME").toString(), docRow.value("FNAME").toString(),
-                  docRow.value("BLANK_SER").toString(), docRow.value("BLANK_NO").toString()};
-    m_docValues = documentTagValues(docRow);
-    m_docContent = documentTagContent(docRow);
+    m_docValues = page.document().values;
+    m_docContent = page.document().content;
+    const auto column = [this](const char* tag) {
+        return m_docValues.value(QLatin1String(tag)).toString();
+    };
+    m_document = {page.document().id, column("#LNAME"), column("#FNAME"), column("#BLANK_SER"),
+                  column("#BLANK_NO")};
 
-    const BlankPaper paper = BlankPaper::ofRow(blankRow);
-    m_blank = {blank, blankRow.value("NAME").toString()};
-    m_fields = parseJsonColumn(blankRow.value("CONTENT"))["fields"].toArray();
-    m_blankFont = blankRow.value("FONT").toString();
-    m_backgroundFile = blankRow.value("BACKGROUND_IMG").toString();
+    const PageBlank& blank = page.blank();
+    const BlankPaper paper = blank.paper();
+    m_blank = {blank.id, blank.name};
+    m_blankFont = blank.fontFamily;
     if (m_printer) {
         paper.setOn(*m_printer);
         QPageLayout layout = m_printer->pageLayout();
@@ -145,60 +120,36 @@ bool PageCheck::readRows(const QVariant& document, const QVariant& blank)
     m_sheetSize = paper.sheetSize();
     m_pageSize = paper.pageSize();
     m_unitLength = paper.unitLength();
-    m_offset = QPointF(mmToPixels(blankRow.value("OFFSET_X").toInt()),
-                       mmToPixels(blankRow.value("OFFSET_Y").toInt()));
-    return true;
+    m_offset = QPointF(mmToPixels(blank.offset.x()), mmToPixels(blank.offset.y()));
 }
 
-QVector<PageCheck::Item> PageCheck::itemsOnPage(bool& hasBackground)
+void PageCheck::checkBlank(const PageBuilder& page)
 {
-    QVector<QGraphicsItem*> topItems;
-    const QList<QGraphicsItem*> all = m_preview.pageScene()->items(Qt::AscendingOrder);
-    std::copy_if(all.begin(), all.end(), std::back_inserter(topItems),
-                 [](const QGraphicsItem* item) { return !item->parentItem(); });
-    // The page adds the background first, then an item for each of the blank's.
-    hasBackground = topItems.size() > m_fields.size();
-    const int first = topItems.size() - m_fields.size();
-    QVector<Item> items;
-    for (int i = 0; i < m_fields.size() && first >= 0; ++i) {
-        Item item = {i + 1, m_fields[i].toObject(), QString(), QRectF(), topItems[first + i]};
-        item.text = item.json["value"].toString();
-        item.frame = QRectF(item.onPage->pos(), QSizeF(qMax(item.json["size_w"].toDouble(), 0.0),
-                                                       qMax(item.json["size_h"].toDouble(), 0.0)));
-        if (const auto* symbol = dynamic_cast<QrPixmapItem*>(item.onPage)) {
-            item.frame.setSize(symbol->pixmap().size()); // the frame's own plays no part
-        }
-        items << item;
-    }
-    return items;
-}
-
-void PageCheck::checkBlank(const QVector<Item>& items, bool hasBackground)
-{
-    if (items.isEmpty()) {
+    if (page.items().isEmpty()) {
         Finding finding;
         finding.kind = Finding::Kind::PageWithoutFrames;
         addOfBlank(nullptr, finding);
     }
-    if (!m_backgroundFile.isEmpty() && !hasBackground) {
+    const QString backgroundFile = page.blank().background.toString();
+    if (!backgroundFile.isEmpty() && !page.background()) {
         Finding finding;
         finding.kind = Finding::Kind::BackgroundMissing;
         finding.severity =
             m_isBackgroundPrinted ? Finding::Severity::Error : Finding::Severity::Warning;
-        finding.text = m_backgroundFile;
+        finding.text = backgroundFile;
         addOfBlank(nullptr, finding);
     }
-    checkFonts(items);
+    checkFonts(page.items());
 }
 
-void PageCheck::checkFonts(const QVector<Item>& items)
+void PageCheck::checkFonts(const QVector<PageItem>& items)
 {
     QSet<QString> known = {QString()};
-    for (const Item& item : items) {
-        if (item.json["type"].toInt(BlankItemKind::text) == BlankItemKind::qr) {
+    for (const PageItem& item : items) {
+        if (item.symbol) {
             continue;
         }
-        const QString own = item.json["font"].toString();
+        const QString own = item.blankItem.json["font"].toString();
         const QString family = own.isEmpty() ? m_blankFont : own;
         if (known.contains(family)) {
             continue;
@@ -215,20 +166,15 @@ void PageCheck::checkFonts(const QVector<Item>& items)
     }
 }
 
-void PageCheck::checkItem(const Item& item, const TagCheck& tags)
+void PageCheck::checkItem(const PageItem& item, const TagCheck& tags)
 {
-    if (const auto* symbol = dynamic_cast<QrPixmapItem*>(item.onPage)) {
+    if (item.symbol) {
         checkTags(item, tags);
-        checkSymbol(item, *symbol, tags);
+        checkSymbol(item, tags);
         return;
     }
-    auto* container = dynamic_cast<QGraphicsWidget*>(item.onPage);
-    if (!container) {
-        return;
-    }
-    if (partsOf(container).table) {
-        const TableCheck table(container, item.frame, m_unitLength, firstRowOf(item.json),
-                               *m_recorder);
+    if (item.frame.table) {
+        const TableCheck table(item, m_unitLength, *m_recorder);
         for (const Finding& finding : table.findings()) {
             addOfDocument(item, finding);
         }
@@ -237,19 +183,19 @@ void PageCheck::checkItem(const Item& item, const TagCheck& tags)
     }
     checkTags(item, tags);
     checkMarkup(item, tags);
-    const TextFrameCheck text(container, item.frame, m_unitLength, *m_recorder);
+    const TextFrameCheck text(item, m_unitLength, *m_recorder);
     for (const Finding& finding : text.findings()) {
         addOfDocument(item, finding);
     }
     checkEdges(item, text.printedInk());
 }
 
-void PageCheck::checkSymbol(const Item& item, const QrPixmapItem& symbol, const TagCheck& tags)
+void PageCheck::checkSymbol(const PageItem& item, const TagCheck& tags)
 {
-    const QString text = tags.expanded(item.text);
+    const QString text = tags.expanded(item.blankItem.value);
     const int end = text.indexOf(QChar(0));
     Finding finding;
-    if (symbol.pixmap().width() <= 2 * quietZone) {
+    if (item.symbol->pixmap().width() <= 2 * qrQuietZone) {
         constexpr int enough = 200; // characters of a text that is too long
         finding.kind = Finding::Kind::QrRefused;
         finding.text = text.left(end).left(enough);
@@ -267,15 +213,15 @@ void PageCheck::checkSymbol(const Item& item, const QrPixmapItem& symbol, const 
         small.amount = m_unitLength;
         addOfBlank(&item, small);
     }
-    const QMarginsF zone(quietZone, quietZone, quietZone, quietZone);
-    checkEdges(item, {{}, item.frame.marginsRemoved(zone)});
+    const QMarginsF zone(qrQuietZone, qrQuietZone, qrQuietZone, qrQuietZone);
+    checkEdges(item, {{}, item.place().marginsRemoved(zone)});
 }
 
-void PageCheck::checkTags(const Item& item, const TagCheck& tags)
+void PageCheck::checkTags(const PageItem& item, const TagCheck& tags)
 {
     Finding finding;
     finding.kind = Finding::Kind::TagNotExpanded;
-    for (const QString& tag : tags.unexpandedTags(item.text)) {
+    for (const QString& tag : tags.unexpandedTags(item.blankItem.value)) {
         finding.tag = tag;
         // A lone sign may be meant.
         finding.severity = tag == "#" ? Finding::Severity::Warning : Finding::Severity::Error;
@@ -283,7 +229,7 @@ void PageCheck::checkTags(const Item& item, const TagCheck& tags)
     }
     finding.severity = Finding::Severity::Error;
     finding.kind = Finding::Kind::DateMissing;
-    for (const QString& tag : tags.emptyDates(item.text)) {
+    for (const QString& tag : tags.emptyDates(item.blankItem.value)) {
         finding.tag = tag;
         finding.text = dateToWords(QDate());
         addOfDocument(item, finding);
@@ -291,15 +237,15 @@ void PageCheck::checkTags(const Item& item, const TagCheck& tags)
     Finding tail;
     tail.kind = Finding::Kind::TailDropped;
     tail.severity = Finding::Severity::Warning;
-    tail.tag = tags.droppedTail(item.text);
+    tail.tag = tags.droppedTail(item.blankItem.value);
     if (!tail.tag.isEmpty()) {
         addOfBlank(&item, tail);
     }
 }
 
-void PageCheck::checkMarkup(const Item& item, const TagCheck& tags)
+void PageCheck::checkMarkup(const PageItem& item, const TagCheck& tags)
 {
-    for (const TagCheck::Value& value : tags.valuesReadAsMarkup(item.text)) {
+    for (const TagCheck::Value& value : tags.valuesReadAsMarkup(item.blankItem.value)) {
         Finding finding;
         finding.kind = Finding::Kind::ValueReadAsMarkup;
         finding.tag = value.tag;
@@ -308,7 +254,7 @@ void PageCheck::checkMarkup(const Item& item, const TagCheck& tags)
     }
 }
 
-void PageCheck::checkEdges(const Item& item, const PrintedInk& printed)
+void PageCheck::checkEdges(const PageItem& item, const PrintedInk& printed)
 {
     const QRectF page = fromSheet(pageOnSheet());
     const QRectF printable = fromSheet(printableOnSheet());
@@ -321,11 +267,11 @@ void PageCheck::checkEdges(const Item& item, const PrintedInk& printed)
     }
 }
 
-void PageCheck::checkEdge(const Item& item, const QRectF& ink, Finding::Kind kind,
+void PageCheck::checkEdge(const PageItem& item, const QRectF& ink, Finding::Kind kind,
                           const QRectF& area)
 {
     const double tolerance = smallestInk / m_unitLength;
-    for (const Excess& excess : excessesOf(item.frame | ink, area, tolerance)) {
+    for (const Excess& excess : excessesOf(item.place() | ink, area, tolerance)) {
         const bool isSideways =
             excess.side == Finding::Side::Left || excess.side == Finding::Side::Right;
         const double lost =
@@ -344,7 +290,7 @@ void PageCheck::checkEdge(const Item& item, const QRectF& ink, Finding::Kind kin
     }
 }
 
-bool PageCheck::isKnown(const Item& item, Finding::Side side) const
+bool PageCheck::isKnown(const PageItem& item, Finding::Side side) const
 {
     return std::any_of(m_findings.cbegin(), m_findings.cend(), [&](const Finding& finding) {
         return finding.item == item.number && finding.side == side &&
@@ -352,18 +298,18 @@ bool PageCheck::isKnown(const Item& item, Finding::Side side) const
     });
 }
 
-void PageCheck::checkRowsLeftOut(const QVector<Item>& items)
+void PageCheck::checkRowsLeftOut(const QVector<PageItem>& items)
 {
     QMap<QString, QSet<int>> printedRows; // by the tag of the table
-    QMap<QString, const Item*> lastItems;
-    for (const Item& item : items) {
-        const QTableWidget* table = partsOf(item.onPage).table;
+    QMap<QString, const PageItem*> lastItems;
+    for (const PageItem& item : items) {
+        const QTableWidget* table = item.frame.table;
         if (!table) {
             continue;
         }
-        lastItems[item.text] = &item;
+        lastItems[item.blankItem.value] = &item;
         for (int row = 0; row < table->rowCount(); ++row) {
-            printedRows[item.text] << firstRowOf(item.json) + row;
+            printedRows[item.blankItem.value] << item.blankItem.firstRow + row;
         }
     }
     for (auto it = lastItems.cbegin(); it != lastItems.cend(); ++it) {
@@ -382,19 +328,19 @@ void PageCheck::checkRowsLeftOut(const QVector<Item>& items)
     }
 }
 
-void PageCheck::addOfDocument(const Item& item, Finding finding)
+void PageCheck::addOfDocument(const PageItem& item, Finding finding)
 {
     finding.document = m_document;
     addOfBlank(&item, finding);
 }
 
-void PageCheck::addOfBlank(const Item* item, Finding finding)
+void PageCheck::addOfBlank(const PageItem* item, Finding finding)
 {
     finding.blank = m_blank;
     if (item) {
         finding.item = item->number;
-        finding.itemText = item->text;
-        finding.place = onSheet(item->frame);
+        finding.itemText = item->blankItem.value;
+        finding.place = onSheet(item->place());
     }
     m_findings << finding;
 }

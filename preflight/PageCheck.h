@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QMarginsF>
 #include <QPointF>
@@ -13,11 +12,9 @@
 
 #include "preflight/Finding.h"
 #include "preflight/InkRecorder.h"
-#include "render/PrinPreviewDialog.h"
+#include "render/page/PageSet.h"
 
-class QGraphicsItem;
 class QPrinter;
-class QrPixmapItem;
 class TagCheck;
 
 /// Finds what of a document on a blank would not come onto the paper as it was meant, from the very
@@ -32,7 +29,7 @@ public:
     void setMargins(const QMarginsF& margins) { m_margins = margins; }
 
     /// Whether the background is printed too, so that a missing one is an error.
-    void setBackgroundPrinted(bool printed);
+    void setBackgroundPrinted(bool printed) { m_isBackgroundPrinted = printed; }
 
     /// Takes the margins that a printer of the system has on the paper of each blank; false if
     /// there is no printer with this name.
@@ -41,6 +38,9 @@ public:
     /// Lays the document out on the blank and looks at the page; false if one of the two can't be
     /// read.
     bool check(const QVariant& document, const QVariant& blank);
+
+    /// Looks at a page as it is before printing.
+    void check(const PageBuilder& page);
 
     /// Of the last check: first those of the blank, then item by item.
     const QVector<Finding>& findings() const { return m_findings; }
@@ -62,38 +62,28 @@ public:
     QPointF offset() const { return m_offset; }
     double unitLength() const { return m_unitLength; }
 
-    /// Holds the page that was checked, before it is moved by the print offsets.
-    PrinPreviewDialog& preview() { return m_preview; }
+    /// The page that was looked at last; null if there is none.
+    const PageBuilder* page() const { return m_page; }
 
 private:
-    /// An item of the blank and what stands for it on the page.
-    struct Item
-    {
-        int number; // from 1
-        QJsonObject json;
-        QString text;
-        QRectF frame; // scene units, without the offsets
-        QGraphicsItem* onPage;
-    };
-
-    bool readRows(const QVariant& document, const QVariant& blank);
-    void checkBlank(const QVector<Item>& items, bool hasBackground);
-    void checkFonts(const QVector<Item>& items);
-    QVector<Item> itemsOnPage(bool& hasBackground);
-    void checkItem(const Item& item, const TagCheck& tags);
-    void checkSymbol(const Item& item, const QrPixmapItem& symbol, const TagCheck& tags);
-    void checkTags(const Item& item, const TagCheck& tags);
-    void checkMarkup(const Item& item, const TagCheck& tags);
-    void checkEdges(const Item& item, const PrintedInk& printed);
-    void checkEdge(const Item& item, const QRectF& ink, Finding::Kind kind, const QRectF& area);
-    bool isKnown(const Item& item, Finding::Side side) const;
-    void checkRowsLeftOut(const QVector<Item>& items);
-    void addOfDocument(const Item& item, Finding finding);
-    void addOfBlank(const Item* item, Finding finding);
+    void takeRows(const PageBuilder& page);
+    void checkBlank(const PageBuilder& page);
+    void checkFonts(const QVector<PageItem>& items);
+    void checkItem(const PageItem& item, const TagCheck& tags);
+    void checkSymbol(const PageItem& item, const TagCheck& tags);
+    void checkTags(const PageItem& item, const TagCheck& tags);
+    void checkMarkup(const PageItem& item, const TagCheck& tags);
+    void checkEdges(const PageItem& item, const PrintedInk& printed);
+    void checkEdge(const PageItem& item, const QRectF& ink, Finding::Kind kind, const QRectF& area);
+    bool isKnown(const PageItem& item, Finding::Side side) const;
+    void checkRowsLeftOut(const QVector<PageItem>& items);
+    void addOfDocument(const PageItem& item, Finding finding);
+    void addOfBlank(const PageItem* item, Finding finding);
     QRectF onSheet(const QRectF& onPage) const;
     QRectF fromSheet(const QRectF& onSheet) const;
 
-    PrinPreviewDialog m_preview;
+    PageSet m_pages;
+    const PageBuilder* m_page = nullptr;
     QMarginsF m_margins;
     std::unique_ptr<QPrinter> m_printer; // whose margins count; null: m_margins as they are
     bool m_isBackgroundPrinted = false;
@@ -103,9 +93,7 @@ private:
     Finding::Blank m_blank;
     QJsonObject m_docValues;
     QJsonObject m_docContent;
-    QJsonArray m_fields;
     QString m_blankFont;
-    QString m_backgroundFile;
     QSizeF m_sheetSize;       // millimetres
     QSizeF m_pageSize;        // scene units
     double m_unitLength = 0;  // of a scene unit on paper, millimetres

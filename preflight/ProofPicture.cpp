@@ -7,18 +7,16 @@
 #include <QPainter>
 #include <QPen>
 #include <QTextOption>
+#include <QWidget>
 #include <QtMath>
 
 #include <algorithm>
 
 #include "preflight/PageCheck.h"
 #include "preflight/PageImage.h"
-#include "render/page/QrPixmapItem.h"
+#include "render/page/PageUnits.h"
 
 namespace {
-
-constexpr double millimetresPerInch = 25.4;
-constexpr double millimetresPerMetre = 1000;
 
 const QColor frameColor("#7C99FF");
 const QColor errorColor("#D3212D");
@@ -37,18 +35,6 @@ QFont textFont(int pixelSize)
     font.setStyleHint(QFont::SansSerif);
     font.setPixelSize(pixelSize);
     return font;
-}
-
-/// The background of a page, which is the one picture on it that is no symbol; null: none.
-QGraphicsPixmapItem* backgroundOf(const QGraphicsScene& page)
-{
-    for (QGraphicsItem* item : page.items()) {
-        auto* pixmap = dynamic_cast<QGraphicsPixmapItem*>(item);
-        if (pixmap && !dynamic_cast<QrPixmapItem*>(item)) {
-            return pixmap;
-        }
-    }
-    return nullptr;
 }
 
 } // namespace
@@ -125,14 +111,14 @@ double ProofPicture::markRadius() const
 
 void ProofPicture::drawSheet(QPainter& painter)
 {
-    QGraphicsScene* page = m_check.preview().pageScene();
+    QGraphicsScene* page = m_check.page()->page();
     const QRectF place = inPixels(m_check.pageOnSheet());
     if (place.isEmpty()) {
         return;
     }
     painter.save();
     painter.setClipRect(place);
-    QGraphicsPixmapItem* background = backgroundOf(*page);
+    QGraphicsPixmapItem* background = m_check.page()->background();
     if (background) {
         drawBackground(painter, *background);
         background->hide();

@@ -1,14 +1,13 @@
 #include "preflight/TableCheck.h"
 
 #include <QFontMetricsF>
-#include <QGraphicsProxyWidget>
 #include <QRegularExpression>
 #include <QStyle>
 #include <QTableWidget>
 #include <QTextLayout>
 
 #include "preflight/Excess.h"
-#include "preflight/FrameParts.h"
+#include "render/page/PageItem.h"
 
 namespace {
 
@@ -27,28 +26,21 @@ int marginOfCells(const QTableWidget& table)
 
 } // namespace
 
-TableCheck::TableCheck(QGraphicsWidget* container, const QRectF& frame, double unitLength,
-                       int firstRow, InkRecorder& recorder)
-    : m_frame(frame)
+TableCheck::TableCheck(const PageItem& item, double unitLength, InkRecorder& recorder)
+    : m_frame(item.place())
     , m_unitLength(unitLength)
-    , m_firstRow(firstRow)
+    , m_firstRow(item.blankItem.firstRow)
+    , m_table(item.frame.table)
+    , m_view(item.frame.content->mapRectToScene(QRectF(m_table->viewport()->geometry())))
 {
-    m_ink.texts = recorder.textsOf(container);
-    const FrameParts parts = partsOf(container);
-    m_ink.solid = parts.stroke;
-    m_table = parts.table;
-    if (m_table) {
-        m_view = parts.content->mapRectToScene(QRectF(m_table->viewport()->geometry()));
-        sortMarks();
-    }
+    m_ink.texts = recorder.textsOf(item.frame.container);
+    m_ink.solid = item.frame.strokeInk();
+    sortMarks();
 }
 
 QVector<Finding> TableCheck::findings() const
 {
     QVector<Finding> findings;
-    if (!m_table) {
-        return findings;
-    }
     addRows(findings);
     addColumns(findings);
     if (!m_frame.contains(m_ink.roughBounds())) {

@@ -8,19 +8,17 @@
 #include "preflight/Finding.h"
 #include "preflight/InkRecorder.h"
 
-class QGraphicsWidget;
 class QTableWidget;
+struct PageItem;
 
 /// Tells which rows, columns and cells of a table item of a page are cut off, and whether it is
 /// printed beyond its frame: the toolkit gives every table at least some height and width.
 class TableCheck
 {
 public:
-    /// `container` is the item of the page and has to live as long as the check. `frame` is what
-    /// the blank gives it, in scene units; `unitLength` is that of a unit on paper, millimetres;
-    /// `firstRow` is the number of its first row in the document's table.
-    TableCheck(QGraphicsWidget* container, const QRectF& frame, double unitLength, int firstRow,
-               InkRecorder& recorder);
+    /// `item` is a table, which has to stay as it is as long as the check; `unitLength` is that of
+    /// a scene unit on paper, millimetres.
+    TableCheck(const PageItem& item, double unitLength, InkRecorder& recorder);
 
     const PrintedInk& printedInk() const { return m_ink; }
 
@@ -45,8 +43,8 @@ private:
 
     QRectF m_frame;
     double m_unitLength;
-    int m_firstRow;
-    const QTableWidget* m_table = nullptr;
+    int m_firstRow; // its number in the document's table
+    const QTableWidget* m_table;
     QRectF m_view; // what of the table can be seen, on the page
     PrintedInk m_ink;
     QVector<QVector<TextMark>> m_cells; // row by row

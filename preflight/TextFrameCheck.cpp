@@ -1,13 +1,12 @@
 #include "preflight/TextFrameCheck.h"
 
-#include <QGraphicsProxyWidget>
-#include <QLabel>
 #include <QTextDocument>
 
 #include <algorithm>
 
 #include "preflight/Excess.h"
-#include "preflight/FrameParts.h"
+#include "render/page/FrameLabel.h"
+#include "render/page/PageItem.h"
 
 namespace {
 
@@ -28,27 +27,23 @@ QRectF placeOfText(const QLabel& label, const QTextDocument& document)
 
 } // namespace
 
-TextFrameCheck::TextFrameCheck(QGraphicsWidget* container, const QRectF& frame, double unitLength,
-                               InkRecorder& recorder)
-    : m_frame(frame)
+TextFrameCheck::TextFrameCheck(const PageItem& item, double unitLength, InkRecorder& recorder)
+    : m_frame(item.place())
     , m_unitLength(unitLength)
 {
-    m_ink.texts = recorder.textsOf(container);
-    const FrameParts parts = partsOf(container);
-    m_ink.solid = parts.stroke;
-    if (parts.label) {
-        readLabel(parts, recorder);
-    }
+    m_ink.texts = recorder.textsOf(item.frame.container);
+    m_ink.solid = item.frame.strokeInk();
+    readLabel(item.frame, recorder);
 }
 
-void TextFrameCheck::readLabel(const FrameParts& parts, InkRecorder& recorder)
+void TextFrameCheck::readLabel(const PageFrame& frame, InkRecorder& recorder)
 {
-    const auto* document = parts.label->findChild<QTextDocument*>();
+    const auto* document = frame.label->findChild<QTextDocument*>();
     if (!document) {
         return;
     }
-    const QRectF place = placeOfText(*parts.label, *document);
-    m_room = parts.content->mapRectToScene(place & QRectF(parts.label->rect()));
+    const QRectF place = placeOfText(*frame.label, *document);
+    m_room = frame.content->mapRectToScene(place & QRectF(frame.label->rect()));
     m_isInRoom =
         document->size().height() <= place.height() &&
         std::all_of(m_ink.texts.cbegin(), m_ink.texts.cend(),
@@ -58,7 +53,7 @@ void TextFrameCheck::readLabel(const FrameParts& parts, InkRecorder& recorder)
     }
     // Lines that lie wholly outside were not painted.
     m_ink.texts = recorder.textsOf(*document, QTransform::fromTranslate(place.x(), place.y()) *
-                                                  parts.content->sceneTransform());
+                                                  frame.content->sceneTransform());
     for (TextMark& mark : m_ink.texts) {
         mark.clip = m_room;
     }

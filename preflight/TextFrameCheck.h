@@ -6,8 +6,8 @@
 #include "preflight/Finding.h"
 #include "preflight/InkRecorder.h"
 
-class QGraphicsWidget;
-struct FrameParts;
+struct PageFrame;
+struct PageItem;
 
 /// Tells what of a text item of a page is cut off, or printed beyond its frame.
 ///
@@ -18,10 +18,8 @@ struct FrameParts;
 class TextFrameCheck
 {
 public:
-    /// `container` is the item of the page and has to live as long as the check. `frame` is what
-    /// the blank gives it, in scene units; `unitLength` is that of a unit on paper, millimetres.
-    TextFrameCheck(QGraphicsWidget* container, const QRectF& frame, double unitLength,
-                   InkRecorder& recorder);
+    /// `item` is a text; `unitLength` is that of a scene unit on paper, millimetres.
+    TextFrameCheck(const PageItem& item, double unitLength, InkRecorder& recorder);
 
     const PrintedInk& printedInk() const { return m_ink; }
 
@@ -29,7 +27,7 @@ public:
     QVector<Finding> findings() const;
 
 private:
-    void readLabel(const FrameParts& parts, InkRecorder& recorder);
+    void readLabel(const PageFrame& frame, InkRecorder& recorder);
     void addExcesses(QVector<Finding>& findings, const QRectF& ink, const QRectF& room,
                      bool isLost) const;
 

@@ -81,10 +81,6 @@ bool BatchOutput::finish()
 SheetOutcome BatchOutput::addCopies(PdfFile& file, const PrintSheet& sheet, SheetPage& page)
 {
     for (int copy = 0; copy < sheet.copies; ++copy) {
-        // Printing moves the items of a page, so that each copy needs a new one.
-        if (copy > 0 && !page.build(sheet)) {
-            return failed(SheetOutcome::Reason::Unreadable);
-        }
         const bool isAdded = file.addPage(
             [&page](QPrinter& printer, QPainter& painter) { return page.print(printer, painter); });
         if (!isAdded) {

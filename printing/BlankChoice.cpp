@@ -1,10 +1,10 @@
 #include "printing/BlankChoice.h"
 
-#include "render/PrinPreviewDialog.h"
+#include "render/page/BlankList.h"
 
-BlankChoice chooseBlank(PrinPreviewDialog& preview, const QVariant& docId, const QString& wanted)
+BlankChoice chooseBlank(const QVariant& docId, const QString& wanted)
 {
-    const PrinPreviewDialog::BlankList blanks = preview.loadBlanksForDoc(docId);
+    const BlankList blanks = blanksOfDocument(docId, nullptr);
     if (blanks.isEmpty()) {
         return {QVariant(), BlankChoice::Problem::NoBlanks};
     }

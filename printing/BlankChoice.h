@@ -3,8 +3,6 @@
 #include <QString>
 #include <QVariant>
 
-class PrinPreviewDialog;
-
 /// The blank that a document is to be printed on.
 struct BlankChoice
 {
@@ -22,4 +20,4 @@ struct BlankChoice
 
 /// Chooses among the blanks of the document's form: the one with the ID or else the name `wanted`,
 /// or the first one if nothing is wanted.
-BlankChoice chooseBlank(PrinPreviewDialog& preview, const QVariant& docId, const QString& wanted);
+BlankChoice chooseBlank(const QVariant& docId, const QString& wanted);

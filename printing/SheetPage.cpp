@@ -1,19 +1,19 @@
 #include "printing/SheetPage.h"
 
 #include "printing/PrintSheet.h"
-
-SheetPage::SheetPage()
-    : m_preview(QVariant())
-{
-}
+#include "render/page/PagePrinter.h"
 
 bool SheetPage::build(const PrintSheet& sheet)
 {
-    m_preview.setBackgroundPrinted(sheet.withBackground);
-    return m_preview.buildScene(m_preview.pageScene(), sheet.document.id, sheet.blank.id);
+    m_withBackground = sheet.withBackground;
+    m_page = m_pages.build(sheet.document.id, sheet.blank.id);
+    return m_page != nullptr;
 }
 
 bool SheetPage::print(QPrinter& printer, QPainter& painter)
 {
-    return m_preview.printPage(printer, painter);
+    m_page->restore(); // an earlier print has moved it
+    PagePrinter page(*m_page);
+    page.setBackgroundPrinted(m_withBackground);
+    return page.print(printer, painter);
 }

@@ -3,14 +3,14 @@
 #include <QDialog>
 #include <QFont>
 #include <QJsonObject>
-#include <QList>
-#include <QPair>
-#include <QPointer>
 #include <QSizeF>
 #include <QVariant>
 
 #include <memory>
 
+#include "render/page/BlankList.h"
+
+class PageBuilder;
 class QGraphicsLayoutItem;
 class QGraphicsPixmapItem;
 class QGraphicsProxyWidget;
@@ -31,7 +31,7 @@ class PrinPreviewDialog : public QDialog
 
 public:
     /// Names and IDs of blanks.
-    using BlankList = QList<QPair<QString, QVariant>>;
+    using BlankList = ::BlankList;
 
     /// `document` is the ID of a document.
     explicit PrinPreviewDialog(const QVariant& document, QWidget* parent = nullptr);
@@ -89,10 +89,6 @@ public slots:
     void on_comboBoxBlank_currentIndexChanged(int index);
 
 private:
-    bool fail(const QString& what, const QString& driverText);
-    void addBackground(const QVariant& image, const QSize& pageSize);
-    void shiftByOffsets();
-
     std::unique_ptr<Ui::PrinPreviewDialog> ui;
     QGraphicsScene* scene = nullptr;
     QGraphicsPixmapItem* backgroundItem = nullptr; // owned by the scene
@@ -103,8 +99,8 @@ private:
     int paperOrientation = 0;
     int paperFormat = 0;
     QFont blankFont;
-    QSizeF blankPageSize;               // millimetres
-    int offsetX = 0;                    // millimetres
-    int offsetY = 0;                    // millimetres
-    QPointer<QGraphicsScene> builtPage; // what the last buildScene() filled
+    QSizeF blankPageSize; // millimetres
+    int offsetX = 0;      // millimetres
+    int offsetY = 0;      // millimetres
+    std::unique_ptr<PageBuilder> m_builder;
 };

@@ -12,7 +12,6 @@ namespace {
 constexpr int levelM = 1;
 constexpr int lowestVersion = 12;
 constexpr int anyMask = -1;
-constexpr int quietZone = 4;
 
 constexpr uint black = 0;
 constexpr uint white = 1;
@@ -28,13 +27,13 @@ void makeQrPixmap(const QString& text, QPixmap& pixmap)
     // it.
     encoder.encodeData(levelM, lowestVersion, true, anyMask, text.toUtf8().constData(), 0);
 
-    const int side = encoder.moduleCount + 2 * quietZone;
+    const int side = encoder.moduleCount + 2 * qrQuietZone;
     QImage image(side, side, QImage::Format_Mono);
     image.fill(white);
     for (int x = 0; x < encoder.moduleCount; ++x) {
         for (int y = 0; y < encoder.moduleCount; ++y) {
             if (encoder.modules[x][y] != 0) {
-                image.setPixel(x + quietZone, y + quietZone, black);
+                image.setPixel(x + qrQuietZone, y + qrQuietZone, black);
             }
         }
     }

@@ -6,14 +6,13 @@
 #include <QPainter>
 #include <QRadialGradient>
 
+#include "render/page/PageUnits.h"
 #include "sample/Guilloche.h"
 
 namespace {
 
 constexpr int pixelsPerUnit = 2;
-constexpr qreal unitsPerInch = 96;
 constexpr qreal pointsPerInch = 72;
-constexpr qreal inchesPerMetre = 1000 / 25.4;
 
 class BackgroundPainter
 {
@@ -58,7 +57,7 @@ QColor faded(QColor color, qreal opacity)
 QFont captionFont(const QJsonObject& caption)
 {
     QFont font("Times New Roman");
-    font.setPixelSize(qRound(caption["size"].toDouble() * unitsPerInch / pointsPerInch));
+    font.setPixelSize(qRound(caption["size"].toDouble() * PageUnits::dotsPerInch / pointsPerInch));
     font.setBold(caption["bold"].toBool());
     font.setItalic(caption["italic"].toBool());
     font.setLetterSpacing(QFont::AbsoluteSpacing, caption["spacing"].toDouble());
@@ -144,7 +143,8 @@ void BackgroundPainter::drawCaption(const QJsonObject& caption)
 QImage drawBlankBackground(const QJsonObject& description, const QSize& pageSize)
 {
     QImage image(pageSize * pixelsPerUnit, QImage::Format_RGB32);
-    const int dotsPerMetre = qRound(pixelsPerUnit * unitsPerInch * inchesPerMetre);
+    const int dotsPerMetre =
+        qRound(pixelsPerUnit * PageUnits::dotsPerInch * millimetresPerMetre / millimetresPerInch);
     image.setDotsPerMeterX(dotsPerMetre);
     image.setDotsPerMeterY(dotsPerMetre);
 

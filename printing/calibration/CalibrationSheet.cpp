@@ -16,11 +16,11 @@
 #include <limits>
 
 #include "preflight/LengthText.h"
+#include "render/page/PageUnits.h"
 
 namespace {
 
 // All lengths are millimetres.
-constexpr double millimetresPerInch = 25.4;
 constexpr double millimetresPerPoint = millimetresPerInch / 72;
 
 // The base lines of the scales stand at the first numbered mark. Printers leave about 5 mm at the

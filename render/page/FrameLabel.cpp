@@ -27,21 +27,17 @@ QSizeF unbrokenSize(const QString& text, const QFont& font, qreal lineSpacing)
 
 } // namespace
 
-FrameLabel::FrameLabel(const QString& text)
-    : PageWidget(text)
-{
-}
-
-void FrameLabel::setRoom(const QSizeF& room, const QFont& font, qreal lineSpacing)
+void FrameLabel::setAvailableSize(const QSizeF& size, const QString& text, qreal lineSpacing)
 {
     constexpr int rounding = 2; // what the toolkit may round up in each direction
-    m_room = room.toSize();
-    if (hasMarkup(text())) {
+    m_available = size.toSize();
+    m_fits = false;
+    if (hasMarkup(text)) {
         return;
     }
-    const QSizeF needed = unbrokenSize(text(), QFont(font, this), lineSpacing);
+    const QSizeF needed = unbrokenSize(text, font(), lineSpacing);
     m_fits =
-        needed.width() + rounding <= room.width() && needed.height() + rounding <= room.height();
+        needed.width() + rounding <= size.width() && needed.height() + rounding <= size.height();
 }
 
 QSize FrameLabel::minimumSizeHint() const
@@ -51,5 +47,5 @@ QSize FrameLabel::minimumSizeHint() const
 
 QSize FrameLabel::sizeHint() const
 {
-    return m_fits ? m_room : QLabel::sizeHint();
+    return m_fits ? m_available : QLabel::sizeHint();
 }

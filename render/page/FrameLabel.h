@@ -11,16 +11,15 @@
 class FrameLabel : public PageWidget<QLabel>
 {
 public:
-    explicit FrameLabel(const QString& text);
-
-    /// Tells the label, alone in its frame, the room of the frame's layout, in scene units, before
-    /// it goes into the frame. `font` and `lineSpacing` (a factor) are those that it will have.
-    void setRoom(const QSizeF& room, const QFont& font, qreal lineSpacing);
+    /// Tells the label, alone in its frame and in its font, what the frame's layout leaves for it,
+    /// in scene units, before it gets a text. `text` is that text without the markup around it,
+    /// `lineSpacing` a factor.
+    void setAvailableSize(const QSizeF& size, const QString& text, qreal lineSpacing);
 
     QSize minimumSizeHint() const override;
     QSize sizeHint() const override;
 
 private:
     bool m_fits = false; // surely; else the hints are the toolkit's
-    QSize m_room;
+    QSize m_available;
 };

@@ -2,6 +2,8 @@
 
 #include <limits>
 
+#include "render/vector/Inch.h"
+
 VirtualPaintDevice::VirtualPaintDevice(const QSize& size, int dpi)
     : m_size(size)
     , m_dpi(dpi)
@@ -10,7 +12,6 @@ VirtualPaintDevice::VirtualPaintDevice(const QSize& size, int dpi)
 
 int VirtualPaintDevice::metric(PaintDeviceMetric metric) const
 {
-    constexpr double millimetresPerInch = 25.4;
     switch (metric) {
     case PdmWidth:
         return m_size.width();

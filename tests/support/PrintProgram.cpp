@@ -42,6 +42,11 @@ ProcessResult runPrint(const QStringList& arguments, const QProcessEnvironment& 
     return result;
 }
 
+ProcessResult makeSample(const QString& directory)
+{
+    return runProcess(QString(ZELVORA_BIN_DIR) + "/tools/zelvora-db", {"sample", directory});
+}
+
 PrintDirectory::PrintDirectory()
 {
     landscape = addBlank({blankItem(0, "Бланк^: #LNAME", QRectF(100, 100, 400, 60)),

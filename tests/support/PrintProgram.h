@@ -18,6 +18,9 @@ QProcessEnvironment noDisplay(const QString& locale);
 ProcessResult runPrint(const QStringList& arguments, const QString& locale = "C.UTF-8");
 ProcessResult runPrint(const QStringList& arguments, const QProcessEnvironment& environment);
 
+/// Makes the sample in a directory with zelvora-db.
+ProcessResult makeSample(const QString& directory);
+
 /// An application directory for zelvora-print: documents of the forms 1 (three, "Иванов",
 /// "Петрова", "Иваненко", with the IDs 1 to 3) and 2 (one, "О'Нил", ID 4), a template (ID 5), and
 /// three blanks: "Альбом" (landscape, with a QR code, moved by 2 and -3 mm) and "Книга" (A5,

@@ -78,9 +78,11 @@ void tst_FrameLabel::samePlaceAsALabel()
                 const QSizeF size(width, height);
                 const auto expected =
                     place(new PageWidget<QLabel>(text), text, font, percent, size);
-                auto* label = new FrameLabel(text);
+                auto* label = new FrameLabel;
+                label->setFont(font);
                 const int margin = QApplication::style()->pixelMetric(QStyle::PM_LayoutLeftMargin);
-                label->setRoom(size - QSizeF(2 * margin, 2 * margin), font, percent / 100.0);
+                label->setAvailableSize(size - QSizeF(2 * margin, 2 * margin), text,
+                                        percent / 100.0);
                 spared += label->minimumSizeHint() == QSize(0, 0) ? 1 : 0;
                 const auto found = place(label, text, font, percent, size);
                 QVERIFY2(found == expected,
@@ -93,8 +95,9 @@ void tst_FrameLabel::samePlaceAsALabel()
 
 void tst_FrameLabel::hintsAreSparedInALargeFrame()
 {
-    FrameLabel label("Иванов");
-    label.setRoom(QSizeF(300.5, 60), QFont("Liberation Serif", 12), 1.0);
+    FrameLabel label;
+    label.setFont(QFont("Liberation Serif", 12));
+    label.setAvailableSize(QSizeF(300.5, 60), "Иванов", 1.0);
     QCOMPARE(label.minimumSizeHint(), QSize(0, 0));
     QCOMPARE(label.sizeHint(), QSizeF(300.5, 60).toSize());
 }
@@ -105,10 +108,11 @@ void tst_FrameLabel::hintsAreTheToolkitsInASmallFrame()
     PageWidget<QLabel> plain("Иванов Иван");
     plain.setFont(font);
     for (const QSizeF& room : {notTold, QSizeF(30, 60), QSizeF(300, 10)}) {
-        FrameLabel label("Иванов Иван");
+        FrameLabel label;
+        label.setText("Иванов Иван");
         label.setFont(font);
         if (room != notTold) {
-            label.setRoom(room, font, 1.0);
+            label.setAvailableSize(room, "Иванов Иван", 1.0);
         }
         QCOMPARE(label.minimumSizeHint(), plain.minimumSizeHint());
         QCOMPARE(label.sizeHint(), plain.sizeHint());
