@@ -5,15 +5,15 @@
 
 bool SheetPage::build(const PrintSheet& sheet)
 {
-    m_isBackgroundPrinted = sheet.withBackground;
+    m_withBackground = sheet.withBackground;
     m_page = m_pages.build(sheet.document.id, sheet.blank.id);
     return m_page != nullptr;
 }
 
 bool SheetPage::print(QPrinter& printer, QPainter& painter)
 {
-    m_page->restore(); // an earlier copy has moved it
+    m_page->restore(); // an earlier print has moved it
     PagePrinter page(*m_page);
-    page.setBackgroundPrinted(m_isBackgroundPrinted);
+    page.setBackgroundPrinted(m_withBackground);
     return page.print(printer, painter);
 }

@@ -2,11 +2,12 @@
 
 #include "render/page/PageSet.h"
 
+class PageBuilder;
 class QPainter;
 class QPrinter;
 struct PrintSheet;
 
-/// The page of a sheet, laid out and printed as the application's own preview does it. The database
+/// The page of a sheet: the very one that the application's preview shows and prints. The database
 /// must be open.
 class SheetPage
 {
@@ -14,11 +15,11 @@ public:
     /// Lays the sheet's document out on its blank; false if one of the two can't be read.
     bool build(const PrintSheet& sheet);
 
-    /// Prints the page that was built last, as often as wanted. False if the printer refuses it.
+    /// Prints the page that was built last, as often as is wanted. False if the printer refuses it.
     bool print(QPrinter& printer, QPainter& painter);
 
 private:
     PageSet m_pages;
-    PageBuilder* m_page = nullptr; // owned by the set
-    bool m_isBackgroundPrinted = false;
+    PageBuilder* m_page = nullptr; // built last; owned by the set
+    bool m_withBackground = false;
 };

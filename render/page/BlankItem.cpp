@@ -18,7 +18,7 @@ QRectF geometryOf(const QJsonObject& item)
             lengthOf(item, "size_h")};
 }
 
-/// Single precision throughout: only so is "1,15" 115 per cent.
+/// kept: single precision throughout. Only so is "1,15" 115 per cent, as printed sheets have it.
 float lineSpacingOf(const QJsonObject& item)
 {
     constexpr float smallest = 0.1F;

@@ -16,7 +16,8 @@
 
 namespace {
 
-/// The document decides between table and text, not the kind of the item.
+/// kept: the document decides between table and text, not the kind of the item, and only where the
+/// text is the tag alone.
 bool isTable(const PageItem& item, const QJsonObject& docField)
 {
     return item.blankItem.kind != BlankItemKind::qr && docField["type"].toInt() == FieldType::table;

@@ -56,6 +56,7 @@ bool PagePrinter::print(QPrinter& printer, QPainter& painter) const
 
 void PagePrinter::shiftByOffset() const
 {
+    // kept: to the left and up, in whole units. Blanks are set up for it.
     const QPointF offset(mmToPixels(m_offset.x()), mmToPixels(m_offset.y()));
     const QList<QGraphicsItem*> items = m_page->items(Qt::DescendingOrder);
     for (QGraphicsItem* item : items) {

