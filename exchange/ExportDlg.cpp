@@ -389,7 +389,7 @@ void ExportDlg::exportDocuments(QSqlQuery& templateQuery, QSqlQuery& documents)
     if (path.isEmpty()) {
         return;
     }
-    workbook->saveAs(path);
+    saveWorkbook(*workbook, path); // kept: a failure is not told
     QMessageBox::information(this, "Экспорт данных",
                              "Документ\n" + path + "\nУспешно экспортирован", QMessageBox::Ok);
     accept();

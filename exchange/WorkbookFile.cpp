@@ -1,10 +1,12 @@
 #include "exchange/WorkbookFile.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QVariant>
 
 #include <xlsxdocument.h>
 
+#include "app/WholeFile.h"
 #include "exchange/WorkbookCheck.h"
 
 namespace {
@@ -23,6 +25,12 @@ std::unique_ptr<QXlsx::Document> openWorkbook(const QString& path, QObject* pare
         return std::make_unique<QXlsx::Document>(parent);
     }
     return std::make_unique<QXlsx::Document>(path, parent);
+}
+
+bool saveWorkbook(QXlsx::Document& workbook, const QString& path)
+{
+    QBuffer package; // the library closes what it writes to
+    return workbook.saveAs(&package) && writeWholeFile(path, package.data());
 }
 
 void selectCurrentSheetOnly(QXlsx::Document& workbook)

@@ -36,6 +36,7 @@ constexpr KindTexts kindTexts[] = {
      "in the printer's margin"},
     {Finding::Kind::TagNotExpanded, "tag-not-expanded", "метка не заменена", "tag not replaced"},
     {Finding::Kind::DateMissing, "date-missing", "нет даты", "no date"},
+    {Finding::Kind::TagEmpty, "tag-empty", "метка без значения", "tag without a value"},
     {Finding::Kind::TailDropped, "tail-dropped", "последний знак не печатается",
      "last character not printed"},
     {Finding::Kind::ValueReadAsMarkup, "value-read-as-markup", "значение прочитано как разметка",
@@ -241,6 +242,10 @@ QString plainWords(const Finding& finding)
         return inUserLanguage("у метки %1 нет даты: напечатается %2",
                               "the tag %1 has no date: %2 is printed")
             .arg(finding.tag, quoted(finding.text));
+    case Finding::Kind::TagEmpty:
+        return inUserLanguage("у метки %1 нет значения: ничего не напечатается",
+                              "the tag %1 has no value: nothing is printed")
+            .arg(finding.tag);
     case Finding::Kind::TailDropped:
         return inUserLanguage("последний знак %1 не печатается",
                               "the last character %1 is not printed")

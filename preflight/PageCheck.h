@@ -82,6 +82,7 @@ private:
     void checkItem(const Item& item, const TagCheck& tags);
     void checkSymbol(const Item& item, const QrPixmapItem& symbol, const TagCheck& tags);
     void checkTags(const Item& item, const TagCheck& tags);
+    void checkEmptyTags(const Item& item, const TagCheck& tags);
     void checkMarkup(const Item& item, const TagCheck& tags);
     void checkEdges(const Item& item, const PrintedInk& printed);
     void checkEdge(const Item& item, const QRectF& ink, Finding::Kind kind, const QRectF& area);

@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
+#include "app/WholeFile.h"
 #include "render/PrinPreviewDialog.h"
 
 namespace {
@@ -80,5 +81,5 @@ bool PdfFile::commit()
     QFile part(m_part.fileName());
     QSaveFile file(m_path);
     return part.open(QIODevice::ReadOnly) && isWholePdf(part) && file.open(QIODevice::WriteOnly) &&
-           copy(part, file) && file.commit();
+           copy(part, file) && commitWhole(file);
 }

@@ -2,8 +2,8 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 
+#include "app/WholeFile.h"
 #include "tools/UserLanguage.h"
 
 bool writeNewFile(const QString& path, const std::function<QByteArray()>& content, QString* error)
@@ -12,16 +12,13 @@ bool writeNewFile(const QString& path, const std::function<QByteArray()>& conten
         return true;
     }
     QDir().mkpath(QFileInfo(path).path());
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(content());
-        if (file.commit()) {
-            return true;
-        }
+    QString reason;
+    if (writeWholeFile(path, content(), &reason)) {
+        return true;
     }
     if (error) {
         *error = inUserLanguage("не удалось записать файл ", "cannot write the file ") + path +
-                 " (" + file.errorString() + ")";
+                 " (" + reason + ")";
     }
     return false;
 }

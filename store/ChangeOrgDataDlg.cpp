@@ -1,12 +1,12 @@
 #include "store/ChangeOrgDataDlg.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include "app/AppStyle.h"
+#include "app/WholeFile.h"
 #include "store/OrgData.h"
 #include "ui_ChangeOrgDataDlg.h"
 
@@ -33,12 +33,8 @@ void ChangeOrgDataDlg::saveOrgData()
                                 {"locality", orgLocality},
                                 {"director", orgDirector}};
     QDir().mkpath(QFileInfo(orgDataPath).absolutePath());
-    QFile file(orgDataPath);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return;
-    }
-    file.write(QJsonDocument(object).toJson());
-    file.close();
+    // kept: a failure is not told.
+    writeWholeFile(orgDataPath, QJsonDocument(object).toJson());
 }
 
 void ChangeOrgDataDlg::showOrgData()

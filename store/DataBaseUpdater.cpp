@@ -103,9 +103,9 @@ bool DataBaseUpdater::runUpdate(QIODevice* device)
     QSqlDatabase database = QSqlDatabase::database();
     database.transaction();
     const bool applied = applyParts(stream) && writeDbVersion(updateVersion);
-    if (applied) {
-        database.commit();
-    } else {
+    // kept: what becomes of the commit is not told. But a transaction that it left open would take
+    // every later change of the run with it.
+    if (!applied || !database.commit()) {
         database.rollback();
     }
     device->close();

@@ -16,6 +16,13 @@ QString orgDirector;
 QString orgDataPath =
     QStandardPaths::writableLocation(QStandardPaths::DataLocation) + "/Zelvora" + "/orgData.json";
 
+bool isOrgDataSound()
+{
+    QFile file(orgDataPath);
+    return !file.exists() ||
+           (file.open(QIODevice::ReadOnly) && QJsonDocument::fromJson(file.readAll()).isObject());
+}
+
 bool loadOrgData()
 {
     QFile file(orgDataPath);

@@ -16,6 +16,9 @@ extern QString orgDirector;
 /// Full path of "orgData.json" in the user's data location, fixed before main() starts.
 extern QString orgDataPath;
 
+/// True if there is no file at `orgDataPath`, or one that holds a JSON object.
+bool isOrgDataSound();
+
 /// Reads the five strings from the file at `orgDataPath`. Returns true if the file exists, whether
 /// or not it could be opened. A missing file leaves the strings alone; a key that is missing or no
 /// string, and a file that is no JSON, give empty strings.

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QSaveFile>
 
+#include "app/WholeFile.h"
 #include "preflight/PageCheck.h"
 #include "preflight/ProofPicture.h"
 #include "tools/UserLanguage.h"
@@ -65,7 +66,7 @@ bool ProofJob::write(const PrintDocument& document, PageCheck& check)
         return false;
     }
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !commitWhole(file)) {
         reportUnwritable(path);
         return false;
     }

@@ -45,6 +45,7 @@ private slots:
     void unreadableFileLeavesTheStrings();
     void readsTheFiveKeys();
     void otherKeysAreIgnored();
+    void soundFile();
     void whatIsNoStringReadsAsEmpty_data();
     void whatIsNoStringReadsAsEmpty();
 };
@@ -114,6 +115,21 @@ void tst_OrgData::whatIsNoStringReadsAsEmpty()
     QVERIFY(writeOrgFile(content));
     QVERIFY(loadOrgData());
     QCOMPARE(strings(), (QStringList{"", "", "", "", ""}));
+}
+
+void tst_OrgData::soundFile()
+{
+    const TempApplication app;
+    QVERIFY(isOrgDataSound()); // none at all
+    QVERIFY(writeOrgFile("{}"));
+    QVERIFY(isOrgDataSound());
+    for (const char* broken : {"", "{\"region\": ", "[]", "null", "\"region\""}) {
+        QVERIFY(writeOrgFile(broken));
+        QVERIFY2(!isOrgDataSound(), broken);
+    }
+    QVERIFY(QFile::remove(orgDataPath));
+    QVERIFY(QDir().mkpath(orgDataPath)); // a folder in its place
+    QVERIFY(!isOrgDataSound());
 }
 
 QTEST_GUILESS_MAIN(tst_OrgData)
