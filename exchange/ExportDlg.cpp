@@ -247,6 +247,8 @@ void ExportDlg::selChange()
                     currentTemplateId.toString() + ";"))
     {
         logSqlFailure("Unable to execute select query", query);
+        loadingTemplate =
+            true; // what the widgets show is not of this template: no edit may store it
         return;
     }
     query.next();

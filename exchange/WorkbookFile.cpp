@@ -11,20 +11,29 @@
 
 namespace {
 
-bool isSoundFile(const QString& path)
+/// The file's bytes, read once, so that the library gets what was checked; a null array if they
+/// cannot be read or are too many.
+QByteArray bytesOf(const QString& path)
 {
+    constexpr qint64 largest = 1 << 28;
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) && isSoundWorkbook(file);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > largest) {
+        return QByteArray();
+    }
+    const QByteArray bytes = file.readAll();
+    return file.error() == QFileDevice::NoError ? bytes : QByteArray();
 }
 
 } // namespace
 
 std::unique_ptr<QXlsx::Document> openWorkbook(const QString& path, QObject* parent)
 {
-    if (!isSoundFile(path)) {
+    QByteArray bytes = bytesOf(path);
+    QBuffer file(&bytes);
+    if (!file.open(QIODevice::ReadOnly) || !isSoundWorkbook(file) || !file.seek(0)) {
         return std::make_unique<QXlsx::Document>(parent);
     }
-    return std::make_unique<QXlsx::Document>(path, parent);
+    return std::make_unique<QXlsx::Document>(&file, parent);
 }
 
 bool saveWorkbook(QXlsx::Document& workbook, const QString& path)

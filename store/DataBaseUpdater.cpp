@@ -120,7 +120,10 @@ bool DataBaseUpdater::readDbVersion(QString& version, bool create)
         fail("Не удалось создать таблицу zvsys;\nSqlError: ", query);
         return false;
     }
-    if (query.exec("SELECT DB_VERSION FROM zvsys") && query.next()) {
+    // Asked again if it fails: taken for an absent row, one failed read would have a package
+    // applied that has been applied already.
+    const QString select = "SELECT DB_VERSION FROM zvsys";
+    if ((query.exec(select) || query.exec(select)) && query.next()) {
         version = query.value("DB_VERSION").toString();
         return true;
     }

@@ -16,11 +16,26 @@ QString orgDirector;
 QString orgDataPath =
     QStandardPaths::writableLocation(QStandardPaths::DataLocation) + "/Zelvora" + "/orgData.json";
 
+namespace {
+
+/// Reads all of the file; false if it cannot be read to its end.
+bool readWhole(QFile& file, QByteArray& content)
+{
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    content = file.readAll();
+    return file.error() == QFileDevice::NoError;
+}
+
+} // namespace
+
 bool isOrgDataSound()
 {
     QFile file(orgDataPath);
+    QByteArray content;
     return !file.exists() ||
-           (file.open(QIODevice::ReadOnly) && QJsonDocument::fromJson(file.readAll()).isObject());
+           (readWhole(file, content) && QJsonDocument::fromJson(content).isObject());
 }
 
 bool loadOrgData()
@@ -29,11 +44,11 @@ bool loadOrgData()
     if (!file.exists()) {
         return false;
     }
-    if (!file.open(QIODevice::ReadOnly)) {
+    QByteArray content;
+    if (!readWhole(file, content)) {
         return true;
     }
-    const QJsonObject data = QJsonDocument::fromJson(file.readAll()).object();
-    file.close();
+    const QJsonObject data = QJsonDocument::fromJson(content).object();
     orgNameFormat1 = data["nameFormat1"].toString();
     orgNameFormat2 = data["nameFormat2"].toString();
     orgRegion = data["region"].toString();
