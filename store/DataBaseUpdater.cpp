@@ -58,6 +58,13 @@ bool addMissingEntries(QJsonObject& content, const QJsonArray& fields)
     return changed;
 }
 
+/// False if a file failed to be read, which the stream takes for its end.
+bool wasRead(const QIODevice* device)
+{
+    const auto* file = qobject_cast<const QFileDevice*>(device);
+    return !file || file->error() == QFileDevice::NoError;
+}
+
 /// Tells the user of a failed update; true if the package is to be removed.
 bool askToRemovePackage(const DataBaseUpdater& updater)
 {
@@ -82,8 +89,9 @@ bool DataBaseUpdater::runUpdate(QIODevice* device)
     qDebug() << "Запуск обновления базы данных...";
     m_lastError.clear();
     m_lastQuery.clear();
+    const QString unreadable = "Не удалось открыть файл с обновлением БД";
     if (!device->open(QIODevice::ReadOnly)) {
-        m_lastError = "Не удалось открыть файл с обновлением БД";
+        m_lastError = unreadable;
         return false;
     }
     if (!readDbVersion(m_currentVersion, true)) {
@@ -92,6 +100,11 @@ bool DataBaseUpdater::runUpdate(QIODevice* device)
     QDataStream stream(device);
     QByteArray header;
     stream >> header;
+    if (!wasRead(device)) {
+        m_lastError = unreadable;
+        device->close();
+        return false;
+    }
     const QString updateVersion = parseUpdateJson(header).value("update_version").toString();
     qDebug() << "Текущая версия БД: " << m_currentVersion;
     qDebug() << "Версия обновления БД: " << updateVersion;
@@ -102,7 +115,12 @@ bool DataBaseUpdater::runUpdate(QIODevice* device)
     }
     QSqlDatabase database = QSqlDatabase::database();
     database.transaction();
-    const bool applied = applyParts(stream) && writeDbVersion(updateVersion);
+    bool applied = applyParts(stream);
+    if (applied && !wasRead(device)) {
+        m_lastError = unreadable;
+        applied = false;
+    }
+    applied = applied && writeDbVersion(updateVersion);
     // kept: what becomes of the commit is not told. But a transaction that it left open would take
     // every later change of the run with it.
     if (!applied || !database.commit()) {

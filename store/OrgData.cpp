@@ -16,43 +16,30 @@ QString orgDirector;
 QString orgDataPath =
     QStandardPaths::writableLocation(QStandardPaths::DataLocation) + "/Zelvora" + "/orgData.json";
 
-namespace {
-
-/// Reads all of the file; false if it cannot be read to its end.
-bool readWhole(QFile& file, QByteArray& content)
-{
-    if (!file.open(QIODevice::ReadOnly)) {
-        return false;
-    }
-    content = file.readAll();
-    return file.error() == QFileDevice::NoError;
-}
-
-} // namespace
-
-bool isOrgDataSound()
-{
-    QFile file(orgDataPath);
-    QByteArray content;
-    return !file.exists() ||
-           (readWhole(file, content) && QJsonDocument::fromJson(content).isObject());
-}
-
-bool loadOrgData()
+OrgDataFile readOrgData()
 {
     QFile file(orgDataPath);
     if (!file.exists()) {
-        return false;
+        return OrgDataFile::Missing;
     }
-    QByteArray content;
-    if (!readWhole(file, content)) {
-        return true;
+    if (!file.open(QIODevice::ReadOnly)) {
+        return OrgDataFile::Broken;
     }
-    const QJsonObject data = QJsonDocument::fromJson(content).object();
+    const QByteArray content = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        return OrgDataFile::Broken;
+    }
+    const QJsonDocument document = QJsonDocument::fromJson(content);
+    const QJsonObject data = document.object();
     orgNameFormat1 = data["nameFormat1"].toString();
     orgNameFormat2 = data["nameFormat2"].toString();
     orgRegion = data["region"].toString();
     orgLocality = data["locality"].toString();
     orgDirector = data["director"].toString();
-    return true;
+    return document.isObject() ? OrgDataFile::Sound : OrgDataFile::Broken;
+}
+
+bool loadOrgData()
+{
+    return readOrgData() != OrgDataFile::Missing;
 }

@@ -86,13 +86,14 @@ bool readOrganisation(const PrintOptions& options, QTextStream& err)
     if (isNamed) {
         orgDataPath = options.organisationFile();
     }
-    if ((isNamed || printsDocuments(options)) && !isOrgDataSound()) {
+    const OrgDataFile found = readOrgData();
+    if (found == OrgDataFile::Broken && (isNamed || printsDocuments(options))) {
         fail(err, inUserLanguage("не удалось прочитать данные организации ",
                                  "can't read the organisation's data ") +
                       orgDataPath);
         return false;
     }
-    if (!loadOrgData() && isNamed) {
+    if (found == OrgDataFile::Missing && isNamed) {
         fail(err, inUserLanguage("нет файла ", "there is no file ") + orgDataPath);
         return false;
     }

@@ -89,7 +89,8 @@ void tst_CompanionCalls::sweep(const QString& program, const QStringList& argume
         program + " " + arguments.value(0),
         [&](const Fault& fault) { return run(program, arguments, before, fault); },
         [&](const FaultRun& result) {
-            QVERIFY(!result.isEnded || result.exitCode == 0 || !result.err.isEmpty());
+            const bool isTold = !result.err.isEmpty() || !result.out.isEmpty();
+            QVERIFY(!result.isEnded || result.exitCode == 0 || isTold);
             check(result, filesIn(m_directory.path()));
         },
         expense);
@@ -181,7 +182,9 @@ void tst_CompanionCalls::print(const QStringList& arguments, const QStringList& 
     sweep("zelvora-print", all, before, [&](const FaultRun& result, const Files& left) {
         for (const QString& target : targets) {
             const bool isNew = withoutTime(left[target]) == withoutTime(whole[target]);
-            const bool isClaimed = result.exitCode == 0 || result.out.contains(path(target));
+            // In a folder a page whose name could not be found out goes under another one.
+            const bool isClaimed =
+                (result.exitCode == 0 && targets.size() == 1) || result.out.contains(path(target));
             QVERIFY2(isNew || (left[target] == older && !isClaimed), qPrintable(target));
         }
         QVERIFY(rowsOf(path("docs.db")).startsWith("ok\n"));

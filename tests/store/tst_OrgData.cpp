@@ -45,7 +45,7 @@ private slots:
     void unreadableFileLeavesTheStrings();
     void readsTheFiveKeys();
     void otherKeysAreIgnored();
-    void soundFile();
+    void whatStandsThere();
     void whatIsNoStringReadsAsEmpty_data();
     void whatIsNoStringReadsAsEmpty();
 };
@@ -117,19 +117,19 @@ void tst_OrgData::whatIsNoStringReadsAsEmpty()
     QCOMPARE(strings(), (QStringList{"", "", "", "", ""}));
 }
 
-void tst_OrgData::soundFile()
+void tst_OrgData::whatStandsThere()
 {
     const TempApplication app;
-    QVERIFY(isOrgDataSound()); // none at all
+    QCOMPARE(readOrgData(), OrgDataFile::Missing);
     QVERIFY(writeOrgFile("{}"));
-    QVERIFY(isOrgDataSound());
+    QCOMPARE(readOrgData(), OrgDataFile::Sound);
     for (const char* broken : {"", "{\"region\": ", "[]", "null", "\"region\""}) {
         QVERIFY(writeOrgFile(broken));
-        QVERIFY2(!isOrgDataSound(), broken);
+        QVERIFY2(readOrgData() == OrgDataFile::Broken, broken);
     }
     QVERIFY(QFile::remove(orgDataPath));
     QVERIFY(QDir().mkpath(orgDataPath)); // a folder in its place
-    QVERIFY(!isOrgDataSound());
+    QCOMPARE(readOrgData(), OrgDataFile::Broken);
 }
 
 QTEST_GUILESS_MAIN(tst_OrgData)
