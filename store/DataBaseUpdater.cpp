@@ -1,5 +1,6 @@
 #include "store/DataBaseUpdater.h"
 
+#include <QBuffer>
 #include <QDataStream>
 #include <QDebug>
 #include <QFile>
@@ -58,10 +59,12 @@ bool addMissingEntries(QJsonObject& content, const QJsonArray& fields)
     return changed;
 }
 
-/// False if a file failed to be read, which the stream takes for its end.
-bool wasRead(const QIODevice* device)
+/// Puts the whole of a file into `bytes`, since a stream takes a failed read for the end of the
+/// package. False if it cannot be read; what is no file is left to the stream.
+bool readFile(QIODevice* device, QByteArray& bytes)
 {
-    const auto* file = qobject_cast<const QFileDevice*>(device);
+    auto* file = qobject_cast<QFileDevice*>(device);
+    bytes = file ? file->readAll() : QByteArray();
     return !file || file->error() == QFileDevice::NoError;
 }
 
@@ -89,22 +92,20 @@ bool DataBaseUpdater::runUpdate(QIODevice* device)
     qDebug() << "Запуск обновления базы данных...";
     m_lastError.clear();
     m_lastQuery.clear();
-    const QString unreadable = "Не удалось открыть файл с обновлением БД";
-    if (!device->open(QIODevice::ReadOnly)) {
-        m_lastError = unreadable;
+    QByteArray bytes;
+    if (!device->open(QIODevice::ReadOnly) || !readFile(device, bytes)) {
+        device->close();
+        m_lastError = "Не удалось открыть файл с обновлением БД";
         return false;
     }
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
     if (!readDbVersion(m_currentVersion, true)) {
         return false;
     }
-    QDataStream stream(device);
+    QDataStream stream(qobject_cast<QFileDevice*>(device) ? &buffer : device);
     QByteArray header;
     stream >> header;
-    if (!wasRead(device)) {
-        m_lastError = unreadable;
-        device->close();
-        return false;
-    }
     const QString updateVersion = parseUpdateJson(header).value("update_version").toString();
     qDebug() << "Текущая версия БД: " << m_currentVersion;
     qDebug() << "Версия обновления БД: " << updateVersion;
@@ -115,12 +116,7 @@ bool DataBaseUpdater::runUpdate(QIODevice* device)
     }
     QSqlDatabase database = QSqlDatabase::database();
     database.transaction();
-    bool applied = applyParts(stream);
-    if (applied && !wasRead(device)) {
-        m_lastError = unreadable;
-        applied = false;
-    }
-    applied = applied && writeDbVersion(updateVersion);
+    const bool applied = applyParts(stream) && writeDbVersion(updateVersion);
     // kept: what becomes of the commit is not told. But a transaction that it left open would take
     // every later change of the run with it.
     if (!applied || !database.commit()) {
