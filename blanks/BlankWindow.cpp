@@ -230,6 +230,7 @@ void BlankWindow::loadBlank()
                     QString::number(blankId) + ";"))
     {
         logSqlFailure("Unable to execute select from blanks", query);
+        isUnread = true;
         return;
     }
     if (!query.next()) {
@@ -353,6 +354,11 @@ QGraphicsRectItem* BlankWindow::addFrame(const QJsonObject& item, QGraphicsItem*
 
 bool BlankWindow::saveBlank()
 {
+    if (isUnread) {
+        // The page is empty because the stored one could not be read, and must not replace it.
+        QMessageBox::about(this, "Ошибка", "Ошибка сохранения бланка: SQL Error");
+        return false;
+    }
     QJsonArray fields;
     // kept: topmost first, though items are added in the order of the array: each save turns it
     // round.

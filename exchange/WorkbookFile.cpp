@@ -18,6 +18,7 @@ constexpr double dayMost = 2958466; // the first day behind the year 9999
 /// not opened: a pipe would never end.
 QByteArray fileBytes(const QString& path, QString* error)
 {
+    constexpr qint64 largest = 1 << 28;
     QFile file(path);
     QString reason;
     if (!QFileInfo(path).isFile()) {
@@ -76,6 +77,12 @@ std::unique_ptr<QXlsx::Document> workbookFromBytes(const QByteArray& file, QObje
     auto workbook = std::make_unique<QXlsx::Document>(&buffer, parent);
     selectFirstWorksheet(*workbook);
     return workbook;
+}
+
+bool saveWorkbook(QXlsx::Document& workbook, const QString& path)
+{
+    QBuffer package; // the library closes what it writes to
+    return workbook.saveAs(&package) && writeWholeFile(path, package.data());
 }
 
 void selectCurrentSheetOnly(QXlsx::Document& workbook)

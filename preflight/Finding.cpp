@@ -24,6 +24,7 @@ constexpr KindName kindNames[] = {
     {Finding::Kind::OutsidePrintable, "outside-printable-area"},
     {Finding::Kind::TagNotExpanded, "tag-not-expanded"},
     {Finding::Kind::DateMissing, "date-missing"},
+    {Finding::Kind::TagEmpty, "tag-empty"},
     {Finding::Kind::TailDropped, "tail-dropped"},
     {Finding::Kind::ValueReadAsMarkup, "value-read-as-markup"},
     {Finding::Kind::FontReplaced, "font-replaced"},

@@ -29,6 +29,7 @@ struct Finding
         OutsidePrintable,  ///< in the margin on which the printer cannot print
         TagNotExpanded,    ///< printed as it was written
         DateMissing,       ///< a date tag that prints zeros
+        TagEmpty,          ///< a tag that prints nothing
         TailDropped,       ///< a single character behind the last tag
         ValueReadAsMarkup, ///< a value that prints otherwise than it stands
         FontReplaced,      ///< a font that the system does not have

@@ -25,6 +25,7 @@ constexpr KindCaption kindCaptions[] = {
     {Finding::Kind::OutsidePrintable, "на полях принтера", "in the printer's margin"},
     {Finding::Kind::TagNotExpanded, "метка не заменена", "tag not replaced"},
     {Finding::Kind::DateMissing, "нет даты", "no date"},
+    {Finding::Kind::TagEmpty, "метка без значения", "tag without a value"},
     {Finding::Kind::TailDropped, "последний знак не печатается", "last character not printed"},
     {Finding::Kind::ValueReadAsMarkup, "значение прочитано как разметка", "value read as markup"},
     {Finding::Kind::FontReplaced, "шрифт заменён", "font replaced"},
@@ -204,6 +205,10 @@ QString plainWords(const QLocale& locale, const Finding& finding)
         return inLanguageOf(locale, "у метки %1 нет даты: напечатается %2",
                             "the tag %1 has no date: %2 is printed")
             .arg(finding.tag, quoted(locale, finding.text));
+    case Finding::Kind::TagEmpty:
+        return inLanguageOf(locale, "у метки %1 нет значения: ничего не напечатается",
+                            "the tag %1 has no value: nothing is printed")
+            .arg(finding.tag);
     case Finding::Kind::TailDropped:
         return inLanguageOf(locale, "последний знак %1 не печатается",
                             "the last character %1 is not printed")

@@ -234,12 +234,32 @@ void PageCheck::checkTags(const PageItem& item, const TagCheck& tags)
         finding.text = dateToWords(QDate());
         addOfDocument(item, finding);
     }
+    checkEmptyTags(item, tags);
     Finding tail;
     tail.kind = Finding::Kind::TailDropped;
     tail.severity = Finding::Severity::Warning;
     tail.tag = tags.droppedTail(item.blankItem.value);
     if (!tail.tag.isEmpty()) {
         addOfBlank(&item, tail);
+    }
+}
+
+void PageCheck::checkEmptyTags(const PageItem& item, const TagCheck& tags)
+{
+    if (item.symbol && item.expandedText.isEmpty()) {
+        return; // it is refused, which says more
+    }
+    for (const QString& tag : tags.emptyTags(item.blankItem.value)) {
+        Finding finding;
+        finding.kind = Finding::Kind::TagEmpty;
+        finding.severity = Finding::Severity::Warning;
+        finding.tag = tag;
+        // The organisation is the same for every document.
+        if (tag.startsWith(QLatin1String("#ORG_")) && !m_docContent.contains(tag)) {
+            addOfBlank(&item, finding);
+        } else {
+            addOfDocument(item, finding);
+        }
     }
 }
 

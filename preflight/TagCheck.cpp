@@ -95,6 +95,23 @@ QStringList TagCheck::emptyDates(const QString& text) const
     return empty;
 }
 
+QStringList TagCheck::emptyTags(const QString& text) const
+{
+    QStringList tags = tagsOf(text);
+    tags.removeDuplicates();
+    QStringList empty;
+    for (const QString& tag : qAsConst(tags)) {
+        QString value = tag;
+        if (tag == QLatin1String("#DUPLICATE") || !expandTag(value, m_docValues, m_docContent)) {
+            continue;
+        }
+        if (value.remove('^').remove("\\n").trimmed().isEmpty()) {
+            empty << tag;
+        }
+    }
+    return empty;
+}
+
 QString TagCheck::droppedTail(const QString& text) const
 {
     if (text.isEmpty()) {

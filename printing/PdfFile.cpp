@@ -4,6 +4,8 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
+#include "app/WholeFile.h"
+
 namespace {
 
 /// The printer's engine does not tell of a full disk. A whole file ends with the place of its
@@ -71,5 +73,5 @@ bool PdfFile::commit()
     QFile part(m_part.fileName());
     QSaveFile file(m_path);
     return part.open(QIODevice::ReadOnly) && isWholePdf(part) && file.open(QIODevice::WriteOnly) &&
-           copy(part, file) && file.commit();
+           copy(part, file) && commitWhole(file);
 }

@@ -2,7 +2,8 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
+
+#include "app/WholeFile.h"
 
 bool writeNewFile(const QString& path, const std::function<QByteArray()>& content, QString* error)
 {
@@ -10,15 +11,12 @@ bool writeNewFile(const QString& path, const std::function<QByteArray()>& conten
         return true;
     }
     QDir().mkpath(QFileInfo(path).path());
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(content());
-        if (file.commit()) {
-            return true;
-        }
+    QString reason;
+    if (writeWholeFile(path, content(), &reason)) {
+        return true;
     }
     if (error) {
-        *error = path + " (" + file.errorString() + ")";
+        *error = path + " (" + reason + ")";
     }
     return false;
 }

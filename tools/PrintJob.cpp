@@ -12,9 +12,13 @@
 namespace {
 
 /// Whether a finding spoils this very sheet. A warning about the blank, such as a font that another
-/// one stands in for, is there for all its documents, and known.
+/// one stands in for, is there for all its documents, and known. A value may well be empty: not
+/// everyone has a patronymic.
 bool holdsBack(const Finding& finding)
 {
+    if (finding.kind == Finding::Kind::TagEmpty) {
+        return false;
+    }
     return !finding.isOfBlank() || finding.severity == Finding::Severity::Error;
 }
 

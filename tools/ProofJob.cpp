@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QSaveFile>
 
+#include "app/WholeFile.h"
 #include "preflight/PageCheck.h"
 #include "preflight/ProofPicture.h"
 #include "printing/BatchCheck.h"
@@ -77,7 +78,7 @@ bool ProofJob::write(const PrintDocument& document, PageCheck& check)
         return false;
     }
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !commitWhole(file)) {
         reportUnwritable(path);
         return false;
     }

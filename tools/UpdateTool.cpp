@@ -5,6 +5,7 @@
 #include <QSaveFile>
 #include <QTextStream>
 
+#include "app/WholeFile.h"
 #include "store/UpdatePackage.h"
 #include "tools/UpdateManifest.h"
 #include "tools/UserLanguage.h"
@@ -66,7 +67,7 @@ int make(const QString& manifestPath, const QString& packagePath, QTextStream& o
     }
     QDataStream stream(&file);
     writeUpdatePackage(stream, package);
-    if (!file.commit()) {
+    if (!commitWhole(file)) {
         return failOnFile(err, packagePath, file);
     }
     out << inUserLanguage("Создан пакет %1, частей: %2", "Made the package %1, parts: %2")

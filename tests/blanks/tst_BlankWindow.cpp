@@ -117,6 +117,7 @@ private slots:
     void acceptSavesAndCloses();
     void rejectAndCloseLoseTheChanges();
     void failedSaveIsShownAndCloses();
+    void unreadBlankIsNotReplaced();
 
 private:
     BlankWindow& open(const BlankRow& row);
@@ -1399,6 +1400,25 @@ void tst_BlankWindow::failedSaveIsShownAndCloses()
     QVERIFY(!editor->isVisible());
     app->exec("ALTER TABLE gone RENAME TO blanks");
     QCOMPARE(storedFields(*app, blankId), QJsonArray{textItem});
+}
+
+// The empty page of a blank that could not be read must not take the place of what is stored.
+void tst_BlankWindow::unreadBlankIsNotReplaced()
+{
+    openWith({QJsonObject{{"value", "Текст"}}});
+    const QVariant stored = app->value("SELECT CONTENT FROM blanks");
+    app->exec("ALTER TABLE blanks RENAME TO hidden");
+    editor = std::make_unique<BlankWindow>();
+    editor->setBlankId(blankId);
+    editor->loadBlank();
+    app->exec("ALTER TABLE hidden RENAME TO blanks");
+    editor->show();
+    ModalDriver driver;
+    driver.expectMessage("Ошибка", "Ошибка сохранения бланка: SQL Error", "OK");
+    clickButton(editor.get(), "buttonAccept");
+    QVERIFY2(driver.finished(), driver.failures());
+    QVERIFY(!editor->isVisible());
+    QCOMPARE(app->value("SELECT CONTENT FROM blanks"), stored);
 }
 
 QTEST_MAIN(tst_BlankWindow)

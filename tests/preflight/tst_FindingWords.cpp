@@ -193,6 +193,10 @@ void tst_FindingWords::everyKind_data()
          "the tag #BIRTH_DATE has no date: “0  0” is printed",
          "у метки #BIRTH_DATE нет даты: напечатается «0  0»", "date-missing",
          R"({"tag": "#BIRTH_DATE", "text": "0  0"})");
+    text("empty tag", named(Kind::TagEmpty, "#ORG_REGION"),
+         "the tag #ORG_REGION has no value: nothing is printed",
+         "у метки #ORG_REGION нет значения: ничего не напечатается", "tag-empty",
+         R"({"tag": "#ORG_REGION"})");
     text("tail", named(Kind::TailDropped, "."), "the last character “.” is not printed",
          "последний знак «.» не печатается", "tail-dropped", R"({"tag": "."})");
     text("markup", named(Kind::ValueReadAsMarkup, "#LNAME", "A&amp;B"),
@@ -257,6 +261,7 @@ void tst_FindingWords::captions_data()
     row(Kind::OutsidePrintable, "in the printer's margin", "на полях принтера");
     row(Kind::TagNotExpanded, "tag not replaced", "метка не заменена");
     row(Kind::DateMissing, "no date", "нет даты");
+    row(Kind::TagEmpty, "tag without a value", "метка без значения");
     row(Kind::TailDropped, "last character not printed", "последний знак не печатается");
     row(Kind::ValueReadAsMarkup, "value read as markup", "значение прочитано как разметка");
     row(Kind::FontReplaced, "font replaced", "шрифт заменён");

@@ -97,6 +97,7 @@ private slots:
     void symbolWithZeroCharacter();
     void background();
     void pageWithoutArea();
+    void emptyValues();
     void whatCannotBeRead();
     void oddItems();
     void blankWithoutFrames_data();
@@ -108,7 +109,7 @@ void tst_PageCheck::cleanPage()
     CheckedPage sheet;
     const QVector<Finding> findings = sheet.check(
         {textItem("#LNAME #FNAME", QRectF(100, 100, 400, 40)),
-         textItem("", QRectF(100, 200, 400, 40)), textItem("#MNAME", QRectF()),
+         textItem("", QRectF(100, 200, 400, 40)), textItem("", QRectF()),
          blankItem(1, "#BLANK_NO", QRectF(700, 100, 98, 98)),
          blankItem(2, "#GRADES", QRectF(100, 300, 400, 200), {{"columns_width", QJsonArray{250}}})},
         {{"OFFSET_X", 3}}, {{"#GRADES", tableEntry({{"Физика", "5"}, {"Химия", "4"}})}},
@@ -804,6 +805,29 @@ void tst_PageCheck::pageWithoutArea()
     QCOMPARE(findings.size(), 1);
     QCOMPARE(findings[0].kind, Kind::PageWithoutArea);
     QVERIFY(sheet.print().ink().isNull());
+}
+
+void tst_PageCheck::emptyValues()
+{
+    CheckedPage sheet;
+    const QVector<Finding> findings =
+        sheet.check({textItem("#LNAME #MNAME", QRectF(100, 100, 400, 40)),
+                     textItem("#ORG_REGION,,", QRectF(100, 200, 400, 40)),
+                     blankItem(1, "#BLANK_NO;#MNAME", QRectF(700, 100, 98, 98))},
+                    {}, {}, {{"MNAME", ""}});
+    QCOMPARE(findings.size(), 3);
+    for (const Finding& finding : findings) {
+        QCOMPARE(finding.kind, Finding::Kind::TagEmpty);
+        QCOMPARE(finding.severity, Finding::Severity::Warning);
+    }
+    QCOMPARE(findings[0].tag, QString("#MNAME"));
+    QCOMPARE(findings[0].item, 1);
+    QVERIFY(!findings[0].isOfBlank());
+    QCOMPARE(findings[1].tag, QString("#ORG_REGION"));
+    QVERIFY(findings[1].isOfBlank()); // whatever document it prints
+    QCOMPARE(findings[2].item, 3);
+    QCOMPARE(findings[0].words().section(": ", 1),
+             QString("the tag #MNAME has no value: nothing is printed"));
 }
 
 void tst_PageCheck::whatCannotBeRead()

@@ -57,6 +57,7 @@ private slots:
     void json();
     void jsonOfCleanDocuments();
     void ofTheBlankOnce();
+    void emptyValues();
     void margins();
     void whatCannotBeChecked();
     void printsNothing();
@@ -184,6 +185,31 @@ void tst_PrintCheck::ofTheBlankOnce()
     QCOMPARE(result.out.count('\n'), 3);
     const ProcessResult printed = directory.check({"--id", "1", "--json", "--background"});
     QCOMPARE(fromJson(printed.out, "j['findings'][0]['severity']"), QString("error"));
+}
+
+// Of the organisation it is told once, and none of it keeps a document back.
+void tst_PrintCheck::emptyValues()
+{
+    PrintDirectory directory;
+    directory.addBlank({blankItem(0, "Пустое: #MNAME #ORG_REGION", QRectF(50, 50, 400, 60))},
+                       {{"NAME", "Пустой"}});
+    directory.exec("UPDATE docs SET MNAME = ''");
+    const QStringList common = {"--id", "1,2", "--blank", "Пустой"};
+    const ProcessResult result = directory.print(QStringList{"--check", "--json"} + common);
+    QCOMPARE(result.exitCode, withFindings);
+    QCOMPARE(fromJson(result.out, "sorted((f['kind'], f['severity'], f['tag'], "
+                                  "f.get('document', {}).get('id')) for f in j['findings'] "
+                                  "if 'document' in f)"),
+             QString("[('tag-empty', 'warning', '#MNAME', 1), ('tag-empty', 'warning', '#MNAME', "
+                     "2)]"));
+    QCOMPARE(fromJson(result.out, "[(f['kind'], f['severity'], f['tag']) for f in j['findings'] "
+                                  "if 'document' not in f]"),
+             QString("[('tag-empty', 'warning', '#ORG_REGION')]"));
+    QVERIFY(directory.print(QStringList{"--check"} + common)
+                .out.contains("the tag #ORG_REGION has no value: nothing is printed"));
+    const QString file = directory.path("all.pdf");
+    QCOMPARE(directory.print(QStringList{"--strict", "--output", file} + common).exitCode, clean);
+    QCOMPARE(PdfMeasure(file).pageCount(), 2);
 }
 
 void tst_PrintCheck::margins()
