@@ -237,8 +237,26 @@ def org_data():
     }
 
 
+def markup_values():
+    return {
+        "plain": "Иванова Анна".encode(),
+        "bold": "<b>Иванова</b> <i>Анна</i><br/>".encode(),
+        "styled": b'<p style="font-size:20pt; line-height:50%; margin-left:-9px">a<span>b</span></p>',
+        "table": b'<table border="1" width="100%"><tr><td colspan="3">a</td><td>b</td></tr></table>',
+        "list": b"<ul><li>a<ol><li>b</li></ol></li></ul><hr/>",
+        "picture": b'<img src="nowhere.png" width="99999" height="-1"/>',
+        "background": b'<body background="x.png"><div style="background-image:url(y.png)">a</div></body>',
+        "style": b"<style>@import url(z.css); b { color: red }</style><b>a</b>",
+        "deep": b"<b>" * 100 + b"a",
+        "tables": b"<table><tr><td>" * 12 + b"a",
+        "signs": b"&nbsp;&#x0;&#1114112;&lt;b&gt;<!-- <b>",
+        "tags": "#LNAME^#TEXT\n<b>".encode(),
+    }
+
+
 def main():
     corpora = {
+        "fuzz_markup_value": markup_values(),
         "fuzz_exchange_fields": exchange_fields(),
         "fuzz_org_data": org_data(),
         "fuzz_workbook": workbooks(),
