@@ -86,8 +86,9 @@ bool CellRebuild::copyRows(PartReader& reader, XmlOutput& out, QString* error)
         }
     }
     const qint64 width = m_firstColumn ? m_lastColumn - m_firstColumn + 1 : 0;
-    if (isDone && m_filledRows * width > PackageLimits::places) {
-        isDone = fail("too many rows for its width");
+    m_budget.places -= m_filledRows * width + (m_lastRow - m_firstRow);
+    if (isDone && m_budget.places < 0) {
+        isDone = fail("too many rows for their width");
     }
     if (!isDone && error) {
         *error = m_error;

@@ -14,6 +14,7 @@ struct CellBudget
 {
     int cells;         ///< that may still come
     qint64 characters; ///< that their texts may still take
+    qint64 places;     ///< that rows and columns may still span
 };
 
 /// Copies the rows and cells of one sheet.

@@ -468,6 +468,19 @@ EXCESSES = {
         "xl/sharedStrings.xml": shared_strings(["<t>" + "x" * 300000 + "</t>"]).encode(),
         SHEET: re.sub("<sheetData>.*</sheetData>", "<sheetData><row>" + '<c t="s"><v>0</v></c>'
                       * 1000 + "</row></sheetData>", plain_parts()[SHEET].decode()).encode()}),
+    "rows far apart on many sheets": lambda: changed(
+        changed(plain_parts(), SHEET, "</sheetData>", '<row r="1048576"><c><v>1</v></c></row>'
+                                                      "</sheetData>"),
+        "xl/workbook.xml", "</sheets>",
+        many(200, '<sheet name="s{0}" sheetId="{0}" r:id="rId1"/>') + "</sheets>"),
+    "too many elements": lambda: with_replaced(
+        SHEET, "</worksheet>", "<mergeCells>" + "<a/>" * 5000001 + "</mergeCells></worksheet>"),
+    "too many fonts": lambda: with_replaced("xl/styles.xml", "</fonts>",
+                                            "<font/>" * 65536 + "</fonts>"),
+    "too many pictures": lambda: drawn(ANCHOR.format(PIC) * 10001),
+    "too many workbooks": lambda: with_replaced(
+        "xl/workbook.xml", "</workbook>",
+        "<externalReferences>" + "<externalReference/>" * 1001 + "</externalReferences></workbook>"),
     "too many sheets": lambda: with_replaced(
         "xl/workbook.xml", "</sheets>",
         many(1000, '<sheet name="s{0}" sheetId="{0}" r:id="rId1"/>') + "</sheets>"),
@@ -494,8 +507,12 @@ def quoted(text):
 
 
 def save_damaged(path, way):
+    write_made(path, {**DAMAGES, **EXCESSES}[way]())
+
+
+def write_made(path, made):
     with open(path, "wb") as file:
-        file.write({**DAMAGES, **EXCESSES}[way]())
+        file.write(made if isinstance(made, bytes) else zipped(made))
 
 PICTURE = base64.b64decode(
     "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwADhgGAWjR9awAAAABJRU5ErkJg"
@@ -606,6 +623,15 @@ ODDITIES = {
         "<sheetData>", '<cols><col min="1" max="2147483647" width="9"/></cols><sheetData>'),
     "columns below one": lambda: in_sheet(
         "<sheetData>", '<cols><col min="-2147483648" max="3" width="9"/></cols><sheetData>'),
+    "columns without end": lambda: in_sheet(
+        "<sheetData>", "<cols>" + '<col min="1" max="2"/><col min="2" max="16384"/>' * 100000
+                       + "</cols><sheetData>"),
+    "links without end": lambda: {
+        **behind_cells("<hyperlinks>" + many(40000, '<hyperlink ref="A{0}" r:id="rId39999"/>')
+                       + "</hyperlinks>"),
+        DRAWN_SHEET: relations(*[("hyperlink", "x")] * 40000)},
+    "areas without end": lambda: behind_cells(
+        '<dataValidations><dataValidation sqref="' + "A1 " * 1000000 + '"/></dataValidations>'),
     "columns that overlap": lambda: in_sheet(
         "<sheetData>", '<cols><col min="1" max="5" width="9"/><col min="1" max="16384"/></cols>'
                        "<sheetData>"),
@@ -738,9 +764,7 @@ ODDITIES = {
 
 
 def save_odd(path, way):
-    made = ODDITIES[way]()
-    with open(path, "wb") as file:
-        file.write(made if isinstance(made, bytes) else zipped(made))
+    write_made(path, ODDITIES[way]())
 
 
 def save_rows(path, count):
