@@ -1,6 +1,11 @@
 #include "render/page/FrameLabel.h"
 
+#include <QAbstractTextDocumentLayout>
+#include <QPainter>
+#include <QPainterPath>
 #include <QTextLayout>
+#include <QTextOption>
+#include <QtMath>
 
 namespace {
 
@@ -27,6 +32,12 @@ QSizeF unbrokenSize(const QString& text, const QFont& font, qreal lineSpacing)
 
 } // namespace
 
+FrameLabel::FrameLabel()
+{
+    m_pageDocument.setUndoRedoEnabled(false);
+    m_pageDocument.setDocumentMargin(0);
+}
+
 void FrameLabel::setAvailableSize(const QSizeF& size, const QString& text, qreal lineSpacing)
 {
     constexpr int rounding = 2; // what the toolkit may round up in each direction
@@ -40,6 +51,43 @@ void FrameLabel::setAvailableSize(const QSizeF& size, const QString& text, qreal
         needed.width() + rounding <= size.width() && needed.height() + rounding <= size.height();
 }
 
+const QTextDocument& FrameLabel::pageDocument()
+{
+    const double width = contentsRect().width();
+    if (!m_documentText.isNull() && m_documentText == text() &&
+        m_pageDocument.textWidth() == width && m_pageDocument.defaultFont() == font())
+    {
+        return m_pageDocument;
+    }
+    // Before the text: each of these would lay it out anew.
+    QTextOption option(alignment());
+    option.setWrapMode(wordWrap() ? QTextOption::WordWrap : QTextOption::ManualWrap);
+    option.setTextDirection(layoutDirection());
+    m_pageDocument.clear();
+    m_pageDocument.setDefaultFont(font());
+    m_pageDocument.setDefaultTextOption(option);
+    m_pageDocument.setTextWidth(width);
+    m_documentText = text();
+    m_pageDocument.setHtml(m_documentText);
+    return m_pageDocument;
+}
+
+void FrameLabel::paintOnPage(QPainter& painter, const QRect& exposed)
+{
+    const QTextDocument& document = pageDocument();
+    const QRect place = textRect(document);
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette = palette();
+    context.palette.setColor(QPalette::Text, palette().color(foregroundRole()));
+    painter.setRenderHints(painter.renderHints(), false);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    QPainterPath visible;
+    visible.addRect(place & exposed);
+    painter.setClipPath(visible, Qt::IntersectClip);
+    painter.translate(place.topLeft());
+    document.documentLayout()->draw(&painter, context);
+}
+
 QSize FrameLabel::minimumSizeHint() const
 {
     return m_fits ? QSize(0, 0) : QLabel::minimumSizeHint();
@@ -48,4 +96,18 @@ QSize FrameLabel::minimumSizeHint() const
 QSize FrameLabel::sizeHint() const
 {
     return m_fits ? m_available : QLabel::sizeHint();
+}
+
+/// As the toolkit's label does it: no text begins above the label, and what reaches below is cut.
+QRect FrameLabel::textRect(const QTextDocument& document) const
+{
+    const QRect contents = contentsRect();
+    const int rest = qMax(contents.height() - qCeil(document.size().height()), 0);
+    int top = 0;
+    if (alignment() & Qt::AlignVCenter) {
+        top = rest / 2;
+    } else if (alignment() & Qt::AlignBottom) {
+        top = rest;
+    }
+    return contents.translated(0, top);
 }
