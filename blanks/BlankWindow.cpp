@@ -26,6 +26,7 @@
 #include "blanks/ZelvoraView.h"
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
+#include "render/page/PagePicture.h"
 #include "store/JsonColumn.h"
 #include "store/SqlLog.h"
 #include "ui_BlankWindow.h"
@@ -67,15 +68,6 @@ void setSize(QFont& font, int points)
     if (points > 0) {
         font.setPointSize(points);
     }
-}
-
-QPixmap scaledBackground(const QString& file, const QSize& size)
-{
-    QPixmap picture;
-    if (!picture.load(appFilePath(file))) {
-        return QPixmap();
-    }
-    return picture.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
 QSize pageSize(const QSqlQuery& blank)
@@ -250,7 +242,8 @@ void BlankWindow::buildPage(const QSqlQuery& blank)
     scene->clear();
     scene->setSceneRect(page);
     scene->addRect(page, QPen(Qt::black), QBrush(Qt::white));
-    scene->addPixmap(scaledBackground(blank.value("BACKGROUND_IMG").toString(), backgroundSize));
+    const QString background = appFilePath(blank.value("BACKGROUND_IMG").toString());
+    scene->addPixmap(loadPagePicture(background, backgroundSize));
 }
 
 void BlankWindow::loadBlankTree()

@@ -40,6 +40,8 @@ constexpr KindTexts kindTexts[] = {
      "last character not printed"},
     {Finding::Kind::ValueReadAsMarkup, "value-read-as-markup", "значение прочитано как разметка",
      "value read as markup"},
+    {Finding::Kind::TextNotWhole, "text-not-whole", "текст слишком велик для рамки",
+     "text too large for any frame"},
     {Finding::Kind::FontReplaced, "font-replaced", "шрифт заменён", "font replaced"},
     {Finding::Kind::QrModuleTooSmall, "qr-module-too-small", "QR-код слишком мелкий",
      "QR code too small"},
@@ -249,6 +251,11 @@ QString plainWords(const Finding& finding)
         return inUserLanguage("значение метки %1 напечатается не так, как записано: %2",
                               "the value of the tag %1 does not print as it stands: %2")
             .arg(finding.tag, quoted(finding.text));
+    case Finding::Kind::TextNotWhole:
+        return inUserLanguage("текст слишком длинный или в нём слишком много разметки: он "
+                              "напечатается без разметки и не дальше конца листа",
+                              "the text is too long or has too much markup: it prints without "
+                              "markup, and as far as it fits a page");
     case Finding::Kind::FontReplaced:
         return inUserLanguage("нет шрифта %1, вместо него %2",
                               "there is no font %1, %2 takes its place")

@@ -22,6 +22,7 @@
 #include "preflight/TextFrameCheck.h"
 #include "render/TagExpansion.h"
 #include "render/page/BlankPaper.h"
+#include "render/page/FrameLabel.h"
 #include "render/page/QrPixmapItem.h"
 
 namespace {
@@ -245,6 +246,7 @@ void PageCheck::checkItem(const Item& item, const TagCheck& tags)
     }
     checkTags(item, tags);
     checkMarkup(item, tags);
+    checkBound(item, *container);
     const TextFrameCheck text(container, item.frame, m_unitLength, *m_recorder);
     for (const Finding& finding : text.findings()) {
         addOfDocument(item, finding);
@@ -312,6 +314,16 @@ void PageCheck::checkMarkup(const Item& item, const TagCheck& tags)
         finding.kind = Finding::Kind::ValueReadAsMarkup;
         finding.tag = value.tag;
         finding.text = value.text;
+        addOfDocument(item, finding);
+    }
+}
+
+void PageCheck::checkBound(const Item& item, const QGraphicsWidget& container)
+{
+    const auto* label = dynamic_cast<const FrameLabel*>(partsOf(&container).label);
+    if (label && !label->isWhole()) {
+        Finding finding;
+        finding.kind = Finding::Kind::TextNotWhole;
         addOfDocument(item, finding);
     }
 }

@@ -16,6 +16,7 @@
 #include "render/PrinPreviewDialog.h"
 
 class QGraphicsItem;
+class QGraphicsWidget;
 class QPrinter;
 class QrPixmapItem;
 class TagCheck;
@@ -83,6 +84,7 @@ private:
     void checkSymbol(const Item& item, const QrPixmapItem& symbol, const TagCheck& tags);
     void checkTags(const Item& item, const TagCheck& tags);
     void checkMarkup(const Item& item, const TagCheck& tags);
+    void checkBound(const Item& item, const QGraphicsWidget& container);
     void checkEdges(const Item& item, const PrintedInk& printed);
     void checkEdge(const Item& item, const QRectF& ink, Finding::Kind kind, const QRectF& area);
     bool isKnown(const Item& item, Finding::Side side) const;

@@ -1,8 +1,6 @@
 #include "render/PrinPreviewDialog.h"
 
-#include <QDateTime>
 #include <QDebug>
-#include <QFileInfo>
 #include <QFontMetrics>
 #include <QGraphicsLinearLayout>
 #include <QGraphicsPixmapItem>
@@ -12,7 +10,6 @@
 #include <QMessageBox>
 #include <QPageLayout>
 #include <QPainter>
-#include <QPixmapCache>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QScrollBar>
@@ -29,6 +26,8 @@
 #include "render/TagExpansion.h"
 #include "render/page/BlankPaper.h"
 #include "render/page/FrameLabel.h"
+#include "render/page/MarkupBound.h"
+#include "render/page/PagePicture.h"
 #include "render/page/PageStyle.h"
 #include "render/page/PageWidget.h"
 #include "render/page/QrPixmapItem.h"
@@ -217,7 +216,7 @@ void fillRow(QTableWidget* table, int row, const QJsonArray& cells, const QFont&
     constexpr int highestCell = 500;
     const QFontMetrics metrics(font);
     for (int column = 0; column < table->columnCount(); ++column) {
-        const QString text = cells[column].toString();
+        const QString text = boundedPlainText(cells[column].toString());
         auto* cell = new QTableWidgetItem(text);
         cell->setFont(font);
         table->setItem(row, column, cell);
@@ -251,29 +250,6 @@ int heightOfRows(const QTableWidget* table)
         height += table->rowHeight(row);
     }
     return height;
-}
-
-/// The picture scaled into the page; null if it is none. A scan takes far longer to load than the
-/// rest of a page to build, so that the last ones are kept while their files stay as they are.
-QPixmap loadBackground(const QString& path, const QSize& pageSize)
-{
-    constexpr int largestSide = 1 << 14; // scene units, over four metres: memory for no more
-    if (qMax(pageSize.width(), pageSize.height()) > largestSide) {
-        return QPixmap();
-    }
-    const QFileInfo file(path);
-    const QString key = QString("background %1 %2 %3 %4x%5")
-                            .arg(file.lastModified().toMSecsSinceEpoch())
-                            .arg(file.size())
-                            .arg(path)
-                            .arg(pageSize.width())
-                            .arg(pageSize.height());
-    QPixmap pixmap;
-    if (!QPixmapCache::find(key, &pixmap) && pixmap.load(path)) {
-        pixmap = pixmap.scaled(pageSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        QPixmapCache::insert(key, pixmap);
-    }
-    return pixmap;
 }
 
 /// Where a scene comes to lie on a page, in the printer's dots. The rest of the page stays blank:
@@ -567,7 +543,7 @@ void PrinPreviewDialog::addBackground(const QVariant& image, const QSize& pageSi
     if (image.isNull()) {
         return;
     }
-    const QPixmap pixmap = loadBackground(appFilePath(image.toString()), pageSize);
+    const QPixmap pixmap = loadPagePicture(appFilePath(image.toString()), pageSize);
     if (!pixmap.isNull()) {
         backgroundItem = builtPage->addPixmap(pixmap);
     }

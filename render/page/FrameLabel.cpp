@@ -1,6 +1,10 @@
 #include "render/page/FrameLabel.h"
 
+#include <QTextDocument>
 #include <QTextLayout>
+
+#include "render/page/MarkupBound.h"
+#include "render/page/MarkupDocument.h"
 
 namespace {
 
@@ -28,8 +32,23 @@ QSizeF unbrokenSize(const QString& text, const QFont& font, qreal lineSpacing)
 } // namespace
 
 FrameLabel::FrameLabel(const QString& text)
-    : PageWidget(text)
 {
+    setText(text);
+}
+
+void FrameLabel::setText(const QString& text)
+{
+    const BoundedMarkup markup = boundedMarkup(text);
+    m_isWhole = markup.isWhole;
+    if (markup.text == QLabel::text()) {
+        return;
+    }
+    QLabel::setText(markup.text);
+    // The label fills its document when it is first measured or painted.
+    auto* document = findChild<QTextDocument*>();
+    if (document && hasElements(markup.text)) {
+        MarkupDocument::guard(*document, markup.text);
+    }
 }
 
 void FrameLabel::setRoom(const QSizeF& room, const QFont& font, qreal lineSpacing)

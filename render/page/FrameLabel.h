@@ -13,6 +13,12 @@ class FrameLabel : public PageWidget<QLabel>
 public:
     explicit FrameLabel(const QString& text);
 
+    /// Shows the text, which may be of anybody: bounded, and loading only what markup may load.
+    void setText(const QString& text);
+
+    /// False if the end of the text or its markup had to be left out.
+    bool isWhole() const { return m_isWhole; }
+
     /// Tells the label, alone in its frame, the room of the frame's layout, in scene units, before
     /// it goes into the frame. `font` and `lineSpacing` (a factor) are those that it will have.
     void setRoom(const QSizeF& room, const QFont& font, qreal lineSpacing);
@@ -21,6 +27,7 @@ public:
     QSize sizeHint() const override;
 
 private:
+    bool m_isWhole = true;
     bool m_fits = false; // surely; else the hints are the toolkit's
     QSize m_room;
 };
