@@ -6,6 +6,7 @@
 
 #include <cmath>
 
+#include "app/TerminalText.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -76,20 +77,6 @@ QString coordinates(const QPointF& point)
 {
     const QLocale locale = QLocale::system();
     return locale.toString(point.x(), 'f', 1) + "; " + locale.toString(point.y(), 'f', 1);
-}
-
-/// Without line ends, and without what a terminal would take for a command.
-QString onOneLine(QString text)
-{
-    for (QChar& c : text) {
-        const QChar::Category category = c.category();
-        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
-            category == QChar::Separator_Paragraph)
-        {
-            c = ' ';
-        }
-    }
-    return text;
 }
 
 /// A text in quotes, on one line and no longer than a line.

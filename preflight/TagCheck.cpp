@@ -39,8 +39,7 @@ QString withTagReplaced(const QString& text, const QString& tag, const QString& 
 QString shownText(const QString& finished)
 {
     MarkupDocument document;
-    document.setHtml(
-        boundedMarkup("<p>" + QString(finished).replace('\n', "<br>") + "</p>").text);
+    document.setHtml(boundedMarkup("<p>" + QString(finished).replace('\n', "<br>") + "</p>").text);
     return document.toPlainText().simplified();
 }
 

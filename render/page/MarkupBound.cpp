@@ -10,13 +10,13 @@
 
 namespace {
 
-// The largest page, 500 by 500 mm, holds some 60,000 characters in the smallest font of a blank,
-// 8 points; a page of 210 by 297 mm as many in 4 points.
-constexpr int mostCharacters = 1 << 16;
+// The largest page, 500 by 500 mm, holds some 31,000 characters in a new blank's font of 11 points;
+// a page of 210 by 297 mm some 15,000 in the smallest one of a blank, 8 points.
+constexpr int mostCharacters = 1 << 15;
 
 constexpr int mostMarkup = 1 << 16;     // characters in tags and comments, but for...
 constexpr int mostMarkupData = 1 << 20; // ...data: URLs, together with them
-constexpr int mostElements = 1 << 12;   // each is compared with all that it stands in
+constexpr int mostElements = 1 << 11;   // each is compared with all that it stands in
 constexpr qint64 mostCellsRead = 100'000;
 constexpr qint64 mostRuleSteps = 20'000'000;
 
@@ -31,10 +31,10 @@ struct MarkupCounts
     int elements = 0; // but for line breaks, which hold nothing
     int rows = 0;
     int cells = 0;
-    int largestSpan = 1;  // of columns
-    int rules = 0;        // of style sheets in the text
-    int outside = 0;      // characters
-    int inTags = 0;       // characters, but for data: URLs
+    int largestSpan = 1; // of columns
+    int rules = 0;       // of style sheets in the text
+    int outside = 0;     // characters
+    int inTags = 0;      // characters, but for data: URLs
     bool isOutside = true;
 };
 
@@ -55,7 +55,8 @@ QString withoutReferences(const QString& text)
         const QStringRef digits = begin.mid(sign, length - sign);
         bool isNumber = false;
         const uint code = digits.toUInt(&isNumber, sign == 3 ? 16 : 10);
-        result += isNumber && code < 0x80 ? QString(QChar(code)) : begin.left(length + 1).toString();
+        result +=
+            isNumber && code < 0x80 ? QString(QChar(code)) : begin.left(length + 1).toString();
         i += length;
     }
     return result;
@@ -291,13 +292,12 @@ bool hasElements(const QString& markup)
 BoundedMarkup boundedMarkup(const QString& markup)
 {
     if (!hasElements(markup)) {
-        const bool isShort = markup.size() <= mostCharacters ||
-                             withoutTags(markup).size() <= mostCharacters;
+        const bool isShort =
+            markup.size() <= mostCharacters || withoutTags(markup).size() <= mostCharacters;
         return isShort ? BoundedMarkup{markup} : plainBounded(markup);
     }
     if (markup.size() <= mostMarkupData && isQuicklyRead(countsOf(markup)) &&
-        isQuicklyLaidOut(markup))
-    {
+        isQuicklyLaidOut(markup)) {
         return {markup};
     }
     return plainBounded(markup);

@@ -82,6 +82,8 @@ private slots:
     void marginsThatMeet();
     void inkThatIsClippedAway();
     void oneLineOfWords();
+    void textsThatAreNotWhole_data();
+    void textsThatAreNotWhole();
     void lengthsBeyondAllPaper();
     void symbolAtTheEdge();
     void tags();
@@ -543,6 +545,36 @@ void tst_PageCheck::inkThatIsClippedAway()
     marks.removeFirst();
     const PrintedInk hidden = {marks, QRectF()};
     QVERIFY(hidden.bounds().isNull() && hidden.roughBounds().isNull());
+}
+
+void tst_PageCheck::textsThatAreNotWhole_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<bool>("isWhole");
+    QTest::newRow("short") << "<b>Иванов</b>" << true;
+    QTest::newRow("long") << QString("слово ").repeated(5000) << true;
+    QTest::newRow("too long") << QString("слово ").repeated(6000) << false;
+    QTest::newRow("too many elements") << QString("<b>").repeated(10900) + "Иванов" << false;
+    QTest::newRow("tables in tables") << QString("<table><tr><td>").repeated(300) + "x" << false;
+}
+
+void tst_PageCheck::textsThatAreNotWhole()
+{
+    QFETCH(QString, value);
+    QFETCH(bool, isWhole);
+    CheckedPage sheet;
+    const QVector<Finding> findings = ofKind(
+        sheet.check({textItem("#NOTE", QRectF(100, 100, 400, 40)),
+                     textItem("#LNAME", QRectF(100, 300, 400, 40))},
+                    {}, {{"#NOTE", valueEntry(FieldType::string, value)}}, {{"LNAME", "Иванов"}}),
+        Kind::TextNotWhole);
+    QCOMPARE(findings.size(), isWhole ? 0 : 1);
+    if (!isWhole) {
+        QCOMPARE(findings[0].item, 1);
+        QVERIFY(findings[0].severity == Severity::Error && !findings[0].isOfBlank());
+        QCOMPARE(findings[0].toJson()["kind"].toString(), QString("text-not-whole"));
+        QVERIFY(findings[0].what().contains("too long or has too much markup"));
+    }
 }
 
 void tst_PageCheck::oneLineOfWords()
