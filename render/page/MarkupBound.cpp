@@ -14,6 +14,9 @@ namespace {
 // a page of 210 by 297 mm some 15,000 in the smallest one of a blank, 8 points.
 constexpr int mostCharacters = 1 << 15;
 
+// The same page is 1,889 units high; a line is hardly lower than one.
+constexpr int mostLines = 1 << 12;
+
 constexpr int mostMarkup = 1 << 16;     // characters in tags and comments, but for...
 constexpr int mostMarkupData = 1 << 20; // ...data: URLs, together with them
 constexpr int mostElements = 1 << 11;   // each is compared with all that it stands in
@@ -24,6 +27,17 @@ constexpr qint64 mostRuleSteps = 20'000'000;
 constexpr int mostCellsLaidOut = 1 << 10;
 constexpr int layoutsOfCell = 4;
 constexpr int mostFloats = 48; // each is placed anew with every line beside it
+
+bool isLineEnd(QChar c)
+{
+    return c == '\n' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
+}
+
+int lineEndsIn(const QString& markup)
+{
+    const auto ends = std::count_if(markup.cbegin(), markup.cend(), isLineEnd);
+    return static_cast<int>(ends) + markup.count("<br", Qt::CaseInsensitive);
+}
 
 /// Tags and comments of a text, counted so that whatever the toolkit makes of them is no more.
 struct MarkupCounts
@@ -218,7 +232,7 @@ bool isQuicklyLaidOut(const QString& markup)
     MarkupResources resources(mostStyleRules(markup));
     MarkupDocument document(&resources);
     document.setHtml(markup);
-    return document.characterCount() <= mostCharacters &&
+    return document.characterCount() <= mostCharacters && document.blockCount() <= mostLines &&
            cellsLaidOut(document.rootFrame(), 1) <= mostCellsLaidOut &&
            floatsIn(document.rootFrame()) + floatingPictures(document) <= mostFloats;
 }
@@ -235,6 +249,14 @@ int cutOf(const QString& text, int characters)
     const bool isSplit = reference >= 0 && end - reference < longestReference &&
                          !text.midRef(reference, end - reference).contains(';');
     return isSplit ? reference : end;
+}
+
+/// Where the last line ends that a page can show.
+int endOfLines(const QString& text)
+{
+    int lines = 0;
+    const auto isLast = [&lines](QChar c) { return isLineEnd(c) && ++lines == mostLines; };
+    return static_cast<int>(std::find_if(text.cbegin(), text.cend(), isLast) - text.cbegin());
 }
 
 /// The tag by which a frame opens the paragraph of its text; exactly that, so that no value can
@@ -271,7 +293,7 @@ QString withoutTags(const QString& markup)
 BoundedMarkup plainBounded(const QString& markup)
 {
     const QString text = withoutTags(markup);
-    const QString whole = text.left(cutOf(text, mostCharacters));
+    const QString whole = text.left(qMin(cutOf(text, mostCharacters), endOfLines(text)));
     return {openedParagraph(markup) + QString(whole).replace('\n', "<br>"), false};
 }
 
@@ -291,13 +313,15 @@ bool hasElements(const QString& markup)
 
 BoundedMarkup boundedMarkup(const QString& markup)
 {
+    const bool hasFewLines = lineEndsIn(markup) <= mostLines;
     if (!hasElements(markup)) {
         const bool isShort =
             markup.size() <= mostCharacters || withoutTags(markup).size() <= mostCharacters;
-        return isShort ? BoundedMarkup{markup} : plainBounded(markup);
+        return isShort && hasFewLines ? BoundedMarkup{markup} : plainBounded(markup);
     }
-    if (markup.size() <= mostMarkupData && isQuicklyRead(countsOf(markup)) &&
-        isQuicklyLaidOut(markup)) {
+    if (hasFewLines && markup.size() <= mostMarkupData && isQuicklyRead(countsOf(markup)) &&
+        isQuicklyLaidOut(markup))
+    {
         return {markup};
     }
     return plainBounded(markup);
