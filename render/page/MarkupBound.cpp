@@ -92,7 +92,8 @@ bool isLineBreak(const QString& text, int name)
 void countTag(MarkupCounts& counts, const QString& text, int begin)
 {
     int name = begin + 1;
-    while (name < text.size() && text[name].isSpace()) {
+    while (name < text.size() && (text[name].isSpace() || text[name] == '"' || text[name] == '\''))
+    {
         ++name;
     }
     if (isLineBreak(text, name)) {
@@ -229,7 +230,8 @@ int floatingPictures(const QTextDocument& document)
 /// Whether what the text has been read as can be laid out in a moment.
 bool isQuicklyLaidOut(const QString& markup)
 {
-    MarkupResources resources(mostStyleRules(markup));
+    constexpr qint64 noPixels = 0; // pictures make nothing slower that is counted here
+    MarkupResources resources(mostStyleRules(markup), noPixels);
     MarkupDocument document(&resources);
     document.setHtml(markup);
     return document.characterCount() <= mostCharacters && document.blockCount() <= mostLines &&

@@ -13,7 +13,7 @@ namespace {
 
 constexpr qint64 largestPicture = 16 << 20; // bytes
 constexpr qint64 largestStyleSheet = 16 << 10;
-constexpr qint64 mostPixels = 32'000'000; // of all pictures of a text: a page at 600 dots per inch
+constexpr qint64 mostBytes = 32 << 20; // of all files that a text names
 
 bool isBelow(const QString& path, const QString& directory, Qt::CaseSensitivity sensitivity)
 {
@@ -43,15 +43,6 @@ QString permittedFile(const QString& name)
     return isPermitted && QFileInfo(realPath).isFile() ? realPath : QString();
 }
 
-QByteArray bytesOfFile(const QString& name, qint64 largest)
-{
-    QFile file(permittedFile(name));
-    if (file.fileName().isEmpty() || file.size() > largest || !file.open(QIODevice::ReadOnly)) {
-        return QByteArray();
-    }
-    return file.read(largest);
-}
-
 /// What a `data:` URL holds.
 QByteArray payloadOf(const QUrl& url)
 {
@@ -65,29 +56,12 @@ QByteArray payloadOf(const QUrl& url)
     return isBase64 ? QByteArray::fromBase64(payload) : payload;
 }
 
-QByteArray bytesOf(const QUrl& url, qint64 largest)
-{
-    const QString scheme = url.scheme();
-    if (scheme == "data") {
-        const QByteArray payload = payloadOf(url);
-        return payload.size() <= largest ? payload : QByteArray();
-    }
-    if (scheme == "qrc") {
-        return bytesOfFile(':' + url.path(), largest);
-    }
-    if ((!scheme.isEmpty() && scheme != "file") || !url.host().isEmpty()) {
-        return QByteArray();
-    }
-    QUrl file = url;
-    file.setScheme("file");
-    return bytesOfFile(file.toLocalFile(), largest);
-}
-
 } // namespace
 
-MarkupResources::MarkupResources(int mostStyleRules)
+MarkupResources::MarkupResources(int mostStyleRules, qint64 mostPixels)
     : m_styleRules(mostStyleRules)
     , m_pixels(mostPixels)
+    , m_bytes(mostBytes)
 {
 }
 
@@ -111,6 +85,36 @@ QString MarkupResources::styleSheet(const QUrl& url)
     }
     m_styleRules -= rules;
     return text;
+}
+
+QByteArray MarkupResources::bytesOf(const QUrl& url, qint64 largest)
+{
+    const QString scheme = url.scheme();
+    if (scheme == "data") {
+        const QByteArray payload = payloadOf(url);
+        return payload.size() <= largest ? payload : QByteArray();
+    }
+    if (scheme == "qrc") {
+        return bytesOfFile(':' + url.path(), largest);
+    }
+    if ((!scheme.isEmpty() && scheme != "file") || !url.host().isEmpty()) {
+        return QByteArray();
+    }
+    QUrl file = url;
+    file.setScheme("file");
+    return bytesOfFile(file.toLocalFile(), largest);
+}
+
+QByteArray MarkupResources::bytesOfFile(const QString& name, qint64 largest)
+{
+    QFile file(permittedFile(name));
+    const bool isSmall = file.size() <= qMin(largest, m_bytes);
+    if (file.fileName().isEmpty() || !isSmall || !file.open(QIODevice::ReadOnly)) {
+        return QByteArray();
+    }
+    const QByteArray bytes = file.read(largest);
+    m_bytes -= bytes.size();
+    return bytes;
 }
 
 QPixmap MarkupResources::decoded(QByteArray bytes)

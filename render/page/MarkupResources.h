@@ -12,8 +12,11 @@
 class MarkupResources
 {
 public:
+    /// Of all pictures of a text: a page of 210 by 297 mm at nearly 600 dots per inch.
+    static constexpr qint64 mostPixelsOfText = 32'000'000;
+
     /// `mostStyleRules`: how many rules the text's style sheets may have.
-    explicit MarkupResources(int mostStyleRules = 0);
+    explicit MarkupResources(int mostStyleRules = 0, qint64 mostPixels = mostPixelsOfText);
 
     /// A picture named by an URL, or null.
     QPixmap picture(const QUrl& url);
@@ -27,8 +30,12 @@ public:
     void setMostStyleRules(int most) { m_styleRules = most; }
 
 private:
+    QByteArray bytesOf(const QUrl& url, qint64 largest);
+    QByteArray bytesOfFile(const QString& name, qint64 largest);
     QPixmap decoded(QByteArray bytes);
 
+    // What is left of the bounds.
     int m_styleRules;
     qint64 m_pixels;
+    qint64 m_bytes;
 };

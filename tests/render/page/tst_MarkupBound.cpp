@@ -157,6 +157,7 @@ void tst_MarkupBound::costlyTextsLoseTheirMarkup_data()
     add("frames in frames", times(300, "<table style=\"-qt-table-type: frame\"><tr><td>"));
     add("many cells",
         "<table>" + times(100, ("<tr>" + times(40, "<td>x").toUtf8()).constData()) + "</table>");
+    add("many cells, spelled otherwise", times(1000, "<\"tr\">") + times(1000, "< 'td'>"));
     add("many columns", "<table><tr><td colspan=\"20000\">x</table>");
     add("many columns of numbers", "<table><tr><td colspan=\"&#50;0000\">x</table>");
     add("many columns, spelled otherwise", "<table><tr><td col&#x73;pan = 020000>x</table>");

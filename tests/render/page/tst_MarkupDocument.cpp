@@ -117,6 +117,7 @@ private slots:
     void loadsNoPictureWithTooManyPixels();
     void loadsNoPictureThroughAStyleSheet();
     void loadsOnlySoManyPixels();
+    void readsOnlySoManyBytes();
     void paintsAsTheToolkitDoes_data();
     void paintsAsTheToolkitDoes();
     void nothingTakesNoRoom();
@@ -306,6 +307,21 @@ void tst_MarkupDocument::loadsOnlySoManyPixels()
         loaded += resources.picture(name).isNull() ? 0 : 1;
     }
     QCOMPARE(loaded, 3);
+}
+
+void tst_MarkupDocument::readsOnlySoManyBytes()
+{
+    constexpr int megabyte = 1 << 20;
+    // A picture may end before its file does.
+    const QByteArray picture = pngOf(QSize(16, 16));
+    write(m_application->path("17.png"), picture + QByteArray(17 * megabyte, ' '));
+    write(m_application->path("12.png"), picture + QByteArray(12 * megabyte, ' '));
+    QVERIFY(MarkupResources().picture(QUrl("17.png")).isNull());
+    MarkupResources resources;
+    for (const bool isLoaded : {true, true, false}) {
+        QCOMPARE(resources.picture(QUrl("12.png")).isNull(), !isLoaded);
+    }
+    QVERIFY(!resources.picture(QUrl("blanks/red.png")).isNull());
 }
 
 void tst_MarkupDocument::paintsAsTheToolkitDoes_data()
