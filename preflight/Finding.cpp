@@ -6,6 +6,7 @@
 
 #include <cmath>
 
+#include "app/TerminalText.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -40,6 +41,8 @@ constexpr KindTexts kindTexts[] = {
      "last character not printed"},
     {Finding::Kind::ValueReadAsMarkup, "value-read-as-markup", "значение прочитано как разметка",
      "value read as markup"},
+    {Finding::Kind::TextNotWhole, "text-not-whole", "текст слишком велик для рамки",
+     "text too large for any frame"},
     {Finding::Kind::FontReplaced, "font-replaced", "шрифт заменён", "font replaced"},
     {Finding::Kind::QrModuleTooSmall, "qr-module-too-small", "QR-код слишком мелкий",
      "QR code too small"},
@@ -74,20 +77,6 @@ QString coordinates(const QPointF& point)
 {
     const QLocale locale = QLocale::system();
     return locale.toString(point.x(), 'f', 1) + "; " + locale.toString(point.y(), 'f', 1);
-}
-
-/// Without line ends, and without what a terminal would take for a command.
-QString onOneLine(QString text)
-{
-    for (QChar& c : text) {
-        const QChar::Category category = c.category();
-        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
-            category == QChar::Separator_Paragraph)
-        {
-            c = ' ';
-        }
-    }
-    return text;
 }
 
 /// A text in quotes, on one line and no longer than a line.
@@ -249,6 +238,11 @@ QString plainWords(const Finding& finding)
         return inUserLanguage("значение метки %1 напечатается не так, как записано: %2",
                               "the value of the tag %1 does not print as it stands: %2")
             .arg(finding.tag, quoted(finding.text));
+    case Finding::Kind::TextNotWhole:
+        return inUserLanguage("текст слишком длинный или в нём слишком много разметки: он "
+                              "напечатается без разметки и не дальше конца листа",
+                              "the text is too long or has too much markup: it prints without "
+                              "markup, and as far as it fits a page");
     case Finding::Kind::FontReplaced:
         return inUserLanguage("нет шрифта %1, вместо него %2",
                               "there is no font %1, %2 takes its place")

@@ -17,6 +17,7 @@
 #include "preflight/TextFrameCheck.h"
 #include "render/QrPixmap.h"
 #include "render/TagExpansion.h"
+#include "render/page/FrameLabel.h"
 #include "render/page/QrPixmapItem.h"
 
 namespace {
@@ -191,6 +192,7 @@ void PageCheck::checkItem(const PageItem& item, const TagCheck& tags)
     }
     checkTags(item, tags);
     checkMarkup(item, tags);
+    checkBound(item);
     const TextFrameCheck text(item, m_unitLength, *m_recorder);
     for (const Finding& finding : text.findings()) {
         addOfDocument(item, finding);
@@ -258,6 +260,15 @@ void PageCheck::checkMarkup(const PageItem& item, const TagCheck& tags)
         finding.kind = Finding::Kind::ValueReadAsMarkup;
         finding.tag = value.tag;
         finding.text = value.text;
+        addOfDocument(item, finding);
+    }
+}
+
+void PageCheck::checkBound(const PageItem& item)
+{
+    if (!item.frame.label->isWhole()) {
+        Finding finding;
+        finding.kind = Finding::Kind::TextNotWhole;
         addOfDocument(item, finding);
     }
 }

@@ -72,6 +72,7 @@ private:
     void checkSymbol(const PageItem& item, const TagCheck& tags);
     void checkTags(const PageItem& item, const TagCheck& tags);
     void checkMarkup(const PageItem& item, const TagCheck& tags);
+    void checkBound(const PageItem& item);
     void checkEdges(const PageItem& item, const PrintedInk& printed);
     void checkEdge(const PageItem& item, const QRectF& ink, Finding::Kind kind, const QRectF& area);
     bool isKnown(const PageItem& item, Finding::Side side) const;

@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 #include <QTextStream>
 
+#include "app/TerminalText.h"
 #include "tools/UserLanguage.h"
 
 JobResult CheckJob::run()
@@ -48,7 +49,7 @@ void CheckJob::write(const Finding& finding)
         return;
     }
     m_out << (m_isFirst ? "\n" : ",\n")
-          << QString::fromUtf8(QJsonDocument(finding.toJson()).toJson(QJsonDocument::Compact));
+          << jsonForTerminal(QJsonDocument(finding.toJson()).toJson(QJsonDocument::Compact));
     m_isFirst = false;
 }
 

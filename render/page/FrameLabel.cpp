@@ -7,6 +7,9 @@
 #include <QTextOption>
 #include <QtMath>
 
+#include "render/page/MarkupBound.h"
+#include "render/page/MarkupDocument.h"
+
 namespace {
 
 bool hasMarkup(const QString& text)
@@ -32,10 +35,27 @@ QSizeF unbrokenSize(const QString& text, const QFont& font, qreal lineSpacing)
 
 } // namespace
 
-FrameLabel::FrameLabel()
+FrameLabel::FrameLabel(const QString& text)
 {
-    m_pageDocument.setUndoRedoEnabled(false);
-    m_pageDocument.setDocumentMargin(0);
+    setText(text);
+}
+
+void FrameLabel::setText(const QString& text)
+{
+    const BoundedMarkup markup = boundedMarkup(text);
+    m_isWhole = markup.isWhole;
+    if (markup.text == QLabel::text()) {
+        return;
+    }
+    QLabel::setText(markup.text);
+    if (!hasElements(markup.text)) {
+        return;
+    }
+    m_isGuarded = true;
+    // The label fills its document when it is first measured or painted.
+    if (auto* document = findChild<QTextDocument*>()) {
+        MarkupDocument::guard(*document, markup.text);
+    }
 }
 
 void FrameLabel::setAvailableSize(const QSizeF& size, const QString& text, qreal lineSpacing)
@@ -54,22 +74,34 @@ void FrameLabel::setAvailableSize(const QSizeF& size, const QString& text, qreal
 const QTextDocument& FrameLabel::pageDocument()
 {
     const double width = contentsRect().width();
-    if (!m_documentText.isNull() && m_documentText == text() &&
-        m_pageDocument.textWidth() == width && m_pageDocument.defaultFont() == font())
+    if (!m_pageDocument || m_documentText != text() || m_pageDocument->textWidth() != width ||
+        m_pageDocument->defaultFont() != font())
     {
-        return m_pageDocument;
+        layOutPageDocument(width);
     }
+    return *m_pageDocument;
+}
+
+void FrameLabel::layOutPageDocument(double width)
+{
+    if (!m_pageDocument || m_isGuarded) {
+        m_pageDocument = std::make_unique<QTextDocument>();
+        m_pageDocument->setUndoRedoEnabled(false);
+        m_pageDocument->setDocumentMargin(0);
+    }
+    m_pageDocument->clear();
     // Before the text: each of these would lay it out anew.
     QTextOption option(alignment());
     option.setWrapMode(wordWrap() ? QTextOption::WordWrap : QTextOption::ManualWrap);
     option.setTextDirection(layoutDirection());
-    m_pageDocument.clear();
-    m_pageDocument.setDefaultFont(font());
-    m_pageDocument.setDefaultTextOption(option);
-    m_pageDocument.setTextWidth(width);
+    m_pageDocument->setDefaultFont(font());
+    m_pageDocument->setDefaultTextOption(option);
+    m_pageDocument->setTextWidth(width);
     m_documentText = text();
-    m_pageDocument.setHtml(m_documentText);
-    return m_pageDocument;
+    if (m_isGuarded) {
+        MarkupDocument::guard(*m_pageDocument, m_documentText);
+    }
+    m_pageDocument->setHtml(m_documentText);
 }
 
 void FrameLabel::paintOnPage(QPainter& painter, const QRect& exposed)

@@ -4,6 +4,8 @@
 #include <QSizeF>
 #include <QTextDocument>
 
+#include <memory>
+
 #include "render/page/PageWidget.h"
 #include "render/vector/PagePaintable.h"
 
@@ -14,7 +16,16 @@
 class FrameLabel : public PageWidget<QLabel>, public PagePaintable
 {
 public:
-    FrameLabel();
+    explicit FrameLabel(const QString& text = QString());
+
+    /// Shows the text, which may be of anybody: bounded, and loading only what markup may load.
+    void setText(const QString& text);
+
+    /// False if the end of the text or its markup had to be left out.
+    bool isWhole() const { return m_isWhole; }
+
+    /// False if what the text has loaded would be there for the next one too.
+    bool takesAnotherText() const { return !m_isGuarded; }
 
     /// Tells the label, alone in its frame and in its font, what the frame's layout leaves for it,
     /// in scene units, before it gets a text. `text` is that text without the markup around it,
@@ -30,10 +41,13 @@ public:
     QSize sizeHint() const override;
 
 private:
+    void layOutPageDocument(double width);
     QRect textRect(const QTextDocument& document) const;
 
-    bool m_fits = false; // surely; else the hints are the toolkit's
+    bool m_isWhole = true;
+    bool m_isGuarded = false; // the text may load something
+    bool m_fits = false;      // surely; else the hints are the toolkit's
     QSize m_available;
-    QTextDocument m_pageDocument;
+    std::unique_ptr<QTextDocument> m_pageDocument;
     QString m_documentText; // that the document has now
 };

@@ -9,7 +9,8 @@
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
 #include "render/TagExpansion.h"
-#include "render/page/PageBackground.h"
+#include "render/page/FrameLabel.h"
+#include "render/page/PagePicture.h"
 #include "render/page/QrPixmapItem.h"
 #include "render/page/TableFrame.h"
 #include "render/page/TextFrame.h"
@@ -140,8 +141,7 @@ QPixmap PageBuilder::loadBackground() const
     if (m_blank.background.isNull()) {
         return QPixmap();
     }
-    return loadPageBackground(appFilePath(m_blank.background.toString()),
-                              m_blank.paper().pageSize());
+    return loadPagePicture(appFilePath(m_blank.background.toString()), m_blank.paper().pageSize());
 }
 
 QJsonObject PageBuilder::docFieldOf(const PageItem& item) const
@@ -159,7 +159,7 @@ bool PageBuilder::canRefill() const
     return std::all_of(m_items.cbegin(), m_items.cend(), [this](const PageItem& item) {
         const QJsonObject docField = docFieldOf(item);
         if (!isTable(item, docField)) {
-            return item.frame.table == nullptr;
+            return !item.frame.table && (item.symbol || item.frame.label->takesAnotherText());
         }
         return item.frame.table &&
                item.frame.columnWidths.size() == docField["columns"].toArray().size();
