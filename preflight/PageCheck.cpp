@@ -38,8 +38,9 @@ bool hasText(const QJsonArray& row)
 
 } // namespace
 
-PageCheck::PageCheck()
-    : m_recorder(std::make_unique<InkRecorder>())
+PageCheck::PageCheck(std::shared_ptr<PageSet> pages)
+    : m_pages(pages ? std::move(pages) : std::make_shared<PageSet>())
+    , m_recorder(std::make_unique<InkRecorder>())
 {
 }
 
@@ -60,7 +61,7 @@ bool PageCheck::check(const QVariant& document, const QVariant& blank)
     m_findings.clear();
     m_frames.clear();
     m_page = nullptr;
-    const PageBuilder* page = m_pages.build(document, blank);
+    const PageBuilder* page = m_pages->build(document, blank);
     if (page) {
         check(*page);
     }

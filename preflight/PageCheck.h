@@ -22,7 +22,9 @@ class TagCheck;
 class PageCheck
 {
 public:
-    PageCheck();
+    /// Lays documents out on pages of its own, or on those that are given, so that who prints them
+    /// next finds them laid out.
+    explicit PageCheck(std::shared_ptr<PageSet> pages = nullptr);
     ~PageCheck();
 
     /// The margins on which the printer cannot print, in millimetres; 0 by default.
@@ -82,7 +84,7 @@ private:
     QRectF onSheet(const QRectF& onPage) const;
     QRectF fromSheet(const QRectF& onSheet) const;
 
-    PageSet m_pages;
+    std::shared_ptr<PageSet> m_pages;
     const PageBuilder* m_page = nullptr;
     QMarginsF m_margins;
     std::unique_ptr<QPrinter> m_printer; // whose margins count; null: m_margins as they are

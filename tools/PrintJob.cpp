@@ -8,11 +8,9 @@
 
 #include <algorithm>
 
-#include "preflight/PageCheck.h"
 #include "printing/BlankChoice.h"
 #include "printing/PdfFile.h"
 #include "render/page/PagePrinter.h"
-#include "tools/CheckSummary.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -29,6 +27,8 @@ bool holdsBack(const Finding& finding)
 PrintJob::PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
     : DocumentJob(options, out, err)
     , m_names(options.namePattern())
+    , m_pages(std::make_shared<PageSet>())
+    , m_check(m_pages)
 {
 }
 
@@ -69,45 +69,66 @@ bool PrintJob::prepareTarget()
     return false;
 }
 
+bool PrintJob::isChecked() const
+{
+    return m_selection.documents().size() >= 2 || m_options.isStrict();
+}
+
 bool PrintJob::checkBeforehand()
 {
-    if (m_selection.documents().size() < 2 && !m_options.isStrict()) {
+    if (!isChecked()) {
         return true;
     }
-    PageCheck check;
-    CheckSummary summary;
-    if (!prepare(check)) {
+    if (!prepare(m_check)) {
         return false;
     }
-    const bool isWhole = forEachDocument([&](const PrintDocument& document) {
-        const BlankChoice blank = chooseBlank(document.id, m_options.blank());
-        if (blank.id.isNull() || !check.check(document.id, blank.id)) {
-            return; // the printing will say why
-        }
-        const QVector<Finding> findings = check.findings();
-        summary.add(findings);
-        if (m_options.isStrict() && std::any_of(findings.cbegin(), findings.cend(), holdsBack)) {
-            m_withFindings << document.id.toString();
-        }
-    });
-    if (!isWhole) {
+    if (m_commonFile) {
+        return true; // each page just before it is printed: the file gets its name only at the end
+    }
+    if (!forEachDocument([this](const PrintDocument& document) { check(document); })) {
         reportInterruption(0);
         return false;
     }
-    m_out << summary.words();
-    if (summary.findings() > 0) {
-        m_out << " (" << summary.kindWords() << ')';
+    tellFindings();
+    return true;
+}
+
+void PrintJob::check(const PrintDocument& document)
+{
+    const BlankChoice blank = chooseBlank(document.id, m_options.blank());
+    if (blank.id.isNull() || !m_check.check(document.id, blank.id)) {
+        return; // the printing will say why
+    }
+    const QVector<Finding>& findings = m_check.findings();
+    m_summary.add(findings);
+    if (m_options.isStrict() && std::any_of(findings.cbegin(), findings.cend(), holdsBack)) {
+        m_withFindings << document.id.toString();
+    }
+}
+
+void PrintJob::tellFindings()
+{
+    m_out << m_summary.words();
+    if (m_summary.findings() > 0) {
+        m_out << " (" << m_summary.kindWords() << ')';
     }
     m_out << '\n';
     m_out.flush();
-    return true;
 }
 
 int PrintJob::printAll()
 {
+    const bool isCheckedNow = m_commonFile && isChecked();
     int printed = 0;
-    const bool isWhole = forEachDocument(
-        [&](const PrintDocument& document) { printed += !m_isStopped && print(document) ? 1 : 0; });
+    const bool isWhole = forEachDocument([&](const PrintDocument& document) {
+        if (isCheckedNow) {
+            check(document);
+        }
+        printed += !m_isStopped && print(document) ? 1 : 0;
+    });
+    if (isWhole && isCheckedNow) {
+        tellFindings();
+    }
     if (!isWhole && !m_isStopped) {
         reportInterruption(m_commonFile ? 0 : printed);
         m_isStopped = true;
@@ -143,7 +164,7 @@ bool PrintJob::buildPage(const PrintDocument& document)
     if (blank.isNull()) {
         return false;
     }
-    m_page = m_pages.build(document.id, blank);
+    m_page = m_pages->build(document.id, blank);
     if (!m_page) {
         reportUnreadable(document);
     }
