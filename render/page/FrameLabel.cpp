@@ -89,14 +89,20 @@ void FrameLabel::layOutPageDocument(double width)
         m_pageDocument->setUndoRedoEnabled(false);
         m_pageDocument->setDocumentMargin(0);
     }
-    m_pageDocument->clear();
-    // Before the text: each of these would lay it out anew.
     QTextOption option(alignment());
     option.setWrapMode(wordWrap() ? QTextOption::WordWrap : QTextOption::ManualWrap);
     option.setTextDirection(layoutDirection());
-    m_pageDocument->setDefaultFont(font());
-    m_pageDocument->setDefaultTextOption(option);
-    m_pageDocument->setTextWidth(width);
+    const QTextOption known = m_pageDocument->defaultTextOption();
+    if (m_pageDocument->textWidth() != width || m_pageDocument->defaultFont() != font() ||
+        known.alignment() != option.alignment() || known.wrapMode() != option.wrapMode() ||
+        known.textDirection() != option.textDirection())
+    {
+        // Without a text: each of these would lay it out anew.
+        m_pageDocument->clear();
+        m_pageDocument->setDefaultFont(font());
+        m_pageDocument->setDefaultTextOption(option);
+        m_pageDocument->setTextWidth(width);
+    }
     m_documentText = text();
     if (m_isGuarded) {
         MarkupDocument::guard(*m_pageDocument, m_documentText);
