@@ -471,7 +471,8 @@ void ExportDlg::importRows(QSqlQuery& form, QSqlQuery& templateQuery, const Impo
     for (int row = request.firstRow; row <= request.lastRow; ++row) {
         const QString emptyCell = importer.readRow(row);
         if (!emptyCell.isEmpty()) {
-            QMessageBox::information(this, "Внимание!", "Ошибка чтения: ячейка " + emptyCell,
+            QMessageBox::information(this, "Внимание!",
+                                     plainMessage("Ошибка чтения: ячейка " + emptyCell),
                                      QMessageBox::Ok);
         }
         QSqlQuery insert;

@@ -27,6 +27,7 @@ constexpr KindName kindNames[] = {
     {Finding::Kind::TagEmpty, "tag-empty"},
     {Finding::Kind::TailDropped, "tail-dropped"},
     {Finding::Kind::ValueReadAsMarkup, "value-read-as-markup"},
+    {Finding::Kind::TextNotWhole, "text-not-whole"},
     {Finding::Kind::FontReplaced, "font-replaced"},
     {Finding::Kind::QrModuleTooSmall, "qr-module-too-small"},
     {Finding::Kind::QrRefused, "qr-refused"},

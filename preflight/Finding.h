@@ -32,6 +32,7 @@ struct Finding
         TagEmpty,          ///< a tag that prints nothing
         TailDropped,       ///< a single character behind the last tag
         ValueReadAsMarkup, ///< a value that prints otherwise than it stands
+        TextNotWhole,      ///< so long, or with so much markup, that not all of it is laid out
         FontReplaced,      ///< a font that the system does not have
         QrModuleTooSmall,  ///< too small on paper to be read surely
         QrRefused,         ///< a text that makes no symbol, so that nothing is printed

@@ -17,6 +17,7 @@
 #include "preflight/TextFrameCheck.h"
 #include "render/QrPixmap.h"
 #include "render/TagExpansion.h"
+#include "render/page/FrameLabel.h"
 #include "render/page/QrPixmapItem.h"
 
 namespace {
@@ -37,8 +38,9 @@ bool hasText(const QJsonArray& row)
 
 } // namespace
 
-PageCheck::PageCheck()
-    : m_recorder(std::make_unique<InkRecorder>())
+PageCheck::PageCheck(std::shared_ptr<PageSet> pages)
+    : m_pages(pages ? std::move(pages) : std::make_shared<PageSet>())
+    , m_recorder(std::make_unique<InkRecorder>())
 {
 }
 
@@ -59,7 +61,7 @@ bool PageCheck::check(const QVariant& document, const QVariant& blank)
     m_findings.clear();
     m_frames.clear();
     m_page = nullptr;
-    const PageBuilder* page = m_pages.build(document, blank);
+    const PageBuilder* page = m_pages->build(document, blank);
     if (page) {
         check(*page);
     }
@@ -183,6 +185,7 @@ void PageCheck::checkItem(const PageItem& item, const TagCheck& tags)
     }
     checkTags(item, tags);
     checkMarkup(item, tags);
+    checkBound(item);
     const TextFrameCheck text(item, m_unitLength, *m_recorder);
     for (const Finding& finding : text.findings()) {
         addOfDocument(item, finding);
@@ -270,6 +273,15 @@ void PageCheck::checkMarkup(const PageItem& item, const TagCheck& tags)
         finding.kind = Finding::Kind::ValueReadAsMarkup;
         finding.tag = value.tag;
         finding.text = value.text;
+        addOfDocument(item, finding);
+    }
+}
+
+void PageCheck::checkBound(const PageItem& item)
+{
+    if (!item.frame.label->isWhole()) {
+        Finding finding;
+        finding.kind = Finding::Kind::TextNotWhole;
         addOfDocument(item, finding);
     }
 }

@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QTextStream>
 
+#include "app/TerminalText.h"
 #include "sample/SampleDirectory.h"
 #include "sample/StandardContent.h"
 #include "store/Schema.h"
@@ -46,7 +47,7 @@ QString helpText()
 
 int fail(QTextStream& err, const QString& reason)
 {
-    err << "zelvora-db: " << reason << '\n';
+    err << "zelvora-db: " << onOneLine(reason) << '\n';
     return failure;
 }
 
@@ -81,7 +82,7 @@ int create(const QString& path, QTextStream& out, QTextStream& err)
         return fail(err,
                     inUserLanguage("база данных не создана: ", "no database was made: ") + error);
     }
-    out << inUserLanguage("Создана база данных ", "Made the database ") << path << '\n';
+    out << inUserLanguage("Создана база данных ", "Made the database ") << onOneLine(path) << '\n';
     return success;
 }
 
@@ -92,8 +93,8 @@ int sample(const QString& path, QTextStream& out, QTextStream& err)
     if (result != SampleResult::Done) {
         return fail(err, whyNoSample(result) + detail);
     }
-    out << inUserLanguage("Учебный пример создан в каталоге ", "Made the sample in ") << path
-        << '\n';
+    out << inUserLanguage("Учебный пример создан в каталоге ", "Made the sample in ")
+        << onOneLine(path) << '\n';
     return success;
 }
 
@@ -104,13 +105,13 @@ int check(const QString& path, QTextStream& out, QTextStream& err)
         return fail(err, check.error());
     }
     for (const QString& finding : check.findings()) {
-        out << finding << '\n';
+        out << onOneLine(finding) << '\n';
     }
     if (!check.findings().isEmpty()) {
         out << inUserLanguage("Найдено ошибок: ", "Findings: ") << check.findings().size() << '\n';
         return findingsExist;
     }
-    out << inUserLanguage("Ошибок не найдено: ", "Nothing found: ") << path << '\n';
+    out << inUserLanguage("Ошибок не найдено: ", "Nothing found: ") << onOneLine(path) << '\n';
     return success;
 }
 
@@ -137,8 +138,8 @@ int runDatabaseTool(const QStringList& arguments, QTextStream& out, QTextStream&
     if (command == "check") {
         return check(path, out, err);
     }
-    err << "zelvora-db: " << inUserLanguage("неизвестная команда: ", "unknown command: ") << command
-        << '\n'
+    err << "zelvora-db: " << inUserLanguage("неизвестная команда: ", "unknown command: ")
+        << onOneLine(command) << '\n'
         << helpText();
     return failure;
 }

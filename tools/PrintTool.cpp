@@ -3,6 +3,7 @@
 #include <QTextStream>
 
 #include "app/AppHelpers.h"
+#include "app/TerminalText.h"
 #include "store/DataBase.h"
 #include "store/OrgData.h"
 #include "tools/CalibrationJob.h"
@@ -21,7 +22,7 @@ constexpr int failure = 2;
 
 int fail(QTextStream& err, const QString& reason)
 {
-    err << "zelvora-print: " << reason << '\n';
+    err << "zelvora-print: " << onOneLine(reason) << '\n';
     return failure;
 }
 

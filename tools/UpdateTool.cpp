@@ -5,6 +5,7 @@
 #include <QSaveFile>
 #include <QTextStream>
 
+#include "app/TerminalText.h"
 #include "app/WholeFile.h"
 #include "store/UpdatePackage.h"
 #include "tools/UpdateManifest.h"
@@ -40,7 +41,7 @@ QString helpText()
 
 int fail(QTextStream& err, const QString& reason)
 {
-    err << "zelvora-update: " << reason << '\n';
+    err << "zelvora-update: " << onOneLine(reason) << '\n';
     return failure;
 }
 
@@ -71,7 +72,7 @@ int make(const QString& manifestPath, const QString& packagePath, QTextStream& o
         return failOnFile(err, packagePath, file);
     }
     out << inUserLanguage("Создан пакет %1, частей: %2", "Made the package %1, parts: %2")
-               .arg(packagePath)
+               .arg(onOneLine(packagePath))
                .arg(package.parts.size())
         << '\n';
     return success;
@@ -86,7 +87,7 @@ int show(const QString& packagePath, QTextStream& out, QTextStream& err)
     QDataStream stream(&file);
     UpdatePackage package;
     const bool whole = readUpdatePackage(stream, package);
-    out << QString::fromUtf8(manifestFromPackage(package));
+    out << jsonForTerminal(manifestFromPackage(package));
     if (!whole) {
         return fail(err, packagePath + ": " +
                              inUserLanguage("пакет обрывается после части %1",

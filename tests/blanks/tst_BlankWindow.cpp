@@ -52,6 +52,7 @@ private slots:
     void pageSize();
     void pageOfNoWidth();
     void backgroundIsScaledIntoTheSize();
+    void backgroundThatIsTooLarge();
     void missingBackgroundIsNoError();
     void contentWithoutItems_data();
     void contentWithoutItems();
@@ -463,6 +464,28 @@ void tst_BlankWindow::backgroundIsScaledIntoTheSize()
     QCOMPARE(background->pos(), QPointF(0, 0));
     QCOMPARE(background->pixmap().size(), QSize(1122, 374));
     QCOMPARE(background->pixmap().toImage().pixelColor(500, 200), QColor(Qt::red));
+}
+
+void tst_BlankWindow::backgroundThatIsTooLarge()
+{
+    QImage scan(25000, 25000, QImage::Format_Mono);
+    scan.fill(0);
+    QVERIFY(scan.save(app->path("large.png")));
+    scan = QImage(10, 10, QImage::Format_Mono);
+    QVERIFY(scan.save(app->path("scan.png")));
+    BlankRow pixels;
+    pixels.background = "large.png";
+    BlankRow page;
+    page.width = 100000; // millimetres
+    page.height = 100000;
+    page.background = "scan.png";
+    for (const BlankRow& row : {pixels, page}) {
+        open(row);
+        const QList<QGraphicsItem*> items = scene()->items(Qt::AscendingOrder);
+        QCOMPARE(items.size(), 2);
+        auto* background = qgraphicsitem_cast<QGraphicsPixmapItem*>(items.last());
+        QVERIFY(background && background->pixmap().isNull());
+    }
 }
 
 void tst_BlankWindow::missingBackgroundIsNoError()

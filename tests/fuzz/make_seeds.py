@@ -157,6 +157,27 @@ def tag_texts():
     return {f"text_{i:02}": text.encode() + b"\0" + values + b"\0" + content for i, text in enumerate(texts)}
 
 
+def markup_values():
+    table = "<table><tr><td>"
+    texts = {
+        "plain": "Иванов & сыновья < 5",
+        "words": "<b>А</b><i>Б<br>В</i>&nbsp;&#1046;",
+        "table": "<table border=1 width='100%'><tr><td colspan=2>a<tr><td rowspan=3>b<th>c</table>",
+        "tables": table * 4 + "x",
+        "too_many_tables": table * 300 + "x",
+        "floats": "<table style='float:left'><tr><td>x</table>" * 60,
+        "bold": "<b>" * 3000 + "x",
+        "columns": "<table><tr><td colspan='&#50;0000'>x",
+        "lists": "<ul><li>a<ol type=A><li>b</ol></ul><dl><dt>c<dd>d</dl>",
+        "styles": "<style>@import url(a.css); b{color:red}</style><link type='text/css' href='a.css'/><b>x</b>",
+        "pictures": "<img src=/dev/zero><img src='//a/b' align=left><img src=':/splash.png' width=20 height=9999>",
+        "data": "<img src='data:image/bmp;base64,Qk0='><td background='data:,x'>",
+        "backgrounds": "<p style=\"line-height: 1; background-image: url(file:///dev/zero)\">x",
+        "broken": "<b <i <!-- <td title='><table>\" &#x; </p></table> </td>",
+    }
+    return {name: text.encode() for name, text in texts.items()}
+
+
 def qr_texts():
     # Level, version and mask stand one, one and two above the argument that they give.
     def call(level, version, extend, mask, text):
@@ -263,6 +284,7 @@ def main():
         "fuzz_blank_content": blank_contents(),
         "fuzz_document_content": document_contents(),
         "fuzz_form_fields": form_fields(),
+        "fuzz_markup": markup_values(),
         "fuzz_qr_text": qr_texts(),
         "fuzz_tag_expansion": tag_texts(),
         "fuzz_update_package": update_packages(),

@@ -199,6 +199,13 @@ void tst_FindingWords::everyKind_data()
          R"({"tag": "#ORG_REGION"})");
     text("tail", named(Kind::TailDropped, "."), "the last character “.” is not printed",
          "последний знак «.» не печатается", "tail-dropped", R"({"tag": "."})");
+    text(
+        "not whole", plain(Kind::TextNotWhole),
+        "the text is too long or has too much markup: it prints without markup, and as far as it "
+        "fits a page",
+        "текст слишком длинный или в нём слишком много разметки: он напечатается без разметки и не "
+        "дальше конца листа",
+        "text-not-whole", "{}");
     text("markup", named(Kind::ValueReadAsMarkup, "#LNAME", "A&amp;B"),
          "the value of the tag #LNAME does not print as it stands: “A&amp;B”",
          "значение метки #LNAME напечатается не так, как записано: «A&amp;B»",
@@ -264,6 +271,7 @@ void tst_FindingWords::captions_data()
     row(Kind::TagEmpty, "tag without a value", "метка без значения");
     row(Kind::TailDropped, "last character not printed", "последний знак не печатается");
     row(Kind::ValueReadAsMarkup, "value read as markup", "значение прочитано как разметка");
+    row(Kind::TextNotWhole, "text too large for any frame", "текст слишком велик для рамки");
     row(Kind::FontReplaced, "font replaced", "шрифт заменён");
     row(Kind::QrModuleTooSmall, "QR code too small", "QR-код слишком мелкий");
     row(Kind::QrRefused, "no QR code", "QR-код не напечатается");

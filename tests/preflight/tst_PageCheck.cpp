@@ -8,6 +8,10 @@
 #include "preflight/FindingWords.h"
 #include "support/CheckedPage.h"
 
+#ifdef Q_OS_LINUX
+#include <sys/stat.h>
+#endif
+
 namespace {
 
 using Kind = Finding::Kind;
@@ -84,6 +88,9 @@ private slots:
     void marginsThatMeet();
     void inkThatIsClippedAway();
     void oneLineOfWords();
+    void markupOpensNoPipe();
+    void textsThatAreNotWhole_data();
+    void textsThatAreNotWhole();
     void lengthsBeyondAllPaper();
     void symbolAtTheEdge();
     void tags();
@@ -563,6 +570,64 @@ void tst_PageCheck::inkThatIsClippedAway()
     marks.removeFirst();
     const PrintedInk hidden = {marks, QRectF()};
     QVERIFY(hidden.bounds().isNull() && hidden.roughBounds().isNull());
+}
+
+/// Neither the check nor the print waits for a file that a value names, and both load a picture.
+void tst_PageCheck::markupOpensNoPipe()
+{
+#ifdef Q_OS_LINUX
+    CheckedPage sheet;
+    QCOMPARE(mkfifo(QFile::encodeName(sheet.path("pipe")).constData(), S_IRUSR | S_IWUSR), 0);
+    QImage black(30, 20, QImage::Format_RGB32);
+    black.fill(Qt::black);
+    QVERIFY(black.save(sheet.path("black.png")));
+    const QString outside = "<img src=\"%1\"><table background=\"%1\"><tr><td>&nbsp;</table>"
+                            "<link type=\"text/css\" href=\"%1\"/>"
+                            "<style>@import url(%1);</style><b style=\"background: url(%1)\"></b>";
+    sheet.check(
+        {textItem("#A", QRectF(100, 100, 300, 100)), textItem("#B", QRectF(500, 100, 300, 100))},
+        {{"BACKGROUND_IMG", "pipe"}},
+        {{"#A", valueEntry(FieldType::string, outside.arg(sheet.path("pipe")))},
+         {"#B", valueEntry(FieldType::string, "<img src=\"black.png\">")}});
+    QCOMPARE(ofKind(sheet.pageCheck.findings(), Kind::BackgroundMissing).size(), 1);
+    QCOMPARE(ofKind(sheet.pageCheck.findings(), Kind::ValueReadAsMarkup).size(), 2);
+    const QRectF ink = sheet.print().ink();
+    COMPARE_MM(ink.width(), 30 * unit);
+    COMPARE_MM(ink.height(), 20 * unit);
+    QVERIFY(ink.left() > 500 * unit);
+#else
+    QSKIP("no pipes with names here");
+#endif
+}
+
+void tst_PageCheck::textsThatAreNotWhole_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<bool>("isWhole");
+    QTest::newRow("short") << "<b>Иванов</b>" << true;
+    QTest::newRow("long") << QString("слово ").repeated(5000) << true;
+    QTest::newRow("too long") << QString("слово ").repeated(6000) << false;
+    QTest::newRow("too many elements") << QString("<b>").repeated(10900) + "Иванов" << false;
+    QTest::newRow("tables in tables") << QString("<table><tr><td>").repeated(300) + "x" << false;
+}
+
+void tst_PageCheck::textsThatAreNotWhole()
+{
+    QFETCH(QString, value);
+    QFETCH(bool, isWhole);
+    CheckedPage sheet;
+    const QVector<Finding> findings = ofKind(
+        sheet.check({textItem("#NOTE", QRectF(100, 100, 400, 40)),
+                     textItem("#LNAME", QRectF(100, 300, 400, 40))},
+                    {}, {{"#NOTE", valueEntry(FieldType::string, value)}}, {{"LNAME", "Иванов"}}),
+        Kind::TextNotWhole);
+    QCOMPARE(findings.size(), isWhole ? 0 : 1);
+    if (!isWhole) {
+        QCOMPARE(findings[0].item, 1);
+        QVERIFY(findings[0].severity == Severity::Error && !findings[0].isOfBlank());
+        QCOMPARE(findings[0].toJson()["kind"].toString(), QString("text-not-whole"));
+        QVERIFY(findings[0].what().contains("too long or has too much markup"));
+    }
 }
 
 void tst_PageCheck::oneLineOfWords()

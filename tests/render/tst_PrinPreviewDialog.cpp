@@ -518,6 +518,8 @@ void tst_PrinPreviewDialog::markup_data()
                                   << "Иванов";
     QTest::newRow("empty") << ""
                            << "";
+    QTest::newRow("picture") << "<img src=\"blanks/scan.png\">"
+                             << "<img src=\"blanks/scan.png\">";
 }
 
 void tst_PrinPreviewDialog::markup()

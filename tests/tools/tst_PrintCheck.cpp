@@ -56,6 +56,7 @@ private slots:
     void amountsInTheUsersNotation();
     void json();
     void jsonOfCleanDocuments();
+    void nothingForATerminal();
     void ofTheBlankOnce();
     void emptyValues();
     void margins();
@@ -174,6 +175,30 @@ void tst_PrintCheck::jsonOfCleanDocuments()
     QCOMPARE(result.exitCode, clean);
     QCOMPARE(fromJson(result.out, "j == {'documents': 3, 'checked': 3, 'findings': []}"),
              QString("True"));
+}
+
+void tst_PrintCheck::nothingForATerminal()
+{
+    PrintDirectory directory;
+    directory.exec("UPDATE blanks SET NAME = 'A' || char(27) || '[2J' || char(155) || '2J'");
+    directory.exec("UPDATE docs SET LNAME = '<b>' || char(27) || '[2J' || char(155) || '2J'");
+    const auto isHarmless = [](const QByteArray& text) {
+        return !text.contains('\x1b') && !text.contains("\xc2\x9b") && text.contains("2J");
+    };
+    const ProcessResult words = directory.print({"--check", "--id", "1"});
+    QVERIFY2(isHarmless(words.out), words.out.constData());
+    const ProcessResult json = directory.print({"--check", "--json", "--id", "1"});
+    QVERIFY2(isHarmless(json.out), json.out.constData());
+    QCOMPARE(fromJson(json.out, "j['findings'][0]['blank']['name'] == 'A\\x1b[2J\\x9b2J'"),
+             QString("True"));
+    const ProcessResult unknown = directory.print({"--check", "--all", "--blank", "B\x1b[2J"});
+    QVERIFY2(isHarmless(unknown.err), unknown.err.constData());
+    const ProcessResult option = directory.print({"--che\x1b[2Jck"});
+    QVERIFY2(isHarmless(option.err), option.err.constData());
+    const QString file = directory.path("sheet\x1b[2J.pdf");
+    const ProcessResult printed = directory.print({"--id", "1", "--output", file});
+    QVERIFY2(isHarmless(printed.out), printed.out.constData());
+    QVERIFY(QFile::exists(file));
 }
 
 void tst_PrintCheck::ofTheBlankOnce()
