@@ -7,6 +7,7 @@
 
 #include <xlsxdocument.h>
 
+#include "app/WholeFile.h"
 #include "exchange/package/PackageLimits.h"
 #include "exchange/package/WorkbookRebuild.h"
 
@@ -18,7 +19,6 @@ constexpr double dayMost = 2958466; // the first day behind the year 9999
 /// not opened: a pipe would never end.
 QByteArray fileBytes(const QString& path, QString* error)
 {
-    constexpr qint64 largest = 1 << 28;
     QFile file(path);
     QString reason;
     if (!QFileInfo(path).isFile()) {
@@ -29,7 +29,11 @@ QByteArray fileBytes(const QString& path, QString* error)
         reason = "the file is too large";
     }
     if (reason.isEmpty()) {
-        return file.read(PackageLimits::fileSize);
+        const QByteArray bytes = file.read(PackageLimits::fileSize);
+        if (file.error() == QFileDevice::NoError) {
+            return bytes;
+        }
+        reason = file.errorString();
     }
     if (error) {
         *error = reason;

@@ -16,6 +16,7 @@
 #include "blanks/BlankWindow.h"
 #include "blanks/ZelvoraView.h"
 #include "fuzz/FuzzSupport.h"
+#include "preflight/FindingWords.h"
 #include "preflight/PageCheck.h"
 #include "render/PrinPreviewDialog.h"
 
@@ -97,7 +98,7 @@ void checkPrint(Fixture& fixture, const QByteArray& content, uint number)
     varyPaper(number);
     require(fixture.check.check(docId, blankId), "a page that can be read is checked");
     for (const Finding& finding : fixture.check.findings()) {
-        require(!finding.words().isEmpty(), "what is found can be said");
+        require(!FindingWords().sentence(finding).isEmpty(), "what is found can be said");
     }
     PrinPreviewDialog& preview = *fixture.preview;
     if (preview.buildScene(preview.pageScene(), docId, blankId)) {

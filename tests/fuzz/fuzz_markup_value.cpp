@@ -13,6 +13,7 @@
 
 #include "documents/MainWindow.h"
 #include "fuzz/FuzzSupport.h"
+#include "preflight/FindingWords.h"
 #include "preflight/PageCheck.h"
 #include "render/PrinPreviewDialog.h"
 
@@ -81,7 +82,7 @@ void tryInput(const QByteArray& input)
     if (qHash(input, 0) % checkedShare == 0) {
         require(fixture->check.check(docId, blankId), "a page is checked");
         for (const Finding& finding : fixture->check.findings()) {
-            require(!finding.words().isEmpty(), "what is found can be said");
+            require(!FindingWords().sentence(finding).isEmpty(), "what is found can be said");
         }
     }
     require(sqlValue("SELECT CONTENT FROM docs WHERE ID = 1").toByteArray() == content,

@@ -200,7 +200,7 @@ void tst_FindingWords::everyKind_data()
     text("tail", named(Kind::TailDropped, "."), "the last character “.” is not printed",
          "последний знак «.» не печатается", "tail-dropped", R"({"tag": "."})");
     text(
-        "not whole", plain(Kind::TextNotWhole),
+        "not whole", finding(Kind::TextNotWhole),
         "the text is too long or has too much markup: it prints without markup, and as far as it "
         "fits a page",
         "текст слишком длинный или в нём слишком много разметки: он напечатается без разметки и не "

@@ -383,7 +383,7 @@ void tst_PageCheck::brokenLinesKeepTheirBlanks()
     QCOMPARE(findings.size(), 1);
     QCOMPARE(findings[0].kind, Kind::TableCellCut);
     QVERIFY2(findings[0].printed.startsWith(words), qPrintable(findings[0].printed));
-    QVERIFY(findings[0].words().contains(", “" + words));
+    QVERIFY(FindingWords().sentence(findings[0]).contains(", “" + words));
 }
 
 void tst_PageCheck::tableColumnOutsideFrame()
@@ -626,7 +626,7 @@ void tst_PageCheck::textsThatAreNotWhole()
         QCOMPARE(findings[0].item, 1);
         QVERIFY(findings[0].severity == Severity::Error && !findings[0].isOfBlank());
         QCOMPARE(findings[0].toJson()["kind"].toString(), QString("text-not-whole"));
-        QVERIFY(findings[0].what().contains("too long or has too much markup"));
+        QVERIFY(FindingWords().what(findings[0]).contains("too long or has too much markup"));
     }
 }
 
@@ -891,7 +891,7 @@ void tst_PageCheck::emptyValues()
     QCOMPARE(findings[1].tag, QString("#ORG_REGION"));
     QVERIFY(findings[1].isOfBlank()); // whatever document it prints
     QCOMPARE(findings[2].item, 3);
-    QCOMPARE(findings[0].words().section(": ", 1),
+    QCOMPARE(FindingWords().sentence(findings[0]).section(": ", 1),
              QString("the tag #MNAME has no value: nothing is printed"));
 }
 
