@@ -4,6 +4,8 @@
 #include <QJsonValue>
 #include <QTreeWidget>
 
+#include "app/AppHelpers.h"
+
 namespace {
 
 struct Tag
@@ -38,7 +40,7 @@ QTreeWidgetItem* addGroup(QTreeWidget* tree, const QString& caption)
 void addLeaf(QTreeWidgetItem* group, const QString& caption, const QString& tag)
 {
     auto* leaf = new QTreeWidgetItem(group, {caption});
-    leaf->setToolTip(0, caption); // the tree is narrow
+    leaf->setToolTip(0, plainMessage(caption)); // the tree is narrow
     leaf->setData(tagColumn, Qt::UserRole, tag);
 }
 

@@ -8,6 +8,8 @@
 #include <QStyleOptionComboBox>
 #include <QToolTip>
 
+#include "app/AppHelpers.h"
+
 LongItems::LongItems(QComboBox* combo)
     : QObject(combo)
     , m_combo(combo)
@@ -34,8 +36,8 @@ bool LongItems::eventFilter(QObject* watched, QEvent* event)
         widenPopUp();
     }
     if (watched == m_combo && event->type() == QEvent::ToolTip && !showsWholeText()) {
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), m_combo->currentText(),
-                           m_combo);
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
+                           plainMessage(m_combo->currentText()), m_combo);
         return true;
     }
     return QObject::eventFilter(watched, event);
@@ -44,7 +46,7 @@ bool LongItems::eventFilter(QObject* watched, QEvent* event)
 void LongItems::setToolTips(int first, int last)
 {
     for (int i = first; i <= last; ++i) {
-        m_combo->setItemData(i, m_combo->itemText(i), Qt::ToolTipRole);
+        m_combo->setItemData(i, plainMessage(m_combo->itemText(i)), Qt::ToolTipRole);
     }
 }
 

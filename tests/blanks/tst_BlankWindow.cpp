@@ -48,6 +48,7 @@ private slots:
     void panesOpenAsToldAndCanBeDragged();
     void propertiesFitTheirPane();
     void treeRowsAndToolTips();
+    void toolTipOfANameWithMarkup();
     void pageSize_data();
     void pageSize();
     void pageOfNoWidth();
@@ -399,6 +400,19 @@ void tst_BlankWindow::treeRowsAndToolTips()
     QCOMPARE(tree->visualItemRect(leaf).height(), 30);
     QCOMPARE(tree->visualItemRect(tree->topLevelItem(0)).height(), 30);
     QCOMPARE(leaf->toolTip(0), leaf->text(0));
+}
+
+void tst_BlankWindow::toolTipOfANameWithMarkup()
+{
+    const QString name = "Оценка <img src='/dev/zero'>";
+    const QJsonObject fields = {{"fields", QJsonArray{QJsonObject{{"name", name}}}}};
+    app->exec("UPDATE forms SET FIELDS = ?", {QJsonDocument(fields).toJson()});
+    open({});
+    const QTreeWidgetItem* leaf = find<QTreeWidget>("blankTree")->topLevelItem(2)->child(0);
+    QCOMPARE(leaf->text(0), name);
+    QTextDocument shown;
+    shown.setHtml(leaf->toolTip(0));
+    QCOMPARE(shown.toPlainText().replace(QChar::Nbsp, ' '), name);
 }
 
 void tst_BlankWindow::pageSize_data()

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QScreen>
+#include <QTextDocument>
 #include <QToolTip>
 
 #include <memory>
@@ -27,6 +28,7 @@ private slots:
     void itemsHaveTheirTextAsToolTip();
     void cutTextHasAToolTip();
     void wholeTextKeepsTheCombosToolTip();
+    void markupIsText();
 
 private:
     void hover() const;
@@ -124,6 +126,20 @@ void tst_LongItems::wholeTextKeepsTheCombosToolTip()
     m_combo->setToolTip("Форма");
     hover();
     QCOMPARE(QToolTip::text(), QString("Форма"));
+}
+
+void tst_LongItems::markupIsText()
+{
+    const QString name = "Диплом <img src='/dev/zero'> " + QString(60, 'W');
+    m_combo->addItem(name);
+    m_combo->setCurrentIndex(1);
+    hover();
+    for (const QString& tip : {QToolTip::text(), m_combo->itemData(1, Qt::ToolTipRole).toString()})
+    {
+        QTextDocument shown;
+        shown.setHtml(tip);
+        QCOMPARE(shown.toPlainText().replace(QChar::Nbsp, ' '), name);
+    }
 }
 
 QTEST_MAIN(tst_LongItems)
