@@ -63,7 +63,7 @@ void FrameLabel::setAvailableSize(const QSizeF& size, const QString& text, qreal
     constexpr int rounding = 2; // what the toolkit may round up in each direction
     m_available = size.toSize();
     m_fits = false;
-    if (hasMarkup(text)) {
+    if (hasMarkup(text) || !boundedMarkup(text).isWhole) {
         return;
     }
     const QSizeF needed = unbrokenSize(text, font(), lineSpacing);

@@ -43,7 +43,7 @@ QStringList description(const PageBuilder& builder)
             line += box(item.frame.stroke->geometry());
         }
         if (item.frame.label) {
-            line += item.frame.label->text();
+            line += item.frame.label->text() + (item.frame.label->isWhole() ? "" : " not whole");
         }
         if (const QTableWidget* table = item.frame.table) {
             line += box(QRectF(table->viewport()->geometry()));
@@ -231,6 +231,7 @@ private slots:
     void widgetsStay();
     void changedBlankIsLaidOutAnew();
     void printedPageIsPutBack();
+    void textsOfAnySizeAndMarkup();
     void unreadableDocument();
 
 private:
@@ -370,6 +371,32 @@ void tst_PageRefill::printedPageIsPutBack()
     QCOMPARE(builder.items()[1].graphicsItem()->pos(), QPointF(500, 50.1));
     builder.items()[0].graphicsItem()->moveBy(5, 5);
     compare(builder, app.addDocument({}, {{"LNAME", "Петров"}}), blank);
+}
+
+void tst_PageRefill::textsOfAnySizeAndMarkup()
+{
+    constexpr int mostCharacters = 1 << 15; // of a text that is shown whole
+    PrintFixture app;
+    QImage picture(20, 20, QImage::Format_RGB32);
+    picture.fill(Qt::black);
+    QVERIFY(picture.save(app.path("mark.png")));
+    const QString mark = "<img src=\"mark.png\"> и слово";
+    const QString tooLong = QString("слово ").repeated(6000);
+    const QVariant blank = app.addBlank({blankItem(0, "№ #A", QRectF(50, 50, 300, 60)),
+                                         blankItem(2, "#T", QRectF(50, 200, 300, 200))});
+    const auto document = [&app](const QString& text) {
+        return app.addDocument({{"#A", valueEntry(0, text)}, {"#T", tableEntry({{text, "x"}})}});
+    };
+    QGraphicsScene page;
+    PageBuilder builder;
+    QVERIFY(builder.build(&page, document("Первый"), blank, nullptr));
+    for (const QString& text : {mark, QString("Второй"), tooLong, mark + '.',
+                                QString("<b>").repeated(3000) + "Третий", QString("Четвёртый")})
+    {
+        compare(builder, document(text), blank);
+        QCOMPARE(builder.items()[0].frame.label->isWhole(), text.size() < 5000);
+        QCOMPARE(builder.items()[1].frame.table->item(0, 0)->text(), text.left(mostCharacters));
+    }
 }
 
 void tst_PageRefill::unreadableDocument()
