@@ -655,7 +655,8 @@ void Pictures::messages()
                          [this](QMessageBox* box) { take(box, "update-error"); });
 
     changeSample("DELETE FROM blanks WHERE FORM_ID = " + QString::number(diplomaForm));
-    PrinPreviewDialog preview(diplomaDocument);
+    MainWindow window;
+    PrinPreviewDialog preview(diplomaDocument, &window);
     inModal<QMessageBox>([&] { preview.exec(); },
                          [this](QMessageBox* box) { take(box, "no-blank"); });
 }
