@@ -92,7 +92,11 @@ SheetOutcome BatchOutput::addCopies(PdfFile& file, const PrintSheet& sheet, Shee
 
 SheetOutcome BatchOutput::printToFile(const PrintSheet& sheet, SheetPage& page)
 {
-    PdfFile file(QDir(m_target.place).filePath(m_names.nameFor(sheet.document)));
+    const std::optional<QString> name = m_names.nameFor(sheet.document);
+    if (!name) {
+        return failed(SheetOutcome::Reason::Unreadable);
+    }
+    PdfFile file(QDir(m_target.place).filePath(*name));
     if (!file.open()) {
         return failed(SheetOutcome::Reason::FileRefused, file.path());
     }

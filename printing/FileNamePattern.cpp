@@ -113,26 +113,34 @@ bool FileNamePattern::parse(const QString& pattern)
     return !isInside;
 }
 
-QString FileNamePattern::nameFor(const PrintDocument& document)
+std::optional<QString> FileNamePattern::nameFor(const PrintDocument& document)
 {
-    const QString stem = stemFor(document);
-    const QString key = stem.toCaseFolded();
-    QString name = cutToBytes(stem, mostBytes - m_suffix.size()) + m_suffix;
+    const std::optional<QString> stem = stemFor(document);
+    if (!stem) {
+        return std::nullopt;
+    }
+    const QString key = stem->toCaseFolded();
+    QString name = cutToBytes(*stem, mostBytes - m_suffix.size()) + m_suffix;
     for (int number = qMax(m_lastNumber.value(key), 1); m_given.contains(name.toCaseFolded());) {
         m_lastNumber[key] = ++number;
         const QString tail = QString(" (%1)").arg(number) + m_suffix;
-        name = cutToBytes(stem, mostBytes - tail.size()) + tail;
+        name = cutToBytes(*stem, mostBytes - tail.size()) + tail;
     }
     m_given.insert(name.toCaseFolded());
     return name;
 }
 
-QString FileNamePattern::stemFor(const PrintDocument& document) const
+std::optional<QString> FileNamePattern::stemFor(const PrintDocument& document) const
 {
     DocumentTags tags(document.id);
     QString text;
     for (const Piece& piece : m_pieces) {
-        text += piece.isExpanded ? tags.expand(piece.text, nullptr) : piece.text;
+        const std::optional<QString> part =
+            piece.isExpanded ? tags.tryExpand(piece.text, nullptr) : piece.text;
+        if (!part) {
+            return std::nullopt;
+        }
+        text += *part;
     }
     // One form for letters that can be written as one character or as two.
     QString stem = withoutForbidden(text.normalized(QString::NormalizationForm_C)).trimmed();

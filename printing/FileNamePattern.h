@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVector>
 
+#include <optional>
+
 #include "printing/PrintDocument.h"
 
 /// Names of the files that a batch writes into one folder. In a pattern such as
@@ -22,8 +24,8 @@ public:
     bool isValid() const { return m_isValid; }
 
     /// A new name for a document of the open database. One that was given before gets " (2)" and
-    /// so on; one of which nothing is left becomes the ID.
-    QString nameFor(const PrintDocument& document);
+    /// so on; one of which nothing is left becomes the ID. None if the document can't be read.
+    std::optional<QString> nameFor(const PrintDocument& document);
 
 private:
     struct Piece
@@ -33,7 +35,7 @@ private:
     };
 
     bool parse(const QString& pattern);
-    QString stemFor(const PrintDocument& document) const;
+    std::optional<QString> stemFor(const PrintDocument& document) const;
 
     QString m_suffix;
     QVector<Piece> m_pieces;

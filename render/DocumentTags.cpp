@@ -13,11 +13,16 @@ DocumentTags::DocumentTags(const QVariant& docId)
 
 QString DocumentTags::expand(const QString& text, QString* error)
 {
+    return tryExpand(text, error).value_or(text);
+}
+
+std::optional<QString> DocumentTags::tryExpand(const QString& text, QString* error)
+{
     if (!m_isPrepared || !m_query.exec() || !m_query.next()) {
         if (error) {
             *error = m_query.lastError().text();
         }
-        return text;
+        return std::nullopt;
     }
     if (takeRow()) {
         m_values = documentTagValues(m_query);

@@ -6,6 +6,8 @@
 #include <QVariant>
 #include <QVector>
 
+#include <optional>
+
 /// Expands many texts for one stored document. Each text reads the document anew, by a statement
 /// that is prepared once; what is made of the row is made anew only when the row has changed.
 class DocumentTags
@@ -16,6 +18,9 @@ public:
     /// expandTags() for the document. If it cannot be read, the text comes back unchanged and the
     /// driver's text goes into `error` (may be null).
     QString expand(const QString& text, QString* error);
+
+    /// The same, but nothing if the document cannot be read.
+    std::optional<QString> tryExpand(const QString& text, QString* error);
 
 private:
     /// Takes over the query's current row; true if it differs from the one before.
