@@ -2,7 +2,8 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
+
+#include "app/TargetFile.h"
 
 bool writeNewFile(const QString& path, const std::function<QByteArray()>& content, QString* error)
 {
@@ -10,9 +11,9 @@ bool writeNewFile(const QString& path, const std::function<QByteArray()>& conten
         return true;
     }
     QDir().mkpath(QFileInfo(path).path());
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(content());
+    TargetFile file(path, TargetFile::Links::Replace);
+    if (file.open()) {
+        file.device().write(content());
         if (file.commit()) {
             return true;
         }

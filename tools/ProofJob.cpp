@@ -1,8 +1,9 @@
 #include "tools/ProofJob.h"
 
 #include <QDir>
-#include <QSaveFile>
+#include <QFileInfo>
 
+#include "app/TargetFile.h"
 #include "preflight/PageCheck.h"
 #include "preflight/ProofPicture.h"
 #include "printing/BatchCheck.h"
@@ -50,6 +51,7 @@ void ProofJob::sheetNotChecked(int sheet, const SheetOutcome& outcome)
 bool ProofJob::prepareTarget()
 {
     if (m_options.target() == PrintOptions::Target::OneFile) {
+        removeLeftovers(QFileInfo(m_options.output()).path());
         if (m_sheets.size() > 1) {
             report(inUserLanguage("документов несколько: рисункам нужен каталог",
                                   "there are several documents: the pictures need a folder"));
@@ -57,6 +59,7 @@ bool ProofJob::prepareTarget()
         }
         return true;
     }
+    removeLeftovers(m_options.output());
     return makeFolder();
 }
 
@@ -76,8 +79,8 @@ bool ProofJob::write(const PrintDocument& document, PageCheck& check)
             path);
         return false;
     }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit()) {
+    TargetFile file(path, isOneFile ? TargetFile::Links::Follow : TargetFile::Links::Replace);
+    if (!file.open() || !picture.save(&file.device(), "PNG") || !file.commit()) {
         reportUnwritable(path);
         return false;
     }

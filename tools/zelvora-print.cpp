@@ -4,7 +4,6 @@
 #include <cstdio>
 
 #include "tools/Display.h"
-#include "tools/Interruption.h"
 #include "tools/PrintTool.h"
 #include "tools/UserLanguage.h"
 
@@ -24,7 +23,6 @@ void writeLog(QtMsgType type, const QMessageLogContext&, const QString& message)
 int main(int argc, char* argv[])
 {
     qInstallMessageHandler(writeLog);
-    watchForInterruption();
     useNoDisplay();
     const QApplication app(argc, argv);
     QTextStream out(stdout);
