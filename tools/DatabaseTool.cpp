@@ -71,9 +71,14 @@ QString whyNoSample(SampleResult result)
     return QString();
 }
 
+QString noPathGiven()
+{
+    return inUserLanguage("не указан файл или каталог", "no file or folder is named");
+}
+
 int create(const QString& path, QTextStream& out, QTextStream& err)
 {
-    if (QFileInfo::exists(path)) {
+    if (QFileInfo::exists(path) || QFileInfo(path).isSymLink()) {
         return fail(err, fileExists() + path);
     }
     QString error;
@@ -103,6 +108,12 @@ int check(const QString& path, QTextStream& out, QTextStream& err)
     if (!check.run()) {
         return fail(err, check.error());
     }
+    if (check.hasWaitingChange()) {
+        out << inUserLanguage("Последнее изменение базы прервано; его отменит следующее открытие. "
+                              "Проверено то, что останется.\n",
+                              "The last change of the database was interrupted; the next opening "
+                              "will undo it. What will remain was checked.\n");
+    }
     for (const QString& finding : check.findings()) {
         out << finding << '\n';
     }
@@ -128,6 +139,9 @@ int runDatabaseTool(const QStringList& arguments, QTextStream& out, QTextStream&
     }
     const QString& command = arguments[0];
     const QString& path = arguments[1];
+    if (path.isEmpty()) {
+        return fail(err, noPathGiven()); // a script's variable may be unset
+    }
     if (command == "create") {
         return create(path, out, err);
     }
