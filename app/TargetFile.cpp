@@ -15,7 +15,7 @@ bool isLeftover(const QString& name)
     // journal.
     static const QRegularExpression ours("^(\\.zelvora-([0-9a-f]{32}\\.[a-z]+(\\.[A-Za-z]{6})?"
                                          "|[A-Za-z]{6}\\.pdf)"
-                                         "|.+\\.[0-9a-f]{32}\\.new)(-journal)?$");
+                                         "|.+\\.[0-9a-f]{32}\\.new)(-journal|-wal|-shm)?$");
     return ours.match(name).hasMatch();
 }
 

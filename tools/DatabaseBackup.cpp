@@ -119,7 +119,9 @@ DatabaseBackup::Result DatabaseBackup::make()
     if (result == Result::Made) {
         result = giveName(part);
     }
-    QFile::remove(part);
+    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
+        QFile::remove(part + suffix);
+    }
     return result;
 }
 
@@ -165,10 +167,14 @@ DatabaseBackup::Result DatabaseBackup::copyTo(const QString& part)
     if (isInterrupted()) {
         return Result::Interrupted;
     }
-    if (state == SQLITE_DONE && outcome == SQLITE_OK) {
-        return Result::Made;
+    if (state != SQLITE_DONE || outcome != SQLITE_OK) {
+        return fail(m_database + ": " + QString::fromUtf8(sqlite3_errstr(state)));
     }
-    return fail(m_database + ": " + QString::fromUtf8(sqlite3_errstr(state)));
+    // An archive is one file, even of a database that keeps its newest changes in another.
+    if (!to.run("PRAGMA journal_mode = DELETE", rows)) {
+        return fail(part + ": " + to.message());
+    }
+    return Result::Made;
 }
 
 DatabaseBackup::Result DatabaseBackup::check(const QString& part)

@@ -53,6 +53,7 @@ private slots:
     void oldestBeyondAreRemoved();
     void onlyOwnNamesAreRemoved();
     void changeOnItsWayIsNotInIt();
+    void newestChangesInAnotherFileAreInIt();
     void heldDatabaseIsWaitedForAndReported();
     void interruptedChangeIsNotInIt();
     void whatIsNoSoundDatabaseIsRefused_data();
@@ -241,6 +242,22 @@ void tst_Backup::changeOnItsWayIsNotInIt()
     QCOMPARE(archives().size(), 1);
     QCOMPARE(sqlite(path("archives/" + archives().first()), documents), QString("Иванов"));
     QCOMPARE(sqlite(path("docs.db"), documents), QString());
+}
+
+void tst_Backup::newestChangesInAnotherFileAreInIt()
+{
+    const ProcessResult result =
+        runPython("import sqlite3, subprocess, sys\n"
+                  "log = sqlite3.connect(sys.argv[1], isolation_level=None)\n"
+                  "log.execute('PRAGMA journal_mode = WAL')\n"
+                  "log.execute(\"INSERT INTO docs (LNAME) VALUES ('Петрова')\")\n"
+                  "sys.exit(subprocess.run(sys.argv[2:]).returncode)\n",
+                  {path("docs.db"), program, "backup", path("docs.db"), path("archives")});
+    QVERIFY2(result.exitCode == 0, result.err.constData());
+    QCOMPARE(archives().size(), 1);
+    const QString archive = path("archives/" + archives().first());
+    QCOMPARE(sqlite(archive, "PRAGMA journal_mode"), QString("delete"));
+    QCOMPARE(sqlite(archive, documents), QString("Иванов,Петрова"));
 }
 
 void tst_Backup::heldDatabaseIsWaitedForAndReported()
