@@ -5,8 +5,12 @@
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 
+#include "app/AppHelpers.h"
+#include "documents/Archive.h"
+#include "store/DataBase.h"
 #include "support/InterruptedChange.h"
 #include "support/Process.h"
 
@@ -46,6 +50,7 @@ private slots:
     void init();
 
     void archiveHoldsTheDatabase();
+    void applicationTakesTheArchive();
     void nothingIsMadeIfNothingHasChanged();
     void archivesOfOneSecondAreAllKept();
     void clockThatWentBack_data();
@@ -135,6 +140,26 @@ void tst_Backup::archiveHoldsTheDatabase()
     QVERIFY(QFile::permissions(archive).testFlag(QFile::ReadGroup)); // as any file of the user
     QCOMPARE(contentOf(path("docs.db")), before);
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden), QStringList("docs.db"));
+}
+
+void tst_Backup::applicationTakesTheArchive()
+{
+    QCOMPARE(backup().exitCode, 0);
+    addDocument("Петрова");
+    setAppDirPath(m_dir->path());
+    QVERIFY(dataBase.open());
+    QVERIFY(replaceDatabase(path("archives/" + archives().first())));
+    QVERIFY(dataBase.open());
+    {
+        QSqlQuery query(documents);
+        QVERIFY(query.next());
+        QCOMPARE(query.value(0).toString(), QString("Иванов"));
+        // And goes on with it.
+        QVERIFY(query.exec("INSERT INTO docs (LNAME, TEMPLATE) VALUES ('Сидоров', 0)"));
+    }
+    dataBase.close();
+    QCOMPARE(sqlite(path("docs.db"), documents), QString("Иванов,Сидоров"));
+    QCOMPARE(sqlite(path("docs_backup.db"), documents), QString("Иванов,Петрова"));
 }
 
 void tst_Backup::nothingIsMadeIfNothingHasChanged()
