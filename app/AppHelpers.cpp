@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTextDocument>
 
 const QString appVersion = QStringLiteral(ZELVORA_VERSION);
 const QString appBuildLabel = QStringLiteral("64 bit");
@@ -32,6 +33,11 @@ void setAppDirPath(const QString& path)
 QString appFilePath(const QString& relative)
 {
     return appDirPath() + "/" + relative;
+}
+
+QString plainMessage(const QString& text)
+{
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
 }
 
 bool askYesNo(const QString& text, QWidget* parent)

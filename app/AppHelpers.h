@@ -21,6 +21,10 @@ void setAppDirPath(const QString& path);
 /// Full path of a file below the application directory: its path, "/" and `relative`.
 QString appFilePath(const QString& relative);
 
+/// A text for a message box that holds a text of others, such as a driver's message: it shows as it
+/// stands, and what looks like markup is none, which could load files.
+QString plainMessage(const QString& text);
+
 /// Asks a question in a modal box with "Да" and "Нет"; true only if "Да" was clicked. Enter and
 /// Escape mean "Нет".
 bool askYesNo(const QString& text, QWidget* parent);

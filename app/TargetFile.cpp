@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <QUuid>
 
+#include "app/WholeFile.h"
+
 namespace {
 
 bool isLeftover(const QString& name)
@@ -50,8 +52,7 @@ bool TargetFile::open()
 
 bool TargetFile::commit()
 {
-    // Without the flush a failure to write what is still held back would be overlooked.
-    if (!m_file.flush() || !m_file.commit()) {
+    if (!commitWhole(m_file)) {
         return false;
     }
     if (!m_replacesLink) {

@@ -19,6 +19,7 @@
 #include "blanks/BlankFormatDialog.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/BlankWindow.h"
+#include "render/page/PagePicture.h"
 #include "store/SqlLog.h"
 #include "ui_BlankDlg.h"
 
@@ -329,8 +330,8 @@ QString BlankDlg::formName(const QVariant& formId) const
 
 void BlankDlg::showBackground(const QString& path)
 {
-    QPixmap picture;
-    if (picture.load(appFilePath(path))) {
+    QPixmap picture = loadPicture(appFilePath(path));
+    if (!picture.isNull()) {
         picture = picture.scaled(ui->backgroundView->size(), Qt::KeepAspectRatio,
                                  Qt::SmoothTransformation);
     }

@@ -28,6 +28,7 @@
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
 #include "render/page/PageFont.h"
+#include "render/page/PagePicture.h"
 #include "render/page/PageUnits.h"
 #include "store/JsonColumn.h"
 #include "store/SqlLog.h"
@@ -71,15 +72,6 @@ void setSize(QFont& font, int points)
     if (points > 0) {
         font.setPointSize(points);
     }
-}
-
-QPixmap scaledBackground(const QString& file, const QSize& size)
-{
-    QPixmap picture;
-    if (!picture.load(appFilePath(file))) {
-        return QPixmap();
-    }
-    return picture.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
 QSize pageSize(const QSqlQuery& blank)
@@ -230,6 +222,7 @@ void BlankWindow::loadBlank()
                     QString::number(blankId) + ";"))
     {
         logSqlFailure("Unable to execute select from blanks", query);
+        isUnread = true;
         return;
     }
     if (!query.next()) {
@@ -255,7 +248,8 @@ void BlankWindow::buildPage(const QSqlQuery& blank)
     scene->clear();
     scene->setSceneRect(page);
     scene->addRect(page, QPen(Qt::black), QBrush(Qt::white));
-    scene->addPixmap(scaledBackground(blank.value("BACKGROUND_IMG").toString(), backgroundSize));
+    const QString background = appFilePath(blank.value("BACKGROUND_IMG").toString());
+    scene->addPixmap(loadPagePicture(background, backgroundSize));
 }
 
 void BlankWindow::loadBlankTree()
@@ -353,6 +347,11 @@ QGraphicsRectItem* BlankWindow::addFrame(const QJsonObject& item, QGraphicsItem*
 
 bool BlankWindow::saveBlank()
 {
+    if (isUnread) {
+        // The page is empty because the stored one could not be read, and must not replace it.
+        QMessageBox::about(this, "Ошибка", "Ошибка сохранения бланка: SQL Error");
+        return false;
+    }
     QJsonArray fields;
     // kept: topmost first, though items are added in the order of the array: each save turns it
     // round.

@@ -15,10 +15,13 @@ QString archiveFolder();
 QString newArchivePath();
 
 /// Copies the live database to `target`; the connection stays as it is. False if it could not be
-/// copied, for example because a file of that name exists, which is then left alone.
+/// copied, for example because a file of that name exists, which is then left alone, or because a
+/// failing disk keeps the live file from being whole.
 bool saveArchive(const QString& target);
 
 /// Closes the connection, moves the live database to "docs_backup.db", in place of the one before,
-/// and puts a copy of `archive` in its stead. False if there is no copy: then no live database
-/// stands, and the backup holds the data. The caller opens the connection again in either case.
+/// and puts a copy of `archive` in its stead. False if there is no copy: then the data stand in the
+/// backup, or, if the live file could not be moved, where they stood. Without a live file the
+/// backup stays as it is, and so does everything if the archive is the backup that would have to
+/// go. The caller opens the connection again in any case.
 bool replaceDatabase(const QString& archive);

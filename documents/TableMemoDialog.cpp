@@ -11,6 +11,7 @@
 
 #include <algorithm>
 
+#include "app/AppHelpers.h"
 #include "app/AppStyle.h"
 #include "app/widgets/ClickGuard.h"
 #include "app/widgets/RowFitPause.h"
@@ -254,7 +255,7 @@ void TableMemoDialog::showListError(const QString& text)
         return;
     }
     listErrorNoticeArmed = false;
-    QMessageBox::about(this, "Ошибка получения списка", text);
+    QMessageBox::about(this, "Ошибка получения списка", plainMessage(text));
 }
 
 void rearmListErrorNotice()

@@ -101,6 +101,9 @@ bool isOnSheet(const QXlsx::CellReference& cell)
 QString areasFromNames(QStringView names)
 {
     QStringList areas;
+    if (names.size() > PackageLimits::areas) {
+        return QString();
+    }
     const QStringList parts = names.toString().split(' ', Qt::SkipEmptyParts);
     for (const QString& part : parts) {
         const int colon = part.indexOf(':');

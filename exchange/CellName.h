@@ -14,5 +14,6 @@ QXlsx::CellReference cellFromName(QStringView name);
 bool isOnSheet(const QXlsx::CellReference& cell);
 
 /// The areas that a text such as "A1:B2 D4" means, written with their upper left corner first.
-/// Those that name no cells of a sheet are left out; empty if none is left.
+/// Those that name no cells of a sheet are left out; empty if none is left, or if the text is
+/// longer than any that office programs write.
 QString areasFromNames(QStringView names);

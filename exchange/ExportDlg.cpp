@@ -272,6 +272,8 @@ void ExportDlg::selChange()
                     currentTemplateId.toString() + ";"))
     {
         logSqlFailure("Unable to execute select query", query);
+        loadingTemplate =
+            true; // what the widgets show is not of this template: no edit may store it
         return;
     }
     query.next();
@@ -423,7 +425,7 @@ void ExportDlg::exportDocuments(QSqlQuery& templateQuery, QSqlQuery& documents)
         return;
     }
     // kept: the result is not looked at; the message comes in any case.
-    workbook->saveAs(path);
+    saveWorkbook(*workbook, path);
     QMessageBox::information(this, "Экспорт данных",
                              "Документ\n" + path + "\nУспешно экспортирован", QMessageBox::Ok);
     accept();
@@ -469,7 +471,8 @@ void ExportDlg::importRows(QSqlQuery& form, QSqlQuery& templateQuery, const Impo
     for (int row = request.firstRow; row <= request.lastRow; ++row) {
         const QString emptyCell = importer.readRow(row);
         if (!emptyCell.isEmpty()) {
-            QMessageBox::information(this, "Внимание!", "Ошибка чтения: ячейка " + emptyCell,
+            QMessageBox::information(this, "Внимание!",
+                                     plainMessage("Ошибка чтения: ячейка " + emptyCell),
                                      QMessageBox::Ok);
         }
         QSqlQuery insert;

@@ -7,6 +7,7 @@
 
 #include <xlsxdocument.h>
 
+#include "app/WholeFile.h"
 #include "exchange/package/PackageLimits.h"
 #include "exchange/package/WorkbookRebuild.h"
 
@@ -28,7 +29,11 @@ QByteArray fileBytes(const QString& path, QString* error)
         reason = "the file is too large";
     }
     if (reason.isEmpty()) {
-        return file.read(PackageLimits::fileSize);
+        const QByteArray bytes = file.read(PackageLimits::fileSize);
+        if (file.error() == QFileDevice::NoError) {
+            return bytes;
+        }
+        reason = file.errorString();
     }
     if (error) {
         *error = reason;
@@ -76,6 +81,12 @@ std::unique_ptr<QXlsx::Document> workbookFromBytes(const QByteArray& file, QObje
     auto workbook = std::make_unique<QXlsx::Document>(&buffer, parent);
     selectFirstWorksheet(*workbook);
     return workbook;
+}
+
+bool saveWorkbook(QXlsx::Document& workbook, const QString& path)
+{
+    QBuffer package; // the library closes what it writes to
+    return workbook.saveAs(&package) && writeWholeFile(path, package.data());
 }
 
 void selectCurrentSheetOnly(QXlsx::Document& workbook)

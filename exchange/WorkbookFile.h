@@ -24,6 +24,9 @@ std::unique_ptr<QXlsx::Document> openWorkbook(const QString& path, QObject* pare
 std::unique_ptr<QXlsx::Document> workbookFromBytes(const QByteArray& file, QObject* parent,
                                                    QString* error = nullptr);
 
+/// Writes the workbook whole or not at all: until then an older file of the name stands as it was.
+bool saveWorkbook(QXlsx::Document& workbook, const QString& path);
+
 /// Leaves the current sheet as the only selected one. The library makes the first sheet current and
 /// keeps the others' marks, and programs change all selected sheets at once.
 void selectCurrentSheetOnly(QXlsx::Document& workbook);

@@ -4,6 +4,7 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+#include "app/AppHelpers.h"
 #include "app/AppStyle.h"
 #include "app/widgets/LongItems.h"
 #include "ui_TableColumFormDialog.h"
@@ -41,7 +42,8 @@ void TableColumFormDialog::fillLists()
     QSqlQuery query;
     query.setForwardOnly(true);
     if (!query.exec("SELECT ID, LIST_NAME FROM lists")) {
-        QMessageBox::about(this, "Ошибка", "Ошибка SQL (lists): " + query.lastError().text());
+        QMessageBox::about(this, "Ошибка",
+                           plainMessage("Ошибка SQL (lists): " + query.lastError().text()));
         return;
     }
     while (query.next()) {

@@ -29,8 +29,10 @@ struct Finding
         OutsidePrintable,  ///< in the margin on which the printer cannot print
         TagNotExpanded,    ///< printed as it was written
         DateMissing,       ///< a date tag that prints zeros
+        TagEmpty,          ///< a tag that prints nothing
         TailDropped,       ///< a single character behind the last tag
         ValueReadAsMarkup, ///< a value that prints otherwise than it stands
+        TextNotWhole,      ///< so long, or with so much markup, that not all of it is laid out
         FontReplaced,      ///< a font that the system does not have
         QrModuleTooSmall,  ///< too small on paper to be read surely
         QrRefused,         ///< a text that makes no symbol, so that nothing is printed

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 
+#include "app/TerminalText.h"
 #include "preflight/LengthText.h"
 
 namespace {
@@ -25,8 +26,10 @@ constexpr KindCaption kindCaptions[] = {
     {Finding::Kind::OutsidePrintable, "на полях принтера", "in the printer's margin"},
     {Finding::Kind::TagNotExpanded, "метка не заменена", "tag not replaced"},
     {Finding::Kind::DateMissing, "нет даты", "no date"},
+    {Finding::Kind::TagEmpty, "метка без значения", "tag without a value"},
     {Finding::Kind::TailDropped, "последний знак не печатается", "last character not printed"},
     {Finding::Kind::ValueReadAsMarkup, "значение прочитано как разметка", "value read as markup"},
+    {Finding::Kind::TextNotWhole, "текст слишком велик для рамки", "text too large for any frame"},
     {Finding::Kind::FontReplaced, "шрифт заменён", "font replaced"},
     {Finding::Kind::QrModuleTooSmall, "QR-код слишком мелкий", "QR code too small"},
     {Finding::Kind::QrRefused, "QR-код не напечатается", "no QR code"},
@@ -51,20 +54,6 @@ QString length(const QLocale& locale, double millimetres)
 QString coordinates(const QLocale& locale, const QPointF& point)
 {
     return lengthText(point.x(), 1, locale) + "; " + lengthText(point.y(), 1, locale);
-}
-
-/// Without line ends, and without what a terminal would take for a command.
-QString onOneLine(QString text)
-{
-    for (QChar& c : text) {
-        const QChar::Category category = c.category();
-        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
-            category == QChar::Separator_Paragraph)
-        {
-            c = ' ';
-        }
-    }
-    return text;
 }
 
 /// A text in quotes, on one line and no longer than a line.
@@ -204,6 +193,10 @@ QString plainWords(const QLocale& locale, const Finding& finding)
         return inLanguageOf(locale, "у метки %1 нет даты: напечатается %2",
                             "the tag %1 has no date: %2 is printed")
             .arg(finding.tag, quoted(locale, finding.text));
+    case Finding::Kind::TagEmpty:
+        return inLanguageOf(locale, "у метки %1 нет значения: ничего не напечатается",
+                            "the tag %1 has no value: nothing is printed")
+            .arg(finding.tag);
     case Finding::Kind::TailDropped:
         return inLanguageOf(locale, "последний знак %1 не печатается",
                             "the last character %1 is not printed")
@@ -212,6 +205,12 @@ QString plainWords(const QLocale& locale, const Finding& finding)
         return inLanguageOf(locale, "значение метки %1 напечатается не так, как записано: %2",
                             "the value of the tag %1 does not print as it stands: %2")
             .arg(finding.tag, quoted(locale, finding.text));
+    case Finding::Kind::TextNotWhole:
+        return inLanguageOf(locale,
+                            "текст слишком длинный или в нём слишком много разметки: он "
+                            "напечатается без разметки и не дальше конца листа",
+                            "the text is too long or has too much markup: it prints without "
+                            "markup, and as far as it fits a page");
     case Finding::Kind::FontReplaced:
         return inLanguageOf(locale, "нет шрифта %1, вместо него %2",
                             "there is no font %1, %2 takes its place")

@@ -6,6 +6,7 @@
 #include <QStyleOptionGraphicsItem>
 #include <QTextDocument>
 
+#include "preflight/LetterBoxes.h"
 #include "render/page/PageUnits.h"
 #include "render/vector/ClipTrackingEngine.h"
 
@@ -41,6 +42,9 @@ QRectF TextMark::ink() const
 
 QRectF TextMark::roughInk() const
 {
+    if (const std::optional<QRectF> letters = LetterBoxes::shared().around(text, font, advance)) {
+        return transform.mapRect(letters->translated(position));
+    }
     // A slanted letter leans out of its box, an accent may stand above it.
     const double slack = box.height() / 3;
     return box.adjusted(-slack, -slack, slack, slack);
@@ -71,6 +75,7 @@ public:
         mark.font = item.font();
         mark.position = position;
         mark.transform = state->transform();
+        mark.advance = item.width();
         mark.box = mark.transform.mapRect(QRectF(position.x(), position.y() - item.ascent(),
                                                  item.width(), item.ascent() + item.descent()));
         if (isClipped()) {

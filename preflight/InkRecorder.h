@@ -23,13 +23,15 @@ struct TextMark
     QFont font;
     QPointF position;           ///< start of its base line, before `transform`
     QTransform transform;       ///< to the page
+    double advance;             ///< before `transform`
     QRectF box;                 ///< of the font, not of the ink, on the page
     std::optional<QRectF> clip; ///< what of the page could be painted, if not all
 
     /// Bounding box of the glyphs on the page, clipped or not; null if they leave no ink.
     QRectF ink() const;
 
-    /// Box that holds ink(), found without looking at the glyphs.
+    /// Box that holds ink(), found without shaping the text: of plain letters it is no higher than
+    /// they are.
     QRectF roughInk() const;
 
     /// What the clip leaves of a box; null if nothing.

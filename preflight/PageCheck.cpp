@@ -17,6 +17,7 @@
 #include "preflight/TextFrameCheck.h"
 #include "render/QrPixmap.h"
 #include "render/TagExpansion.h"
+#include "render/page/FrameLabel.h"
 #include "render/page/QrPixmapItem.h"
 
 namespace {
@@ -37,8 +38,9 @@ bool hasText(const QJsonArray& row)
 
 } // namespace
 
-PageCheck::PageCheck()
-    : m_recorder(std::make_unique<InkRecorder>())
+PageCheck::PageCheck(std::shared_ptr<PageSet> pages)
+    : m_pages(pages ? std::move(pages) : std::make_shared<PageSet>())
+    , m_recorder(std::make_unique<InkRecorder>())
 {
 }
 
@@ -59,7 +61,7 @@ bool PageCheck::check(const QVariant& document, const QVariant& blank)
     m_findings.clear();
     m_frames.clear();
     m_page = nullptr;
-    const PageBuilder* page = m_pages.build(document, blank);
+    const PageBuilder* page = m_pages->build(document, blank);
     if (page) {
         check(*page);
     }
@@ -183,6 +185,7 @@ void PageCheck::checkItem(const PageItem& item, const TagCheck& tags)
     }
     checkTags(item, tags);
     checkMarkup(item, tags);
+    checkBound(item);
     const TextFrameCheck text(item, m_unitLength, *m_recorder);
     for (const Finding& finding : text.findings()) {
         addOfDocument(item, finding);
@@ -234,12 +237,32 @@ void PageCheck::checkTags(const PageItem& item, const TagCheck& tags)
         finding.text = dateToWords(QDate());
         addOfDocument(item, finding);
     }
+    checkEmptyTags(item, tags);
     Finding tail;
     tail.kind = Finding::Kind::TailDropped;
     tail.severity = Finding::Severity::Warning;
     tail.tag = tags.droppedTail(item.blankItem.value);
     if (!tail.tag.isEmpty()) {
         addOfBlank(&item, tail);
+    }
+}
+
+void PageCheck::checkEmptyTags(const PageItem& item, const TagCheck& tags)
+{
+    if (item.symbol && item.expandedText.isEmpty()) {
+        return; // it is refused, which says more
+    }
+    for (const QString& tag : tags.emptyTags(item.blankItem.value)) {
+        Finding finding;
+        finding.kind = Finding::Kind::TagEmpty;
+        finding.severity = Finding::Severity::Warning;
+        finding.tag = tag;
+        // The organisation is the same for every document.
+        if (tag.startsWith(QLatin1String("#ORG_")) && !m_docContent.contains(tag)) {
+            addOfBlank(&item, finding);
+        } else {
+            addOfDocument(item, finding);
+        }
     }
 }
 
@@ -250,6 +273,15 @@ void PageCheck::checkMarkup(const PageItem& item, const TagCheck& tags)
         finding.kind = Finding::Kind::ValueReadAsMarkup;
         finding.tag = value.tag;
         finding.text = value.text;
+        addOfDocument(item, finding);
+    }
+}
+
+void PageCheck::checkBound(const PageItem& item)
+{
+    if (!item.frame.label->isWhole()) {
+        Finding finding;
+        finding.kind = Finding::Kind::TextNotWhole;
         addOfDocument(item, finding);
     }
 }

@@ -22,7 +22,9 @@ class TagCheck;
 class PageCheck
 {
 public:
-    PageCheck();
+    /// Lays documents out on pages of its own, or on those that are given, so that who prints them
+    /// next finds them laid out.
+    explicit PageCheck(std::shared_ptr<PageSet> pages = nullptr);
     ~PageCheck();
 
     /// The margins on which the printer cannot print, in millimetres; 0 by default.
@@ -72,7 +74,9 @@ private:
     void checkItem(const PageItem& item, const TagCheck& tags);
     void checkSymbol(const PageItem& item, const TagCheck& tags);
     void checkTags(const PageItem& item, const TagCheck& tags);
+    void checkEmptyTags(const PageItem& item, const TagCheck& tags);
     void checkMarkup(const PageItem& item, const TagCheck& tags);
+    void checkBound(const PageItem& item);
     void checkEdges(const PageItem& item, const PrintedInk& printed);
     void checkEdge(const PageItem& item, const QRectF& ink, Finding::Kind kind, const QRectF& area);
     bool isKnown(const PageItem& item, Finding::Side side) const;
@@ -82,7 +86,7 @@ private:
     QRectF onSheet(const QRectF& onPage) const;
     QRectF fromSheet(const QRectF& onSheet) const;
 
-    PageSet m_pages;
+    std::shared_ptr<PageSet> m_pages;
     const PageBuilder* m_page = nullptr;
     QMarginsF m_margins;
     std::unique_ptr<QPrinter> m_printer; // whose margins count; null: m_margins as they are

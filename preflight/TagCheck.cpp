@@ -1,9 +1,10 @@
 #include "preflight/TagCheck.h"
 
 #include <QDate>
-#include <QTextDocument>
 
 #include "render/TagExpansion.h"
+#include "render/page/MarkupBound.h"
+#include "render/page/MarkupDocument.h"
 
 namespace {
 
@@ -37,8 +38,8 @@ QString withTagReplaced(const QString& text, const QString& tag, const QString& 
 /// What the rich text engine shows of a text item's finished text, blanks joined.
 QString shownText(const QString& finished)
 {
-    QTextDocument document;
-    document.setHtml("<p>" + QString(finished).replace('\n', "<br>") + "</p>");
+    MarkupDocument document;
+    document.setHtml(boundedMarkup("<p>" + QString(finished).replace('\n', "<br>") + "</p>").text);
     return document.toPlainText().simplified();
 }
 
@@ -89,6 +90,23 @@ QStringList TagCheck::emptyDates(const QString& text) const
     QStringList empty;
     for (const QString& tag : qAsConst(tags)) {
         if (isDateTag(tag) && valueOf(tag) == noDate) {
+            empty << tag;
+        }
+    }
+    return empty;
+}
+
+QStringList TagCheck::emptyTags(const QString& text) const
+{
+    QStringList tags = tagsOf(text);
+    tags.removeDuplicates();
+    QStringList empty;
+    for (const QString& tag : qAsConst(tags)) {
+        QString value = tag;
+        if (tag == QLatin1String("#DUPLICATE") || !expandTag(value, m_docValues, m_docContent)) {
+            continue;
+        }
+        if (value.remove('^').remove("\\n").trimmed().isEmpty()) {
             empty << tag;
         }
     }

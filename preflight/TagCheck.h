@@ -30,6 +30,10 @@ public:
     /// Date tags whose date is missing or none, so that they print as zeros, each once.
     QStringList emptyDates(const QString& text) const;
 
+    /// Tags whose values leave no ink, each once; but "#DUPLICATE", which says by nothing that the
+    /// document is no duplicate.
+    QStringList emptyTags(const QString& text) const;
+
     /// The single character behind the last tag that is not printed; empty if there is none or it
     /// would leave no ink.
     QString droppedTail(const QString& text) const;

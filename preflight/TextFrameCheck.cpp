@@ -38,22 +38,22 @@ TextFrameCheck::TextFrameCheck(const PageItem& item, double unitLength, InkRecor
 
 void TextFrameCheck::readLabel(const PageFrame& frame, InkRecorder& recorder)
 {
-    const auto* document = frame.label->findChild<QTextDocument*>();
-    if (!document) {
-        return;
-    }
-    const QRectF place = placeOfText(*frame.label, *document);
+    const QTextDocument& document = frame.label->pageDocument();
+    const QRectF place = placeOfText(*frame.label, document);
     m_room = frame.content->mapRectToScene(place & QRectF(frame.label->rect()));
     m_isInRoom =
-        document->size().height() <= place.height() &&
-        std::all_of(m_ink.texts.cbegin(), m_ink.texts.cend(),
-                    [this](const TextMark& mark) { return m_room.contains(mark.roughInk()); });
+        document.size().height() <= place.height() &&
+        std::all_of(m_ink.texts.cbegin(), m_ink.texts.cend(), [this](const TextMark& mark) {
+            const QRectF ink = mark.roughInk();
+            return ink.isNull() || m_room.contains(ink) ||
+                   excessesOf(ink, m_room, smallestInk / m_unitLength).isEmpty();
+        });
     if (m_isInRoom) {
         return;
     }
     // Lines that lie wholly outside were not painted.
-    m_ink.texts = recorder.textsOf(*document, QTransform::fromTranslate(place.x(), place.y()) *
-                                                  frame.content->sceneTransform());
+    m_ink.texts = recorder.textsOf(document, QTransform::fromTranslate(place.x(), place.y()) *
+                                                 frame.content->sceneTransform());
     for (TextMark& mark : m_ink.texts) {
         mark.clip = m_room;
     }

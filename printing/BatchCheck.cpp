@@ -2,9 +2,11 @@
 
 #include "printing/BatchObserver.h"
 
-BatchCheck::BatchCheck(const QVector<PrintSheet>& sheets, BatchObserver& observer)
+BatchCheck::BatchCheck(const QVector<PrintSheet>& sheets, BatchObserver& observer,
+                       std::shared_ptr<PageSet> pages)
     : m_sheets(sheets)
     , m_observer(observer)
+    , m_check(std::move(pages))
 {
 }
 

@@ -2,6 +2,8 @@
 
 #include <QVector>
 
+#include <memory>
+
 #include "preflight/PageCheck.h"
 #include "printing/PrintSheet.h"
 #include "printing/SheetOutcome.h"
@@ -12,8 +14,10 @@ class BatchObserver;
 class BatchCheck
 {
 public:
-    /// The observer has to live as long as the check.
-    BatchCheck(const QVector<PrintSheet>& sheets, BatchObserver& observer);
+    /// The observer has to live as long as the check. With the pages of a batch that prints the
+    /// sheets, what is checked need not be laid out again to be printed next.
+    BatchCheck(const QVector<PrintSheet>& sheets, BatchObserver& observer,
+               std::shared_ptr<PageSet> pages = nullptr);
 
     /// Takes the printer's margins, to be set before the check begins.
     PageCheck& pageCheck() { return m_check; }

@@ -9,11 +9,12 @@ using State = SheetOutcome::State;
 using Reason = SheetOutcome::Reason;
 
 PrintBatch::PrintBatch(const QVector<PrintSheet>& sheets, const PrintTarget& target,
-                       BatchObserver& observer)
+                       BatchObserver& observer, std::shared_ptr<PageSet> pages)
     : m_sheets(sheets)
     , m_outcomes(sheets.size())
     , m_output(target)
     , m_observer(observer)
+    , m_page(std::move(pages))
 {
 }
 

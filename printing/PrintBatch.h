@@ -3,6 +3,8 @@
 #include <QSet>
 #include <QVector>
 
+#include <memory>
+
 #include "printing/BatchOutput.h"
 #include "printing/PrintSheet.h"
 #include "printing/PrintTarget.h"
@@ -29,9 +31,10 @@ public:
         FileRefused ///< the common file could not be written as a whole
     };
 
-    /// The observer has to live as long as the batch.
+    /// The observer has to live as long as the batch. The pages may be shared with a check.
     PrintBatch(const QVector<PrintSheet>& sheets, const PrintTarget& target,
-               BatchObserver& observer);
+               BatchObserver& observer,
+               std::shared_ptr<PageSet> pages = std::make_shared<PageSet>());
 
     /// Leaves out a sheet for its findings.
     void holdBack(int sheet) { m_heldBack << sheet; }

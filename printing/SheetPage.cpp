@@ -6,7 +6,7 @@
 bool SheetPage::build(const PrintSheet& sheet)
 {
     m_withBackground = sheet.withBackground;
-    m_page = m_pages.build(sheet.document.id, sheet.blank.id);
+    m_page = m_pages->build(sheet.document.id, sheet.blank.id);
     return m_page != nullptr;
 }
 

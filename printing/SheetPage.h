@@ -1,8 +1,9 @@
 #pragma once
 
+#include <memory>
+
 #include "render/page/PageSet.h"
 
-class PageBuilder;
 class QPainter;
 class QPrinter;
 struct PrintSheet;
@@ -12,6 +13,11 @@ struct PrintSheet;
 class SheetPage
 {
 public:
+    explicit SheetPage(std::shared_ptr<PageSet> pages)
+        : m_pages(std::move(pages))
+    {
+    }
+
     /// Lays the sheet's document out on its blank; false if one of the two can't be read.
     bool build(const PrintSheet& sheet);
 
@@ -19,7 +25,7 @@ public:
     bool print(QPrinter& printer, QPainter& painter);
 
 private:
-    PageSet m_pages;
+    std::shared_ptr<PageSet> m_pages;
     PageBuilder* m_page = nullptr; // built last; owned by the set
     bool m_withBackground = false;
 };

@@ -1,12 +1,12 @@
 #include "store/ChangeOrgDataDlg.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include "app/AppStyle.h"
+#include "app/WholeFile.h"
 #include "app/widgets/LineStart.h"
 #include "store/OrgData.h"
 #include "ui_ChangeOrgDataDlg.h"
@@ -34,13 +34,8 @@ void ChangeOrgDataDlg::saveOrgData()
                                 {"locality", orgLocality},
                                 {"director", orgDirector}};
     QDir().mkpath(QFileInfo(orgDataPath).absolutePath());
-    QFile file(orgDataPath);
     // kept: silent. The strings of the run have the new values even if the file has not.
-    if (!file.open(QIODevice::WriteOnly)) {
-        return;
-    }
-    file.write(QJsonDocument(object).toJson());
-    file.close();
+    writeWholeFile(orgDataPath, QJsonDocument(object).toJson());
 }
 
 void ChangeOrgDataDlg::showOrgData()

@@ -1,5 +1,6 @@
 #include "store/DataBaseUpdater.h"
 
+#include <QBuffer>
 #include <QDataStream>
 #include <QDebug>
 #include <QFile>
@@ -65,6 +66,15 @@ bool addMissingEntries(QJsonObject& content, const QJsonArray& fields)
     return changed;
 }
 
+/// Puts the whole of a file into `bytes`, since a stream takes a failed read for the end of the
+/// package. False if it cannot be read; what is no file is left to the stream.
+bool readFile(QIODevice* device, QByteArray& bytes)
+{
+    auto* file = qobject_cast<QFileDevice*>(device);
+    bytes = file ? file->readAll() : QByteArray();
+    return !file || file->error() == QFileDevice::NoError;
+}
+
 /// Tells the user of a failed update; true if the package is to be removed.
 bool askToRemovePackage(const DataBaseUpdater& updater)
 {
@@ -89,14 +99,18 @@ bool DataBaseUpdater::runUpdate(QIODevice* device)
     qDebug() << "Запуск обновления базы данных...";
     m_lastError.clear();
     m_lastQuery.clear();
-    if (!device->open(QIODevice::ReadOnly)) {
+    QByteArray bytes;
+    if (!device->open(QIODevice::ReadOnly) || !readFile(device, bytes)) {
+        device->close();
         m_lastError = "Не удалось открыть файл с обновлением БД";
         return false;
     }
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
     if (!readDbVersion(m_currentVersion, true)) {
         return false;
     }
-    QDataStream stream(device);
+    QDataStream stream(qobject_cast<QFileDevice*>(device) ? &buffer : device);
     QByteArray header;
     stream >> header;
     const QString updateVersion = parseUpdateJson(header).value("update_version").toString();
@@ -112,9 +126,9 @@ bool DataBaseUpdater::runUpdate(QIODevice* device)
     // tell.
     database.transaction();
     const bool applied = applyParts(stream) && writeDbVersion(updateVersion);
-    if (applied) {
-        database.commit();
-    } else {
+    // kept: what becomes of the commit is not told. But a transaction that it left open would take
+    // every later change of the run with it.
+    if (!applied || !database.commit()) {
         database.rollback();
     }
     device->close();
@@ -129,7 +143,10 @@ bool DataBaseUpdater::readDbVersion(QString& version, bool create)
         fail("Не удалось создать таблицу zvsys;\nSqlError: ", query);
         return false;
     }
-    if (query.exec("SELECT DB_VERSION FROM zvsys") && query.next()) {
+    // Asked again if it fails: taken for an absent row, one failed read would have a package
+    // applied that has been applied already.
+    const QString select = "SELECT DB_VERSION FROM zvsys";
+    if ((query.exec(select) || query.exec(select)) && query.next()) {
         version = query.value("DB_VERSION").toString();
         return true;
     }

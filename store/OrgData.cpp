@@ -16,21 +16,30 @@ QString orgDirector;
 QString orgDataPath =
     QStandardPaths::writableLocation(QStandardPaths::DataLocation) + "/Zelvora" + "/orgData.json";
 
-bool loadOrgData()
+OrgDataFile readOrgData()
 {
     QFile file(orgDataPath);
     if (!file.exists()) {
-        return false;
+        return OrgDataFile::Missing;
     }
     if (!file.open(QIODevice::ReadOnly)) {
-        return true;
+        return OrgDataFile::Broken;
     }
-    const QJsonObject data = QJsonDocument::fromJson(file.readAll()).object();
-    file.close();
+    const QByteArray content = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        return OrgDataFile::Broken;
+    }
+    const QJsonDocument document = QJsonDocument::fromJson(content);
+    const QJsonObject data = document.object();
     orgNameFormat1 = data["nameFormat1"].toString();
     orgNameFormat2 = data["nameFormat2"].toString();
     orgRegion = data["region"].toString();
     orgLocality = data["locality"].toString();
     orgDirector = data["director"].toString();
-    return true;
+    return document.isObject() ? OrgDataFile::Sound : OrgDataFile::Broken;
+}
+
+bool loadOrgData()
+{
+    return readOrgData() != OrgDataFile::Missing;
 }

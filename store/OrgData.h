@@ -16,7 +16,18 @@ extern QString orgDirector;
 /// Full path of "orgData.json" in the user's data location, fixed before main() starts.
 extern QString orgDataPath;
 
-/// Reads the five strings from the file at `orgDataPath`. Returns true if the file exists, whether
-/// or not it could be opened. A missing file leaves the strings alone; a key that is missing or no
-/// string, and a file that is no JSON, give empty strings.
+/// What stands at `orgDataPath`.
+enum class OrgDataFile
+{
+    Missing,
+    Broken, ///< it cannot be read, or holds no JSON object
+    Sound
+};
+
+/// Reads the five strings from the file at `orgDataPath`. A missing file, and one that cannot be
+/// opened or read to its end, leave the strings alone; a key that is missing or no string, and a
+/// file that is no JSON, give empty strings.
+OrgDataFile readOrgData();
+
+/// The same; true if the file exists, whatever came of it.
 bool loadOrgData();

@@ -3,6 +3,7 @@
 #include <QCommandLineParser>
 #include <QTextStream>
 
+#include "app/TerminalText.h"
 #include "tools/DatabaseBackup.h"
 #include "tools/Interruption.h"
 #include "tools/UserLanguage.h"
@@ -61,7 +62,7 @@ bool readOptions(const QStringList& arguments, BackupOptions& options, QString& 
 
 bool fail(QTextStream& err, const QString& reason)
 {
-    err << "zelvora-db: " << reason << '\n';
+    err << "zelvora-db: " << onOneLine(reason) << '\n';
     return false;
 }
 
@@ -78,12 +79,13 @@ bool runBackupCommand(const QStringList& arguments, QTextStream& out, QTextStrea
     DatabaseBackup backup(options.database, options.folder);
     switch (backup.make()) {
     case DatabaseBackup::Result::Made:
-        out << inUserLanguage("Создан архив ", "Made the archive ") << backup.archive() << '\n';
+        out << inUserLanguage("Создан архив ", "Made the archive ") << onOneLine(backup.archive())
+            << '\n';
         break;
     case DatabaseBackup::Result::Unchanged:
         out << inUserLanguage("База не изменилась, её хранит архив ",
                               "The database has not changed, it is kept in the archive ")
-            << backup.archive() << '\n';
+            << onOneLine(backup.archive()) << '\n';
         break;
     case DatabaseBackup::Result::Interrupted:
         return fail(
@@ -96,7 +98,8 @@ bool runBackupCommand(const QStringList& arguments, QTextStream& out, QTextStrea
     }
     const bool areRemoved = backup.removeBeyond(options.kept);
     for (const QString& path : backup.removed()) {
-        out << inUserLanguage("Удалён старый архив ", "Removed the old archive ") << path << '\n';
+        out << inUserLanguage("Удалён старый архив ", "Removed the old archive ") << onOneLine(path)
+            << '\n';
     }
     return areRemoved || fail(err, backup.error());
 }

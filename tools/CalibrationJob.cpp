@@ -14,6 +14,7 @@
 #include <cmath>
 
 #include "app/TargetFile.h"
+#include "app/TerminalText.h"
 #include "blanks/BlankRecord.h"
 #include "preflight/LengthText.h"
 #include "printing/PdfFile.h"
@@ -160,7 +161,7 @@ JobResult CalibrationJob::tellOffsets()
         m_out << inUserLanguage("Сейчас у бланка «%1» X %2 мм, Y %3 мм: новые числа заменяют их.",
                                 "The blank \"%1\" has X %2 mm, Y %3 mm now: the new values replace "
                                 "them.")
-                     .arg(blank->name, QString::number(blank->offsets.x()),
+                     .arg(onOneLine(blank->name), QString::number(blank->offsets.x()),
                           QString::number(blank->offsets.y()))
               << '\n';
     }

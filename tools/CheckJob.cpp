@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 #include <QTextStream>
 
+#include "app/TerminalText.h"
 #include "preflight/PageCheck.h"
 #include "printing/BatchCheck.h"
 #include "tools/PrintWords.h"
@@ -56,7 +57,7 @@ void CheckJob::write(const Finding& finding)
     QJsonObject json = finding.toJson();
     json["message"] = m_words.what(finding);
     m_out << (m_isFirst ? "\n" : ",\n")
-          << QString::fromUtf8(QJsonDocument(json).toJson(QJsonDocument::Compact));
+          << jsonForTerminal(QJsonDocument(json).toJson(QJsonDocument::Compact));
     m_isFirst = false;
 }
 

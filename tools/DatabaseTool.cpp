@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QTextStream>
 
+#include "app/TerminalText.h"
 #include "sample/SampleDirectory.h"
 #include "sample/StandardContent.h"
 #include "store/Schema.h"
@@ -57,7 +58,7 @@ QString helpText()
 
 int fail(QTextStream& err, const QString& reason)
 {
-    err << "zelvora-db: " << reason << '\n';
+    err << "zelvora-db: " << onOneLine(reason) << '\n';
     return failure;
 }
 
@@ -97,7 +98,7 @@ int create(const QString& path, QTextStream& out, QTextStream& err)
         return fail(err,
                     inUserLanguage("база данных не создана: ", "no database was made: ") + error);
     }
-    out << inUserLanguage("Создана база данных ", "Made the database ") << path << '\n';
+    out << inUserLanguage("Создана база данных ", "Made the database ") << onOneLine(path) << '\n';
     return success;
 }
 
@@ -108,8 +109,8 @@ int sample(const QString& path, QTextStream& out, QTextStream& err)
     if (result != SampleResult::Done) {
         return fail(err, whyNoSample(result) + detail);
     }
-    out << inUserLanguage("Учебный пример создан в каталоге ", "Made the sample in ") << path
-        << '\n';
+    out << inUserLanguage("Учебный пример создан в каталоге ", "Made the sample in ")
+        << onOneLine(path) << '\n';
     return success;
 }
 
@@ -126,13 +127,13 @@ int check(const QString& path, QTextStream& out, QTextStream& err)
                               "will undo it. What will remain was checked.\n");
     }
     for (const QString& finding : check.findings()) {
-        out << finding << '\n';
+        out << onOneLine(finding) << '\n';
     }
     if (!check.findings().isEmpty()) {
         out << inUserLanguage("Найдено ошибок: ", "Findings: ") << check.findings().size() << '\n';
         return findingsExist;
     }
-    out << inUserLanguage("Ошибок не найдено: ", "Nothing found: ") << path << '\n';
+    out << inUserLanguage("Ошибок не найдено: ", "Nothing found: ") << onOneLine(path) << '\n';
     return success;
 }
 
@@ -165,8 +166,8 @@ int runDatabaseTool(const QStringList& arguments, QTextStream& out, QTextStream&
     if (command == "check") {
         return check(path, out, err);
     }
-    err << "zelvora-db: " << inUserLanguage("неизвестная команда: ", "unknown command: ") << command
-        << '\n'
+    err << "zelvora-db: " << inUserLanguage("неизвестная команда: ", "unknown command: ")
+        << onOneLine(command) << '\n'
         << helpText();
     return failure;
 }

@@ -12,9 +12,13 @@
 namespace {
 
 /// Whether a finding spoils this very sheet. A warning about the blank, such as a font that another
-/// one stands in for, is there for all its documents, and known.
+/// one stands in for, is there for all its documents, and known. A value may well be empty: not
+/// everyone has a patronymic.
 bool holdsBack(const Finding& finding)
 {
+    if (finding.kind == Finding::Kind::TagEmpty) {
+        return false;
+    }
     return !finding.isOfBlank() || finding.severity == Finding::Severity::Error;
 }
 
@@ -25,12 +29,26 @@ JobResult PrintJob::run()
     if (!selectDocuments()) {
         return JobResult::NotDone;
     }
-    PrintBatch batch(m_sheets, m_options.printTarget(), *this);
+    const auto pages = std::make_shared<PageSet>();
+    BatchCheck check(m_sheets, *this, pages);
+    PrintBatch batch(m_sheets, m_options.printTarget(), *this, pages);
     if (!batch.begin()) {
         reportNoTarget();
         return JobResult::NotDone;
     }
-    return checkBeforehand() ? print(batch) : JobResult::NotDone;
+    const bool isChecked = m_sheets.size() >= 2 || m_options.isStrict();
+    if (isChecked && !prepare(check.pageCheck())) {
+        return JobResult::NotDone;
+    }
+    // A common file gets its name only at the end: each of its pages is checked just before it is
+    // printed, and laid out once. Elsewhere the check comes before the first sheet leaves.
+    if (m_options.target() == PrintOptions::Target::OneFile) {
+        return print(batch, isChecked ? &check : nullptr);
+    }
+    if (isChecked && !checkBeforehand(check)) {
+        return JobResult::NotDone;
+    }
+    return print(batch, nullptr);
 }
 
 void PrintJob::reportNoTarget()
@@ -48,36 +66,53 @@ void PrintJob::reportNoTarget()
     }
 }
 
-bool PrintJob::checkBeforehand()
+bool PrintJob::checkBeforehand(BatchCheck& check)
 {
-    if (m_sheets.size() < 2 && !m_options.isStrict()) {
-        return true;
-    }
-    BatchCheck check(m_sheets, *this);
-    if (!prepare(check.pageCheck())) {
-        return false;
-    }
     const bool isWhole = check.run();
     m_progress.clear();
     if (!isWhole) {
         reportInterruption(0);
         return false;
     }
+    tellFindings();
+    return true;
+}
+
+void PrintJob::tellFindings()
+{
     m_out << inWords(m_summary);
     if (m_summary.findings() > 0) {
         m_out << " (" << kindsInWords(m_summary) << ')';
     }
     m_out << '\n';
     m_out.flush();
-    return true;
 }
 
-JobResult PrintJob::print(PrintBatch& batch)
+void PrintJob::printSheets(PrintBatch& batch, BatchCheck* check)
 {
-    for (const int sheet : qAsConst(m_withFindings)) {
-        batch.holdBack(sheet);
+    while (batch.next() >= 0) {
+        const int sheet = batch.next();
+        if (!goesOn(sheet, m_sheets.size())) {
+            return;
+        }
+        if (check) {
+            check->checkSheet(sheet);
+        }
+        if (m_withFindings.contains(sheet)) {
+            batch.holdBack(sheet);
+        }
+        batch.printNext();
     }
-    const bool isWhole = batch.run();
+    m_progress.clear();
+    if (check) {
+        tellFindings();
+    }
+}
+
+JobResult PrintJob::print(PrintBatch& batch, BatchCheck* check)
+{
+    printSheets(batch, check);
+    const bool isWhole = batch.finish();
     m_progress.clear();
     const int printed = batch.count(SheetOutcome::State::Printed);
     switch (batch.end()) {

@@ -6,12 +6,14 @@
 #include "tools/DocumentJob.h"
 #include "tools/JobResult.h"
 
+class BatchCheck;
 class PrintBatch;
 
 /// Prints the chosen documents. The database must be open. A document that cannot be printed is
 /// reported and does not stop the rest; a file that cannot be finished leaves an older one of its
-/// name as it was. Before a batch of several documents it tells on `out` how many findings the
-/// check of their pages has. Finished files are named on `out`, failures on `err`.
+/// name as it was. Of a batch of several documents it tells on `out` how many findings the check of
+/// their pages has, before a printer gets the first sheet or a common file its name. Finished files
+/// are named on `out`, failures on `err`.
 class PrintJob : public DocumentJob
 {
 public:
@@ -20,8 +22,12 @@ public:
     JobResult run();
 
 private:
-    bool checkBeforehand();
-    JobResult print(PrintBatch& batch);
+    bool checkBeforehand(BatchCheck& check);
+    void tellFindings();
+
+    /// Prints all sheets unless the user stops it, each after a look by the check if there is one.
+    void printSheets(PrintBatch& batch, BatchCheck* check);
+    JobResult print(PrintBatch& batch, BatchCheck* check);
     void reportNoTarget();
     void reportInterruption(int printed);
 

@@ -3,6 +3,7 @@
 #include <QTextStream>
 
 #include "app/AppHelpers.h"
+#include "app/TerminalText.h"
 #include "store/DataBase.h"
 #include "store/OrgData.h"
 #include "tools/CalibrationJob.h"
@@ -21,7 +22,7 @@ constexpr int failure = 2;
 
 int fail(QTextStream& err, const QString& reason)
 {
-    err << "zelvora-print: " << reason << '\n';
+    err << "zelvora-print: " << onOneLine(reason) << '\n';
     return failure;
 }
 
@@ -66,10 +67,38 @@ int runAction(const PrintOptions& options, QTextStream& out, QTextStream& err)
     return failure;
 }
 
+bool printsDocuments(const PrintOptions& options)
+{
+    return options.action() != PrintOptions::Action::Calibration &&
+           options.action() != PrintOptions::Action::Offsets;
+}
+
 /// Offsets for a sheet that no blank names are but a sum.
 bool needsDatabase(const PrintOptions& options)
 {
     return options.action() != PrintOptions::Action::Offsets || !options.blank().isEmpty();
+}
+
+/// Reads the organisation's data; false after a report. A file that was named has to be there, and
+/// one that can't be read must not print as nothing.
+bool readOrganisation(const PrintOptions& options, QTextStream& err)
+{
+    const bool isNamed = !options.organisationFile().isEmpty();
+    if (isNamed) {
+        orgDataPath = options.organisationFile();
+    }
+    const OrgDataFile found = readOrgData();
+    if (found == OrgDataFile::Broken && (isNamed || printsDocuments(options))) {
+        fail(err, inUserLanguage("не удалось прочитать данные организации ",
+                                 "can't read the organisation's data ") +
+                      orgDataPath);
+        return false;
+    }
+    if (found == OrgDataFile::Missing && isNamed) {
+        fail(err, inUserLanguage("нет файла ", "there is no file ") + orgDataPath);
+        return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -89,13 +118,8 @@ int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& er
     if (!options.directory().isEmpty()) {
         setAppDirPath(options.directory());
     }
-    if (!options.organisationFile().isEmpty()) {
-        orgDataPath = options.organisationFile();
-        if (!loadOrgData()) {
-            return fail(err, inUserLanguage("нет файла ", "there is no file ") + orgDataPath);
-        }
-    } else {
-        loadOrgData();
+    if (!readOrganisation(options, err)) {
+        return failure;
     }
     if (needsDatabase(options) && !dataBase.open()) {
         return fail(err,

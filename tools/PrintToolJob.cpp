@@ -3,6 +3,7 @@
 #include <QPrinterInfo>
 #include <QTextStream>
 
+#include "app/TerminalText.h"
 #include "tools/UserLanguage.h"
 
 PrintToolJob::PrintToolJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
@@ -25,14 +26,14 @@ bool PrintToolJob::hasPrinter()
 void PrintToolJob::tellFile(const QString& path)
 {
     m_progress.clear();
-    m_out << path << '\n';
+    m_out << onOneLine(path) << '\n';
     m_out.flush();
 }
 
 void PrintToolJob::report(const QString& message)
 {
     m_progress.clear();
-    m_err << "zelvora-print: " << message << '\n';
+    m_err << "zelvora-print: " << onOneLine(message) << '\n';
     m_err.flush();
 }
 

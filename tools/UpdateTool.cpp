@@ -5,6 +5,7 @@
 #include <QTextStream>
 
 #include "app/TargetFile.h"
+#include "app/TerminalText.h"
 #include "store/UpdatePackage.h"
 #include "tools/UpdateManifest.h"
 #include "tools/UserLanguage.h"
@@ -39,7 +40,7 @@ QString helpText()
 
 int fail(QTextStream& err, const QString& reason)
 {
-    err << "zelvora-update: " << reason << '\n';
+    err << "zelvora-update: " << onOneLine(reason) << '\n';
     return failure;
 }
 
@@ -80,7 +81,7 @@ int make(const QString& manifestPath, const QString& packagePath, QTextStream& o
         return failToWrite(err, packagePath, file);
     }
     out << inUserLanguage("Создан пакет %1, частей: %2", "Made the package %1, parts: %2")
-               .arg(packagePath)
+               .arg(onOneLine(packagePath))
                .arg(package.parts.size())
         << '\n';
     return success;
@@ -95,7 +96,7 @@ int show(const QString& packagePath, QTextStream& out, QTextStream& err)
     QDataStream stream(&file);
     UpdatePackage package;
     const bool whole = readUpdatePackage(stream, package);
-    out << QString::fromUtf8(manifestFromPackage(package));
+    out << jsonForTerminal(manifestFromPackage(package));
     if (!whole) {
         return fail(err, packagePath + ": " +
                              inUserLanguage("пакет обрывается после части %1",

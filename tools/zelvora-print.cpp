@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "app/TerminalText.h"
 #include "tools/Display.h"
 #include "tools/PrintTool.h"
 #include "tools/UserLanguage.h"
@@ -10,11 +11,11 @@
 namespace {
 
 // The toolkit's warnings and notes are about windows that are never shown and the desktop's
-// folders; the log and what is worse stay.
+// folders; the log and what is worse stay, each on a line.
 void writeLog(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
     if (type != QtWarningMsg && type != QtInfoMsg) {
-        std::fprintf(stderr, "%s\n", message.toUtf8().constData());
+        std::fprintf(stderr, "%s\n", onOneLine(message).toUtf8().constData());
     }
 }
 

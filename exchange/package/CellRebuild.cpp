@@ -14,7 +14,7 @@ namespace {
 constexpr int outlineMost = 7;
 constexpr double msPerDay = 24.0 * 60 * 60 * 1000;
 
-/// The start tag's attributes that a cell is read by. A sheet has millions of them.
+/// What a cell's start tag says. A sheet has millions of them.
 struct CellAttributes
 {
     explicit CellAttributes(const PartReader& reader)
@@ -22,25 +22,41 @@ struct CellAttributes
         const QXmlStreamAttributes all = reader.attributes();
         for (const QXmlStreamAttribute& attribute : all) {
             const QStringRef key = attribute.qualifiedName();
-            if (key.size() != 1) {
-                continue;
-            }
-            const char16_t letter = key.at(0).unicode();
-            if (letter == u'r') {
-                name = attribute.value().toString();
-            } else if (letter == u's') {
+            const ushort letter = key.size() == 1 ? key.at(0).unicode() : 0;
+            if (letter == 'r') {
+                isPlaced = true;
+                cell = cellFromName(attribute.value());
+            } else if (letter == 's') {
                 bool isNumber = false;
                 format = attribute.value().toInt(&isNumber);
                 format = isNumber ? format : -1;
-            } else if (letter == u't') {
-                type = attribute.value().toString();
+            } else if (letter == 't') {
+                type = attribute.value().toLatin1();
             }
         }
     }
 
-    QString name;
+    bool isPlaced = false;
+    QXlsx::CellReference cell;
     int format = -1;
-    QString type;
+    QByteArray type;
+};
+
+/// Name of a cell, ended by a zero.
+struct CellText
+{
+    explicit CellText(int row, int column)
+    {
+        for (; row > 0; row /= 10) {
+            *--begin = char('0' + row % 10);
+        }
+        for (; column > 0; column = (column - 1) / 26) {
+            *--begin = char('A' + (column - 1) % 26);
+        }
+    }
+
+    char text[16] = {};
+    char* begin = text + sizeof(text) - 1;
 };
 
 bool isNumber(const QString& text)
@@ -70,8 +86,9 @@ bool CellRebuild::copyRows(PartReader& reader, XmlOutput& out, QString* error)
         }
     }
     const qint64 width = m_firstColumn ? m_lastColumn - m_firstColumn + 1 : 0;
-    if (isDone && m_filledRows * width > PackageLimits::places) {
-        isDone = fail("too many rows for its width");
+    m_budget.places -= m_filledRows * width + (m_lastRow - m_firstRow);
+    if (isDone && m_budget.places < 0) {
+        isDone = fail("too many rows for their width");
     }
     if (!isDone && error) {
         *error = m_error;
@@ -149,9 +166,8 @@ void CellRebuild::writeRowAttributes(const PartReader& reader, XmlOutput& out)
 bool CellRebuild::copyCell(PartReader& reader, XmlOutput& out)
 {
     const CellAttributes attributes(reader);
-    const QXlsx::CellReference cell = attributes.name.isNull()
-                                          ? QXlsx::CellReference(m_row, m_column + 1)
-                                          : cellFromName(attributes.name);
+    const QXlsx::CellReference cell =
+        attributes.isPlaced ? attributes.cell : QXlsx::CellReference(m_row, m_column + 1);
     if (!isOnSheet(cell)) {
         return fail("a cell that no sheet has");
     }
@@ -169,7 +185,7 @@ bool CellRebuild::copyCell(PartReader& reader, XmlOutput& out)
             value = valueOf(attributes.type, reader.text());
         } else if (reader.is("is")) {
             const int text = m_texts.add(reader);
-            value = text < 0 ? Value() : Value{"s", QString::number(text), true};
+            value = text < 0 ? Value() : Value{"s", QString(), text, true};
         } else {
             reader.skip();
         }
@@ -206,42 +222,41 @@ CellRebuild::Formula CellRebuild::readFormula(PartReader& reader)
 
 /// The value of a cell of a type. The library takes a number as a number if its cell says so, else
 /// as the text that stands there: that is left as it is.
-CellRebuild::Value CellRebuild::valueOf(const QString& type, const QString& text) const
+CellRebuild::Value CellRebuild::valueOf(const QByteArray& type, const QString& text) const
 {
-    if (type == QLatin1String("s")) {
+    if (type == "s") {
         return sharedText(text);
     }
-    if (type == QLatin1String("b")) {
-        return {"b", flagOf(QStringRef(&text)) ? "1" : "0", true};
+    if (type == "b") {
+        return {"b", flagOf(QStringRef(&text)) ? "1" : "0", -1, true};
     }
-    if (type == QLatin1String("e")) {
-        return {"e", text, true};
+    if (type == "e") {
+        return {"e", text, -1, true};
     }
-    if (type == QLatin1String("str") || type == QLatin1String("inlineStr")) {
-        return {"str", text, true};
+    if (type == "str" || type == "inlineStr") {
+        return {"str", text, -1, true};
     }
-    if (type == QLatin1String("d")) {
+    if (type == "d") {
         return date(text);
     }
-    if (type == QLatin1String("n")) {
+    if (type == "n") {
         return number(text, "n");
     }
     const Value value = number(text, "");
-    return value.isThere || text.trimmed().isEmpty() ? value : Value{"str", text, true};
+    return value.isThere || text.trimmed().isEmpty() ? value : Value{"str", text, -1, true};
 }
 
 CellRebuild::Value CellRebuild::sharedText(const QString& number) const
 {
     bool isNumber = false;
     const int index = number.toInt(&isNumber);
-    return isNumber && index >= 0 && index < m_texts.count()
-               ? Value{"s", QString::number(index), true}
-               : Value();
+    return isNumber && index >= 0 && index < m_texts.count() ? Value{"s", QString(), index, true}
+                                                             : Value();
 }
 
 CellRebuild::Value CellRebuild::number(const QString& text, const char* type) const
 {
-    return isNumber(text) ? Value{type, text.trimmed(), true} : Value();
+    return isNumber(text) ? Value{type, text.trimmed(), -1, true} : Value();
 }
 
 /// A date as the strict form of the format writes it, as the number of days that others write.
@@ -265,7 +280,7 @@ void CellRebuild::writeCell(int format, const Formula& formula, const Value& val
     }
     takePlace(m_row, m_column);
     out.start("c");
-    out.attribute("r", QXlsx::CellReference(m_row, m_column).toString());
+    out.attribute("r", CellText(m_row, m_column).begin);
     if (format >= 0) {
         out.attribute("s", format);
     }
@@ -289,11 +304,14 @@ void CellRebuild::writeCell(int format, const Formula& formula, const Value& val
     }
     if (value.isThere) {
         out.start("v");
-        out.text(value.text);
+        if (value.shared >= 0) {
+            out.number(value.shared);
+            m_budget.characters -= m_texts.size(value.shared);
+        } else {
+            out.text(value.text);
+            m_budget.characters -= value.text.size();
+        }
         out.end("v");
-        m_budget.characters -= *value.type == 's' && value.type[1] == '\0'
-                                   ? m_texts.size(value.text.toInt())
-                                   : value.text.size();
     }
     out.end("c");
 }

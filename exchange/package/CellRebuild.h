@@ -14,6 +14,7 @@ struct CellBudget
 {
     int cells;         ///< that may still come
     qint64 characters; ///< that their texts may still take
+    qint64 places;     ///< that rows and columns may still span
 };
 
 /// Copies the rows and cells of one sheet.
@@ -45,6 +46,7 @@ private:
     {
         const char* type = ""; ///< as the cell's attribute; empty for none
         QString text;
+        int shared = -1; ///< number of the shared text that stands in its place
         bool isThere = false;
     };
 
@@ -52,7 +54,7 @@ private:
     void writeRowAttributes(const PartReader& reader, XmlOutput& out);
     bool copyCell(PartReader& reader, XmlOutput& out);
     Formula readFormula(PartReader& reader);
-    Value valueOf(const QString& type, const QString& text) const;
+    Value valueOf(const QByteArray& type, const QString& text) const;
     Value sharedText(const QString& number) const;
     Value number(const QString& text, const char* type) const;
     Value date(const QString& text) const;

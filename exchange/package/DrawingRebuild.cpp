@@ -1,6 +1,7 @@
 #include "exchange/package/DrawingRebuild.h"
 
 #include "exchange/package/DrawingRules.h"
+#include "exchange/package/PackageLimits.h"
 #include "exchange/package/PackageReader.h"
 #include "exchange/package/PackageWriter.h"
 #include "exchange/package/PartReader.h"
@@ -149,6 +150,10 @@ bool DrawingRebuild::copyObject(PartReader& reader, const PartRelations& relatio
     if (!object.bytes().isEmpty()) {
         reader.skip(); // a place has one object
         return true;
+    }
+    if (++m_objectCount > PackageLimits::objects) {
+        tell(error, "too many pictures");
+        return false;
     }
     if (reader.is("pic")) {
         const QString id = relationBelow(reader, {"blipFill", "blip"}, "embed");

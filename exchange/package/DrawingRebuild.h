@@ -39,4 +39,5 @@ private:
     QHash<QString, QString> m_pictures; ///< new names by old ones
     int m_drawingCount = 0;
     int m_chartCount = 0;
+    int m_objectCount = 0;
 };

@@ -22,14 +22,27 @@ constexpr int sheets = 1000;
 /// Cells of all sheets: about half a kilobyte each in the library.
 constexpr int cells = 1000000;
 
-/// Places from the first to the last column, summed over all rows that hold something: the library
-/// looks at each of them when it saves, some 20 million a second.
+/// Places from the first to the last column, summed over all rows that hold something, and rows
+/// from the first to the last: the library looks at each of them when it saves, some 20 million a
+/// second.
 constexpr qint64 places = 100000000;
 
 /// Characters of all cells together. A text that many cells share is held once for each of them.
 constexpr qint64 characters = 64LL * 1024 * 1024;
 
-/// What the format itself allows.
+/// Elements of a part that are looked at.
+constexpr int elements = 5000000;
+
+/// Pictures, charts and lines of a workbook; links of a sheet to addresses; other workbooks that
+/// formulas take values from. The library compares each with each other.
+constexpr int objects = 10000;
+constexpr int links = 10000;
+constexpr int books = 1000;
+
+/// Characters of the text that names the cells of a rule. Office programs write up to 8,192.
+constexpr int areas = 65536;
+
+/// What the format itself allows. Formats are as many as fonts, fills and borders may be.
 constexpr int rows = 1048576;
 constexpr int columns = 16384;
 constexpr int formats = 65536;

@@ -1,6 +1,7 @@
 #include "exchange/package/PartReader.h"
 
 #include "exchange/package/MarkupScan.h"
+#include "exchange/package/PackageLimits.h"
 
 namespace {
 
@@ -89,6 +90,10 @@ bool PartReader::nextChild()
                 return false;
             }
             continue;
+        }
+        if (++m_elements > PackageLimits::elements) {
+            m_error = "too many elements";
+            return false;
         }
         if (!isAlternative && vocabulary() != Vocabulary::Other) {
             return true;

@@ -58,6 +58,7 @@ public:
 private:
     QXmlStreamReader m_reader;
     QString m_error;
+    int m_elements = 0; ///< gone to so far
 };
 
 /// A text of the format's truth values.

@@ -55,8 +55,12 @@ std::optional<PartRelations> PartRelations::of(const QString& part, PackageReade
             const QString type = reader.attribute("Type").toString();
             const QString target = reader.attribute("Target").toString();
             const bool isExternal = reader.attribute("TargetMode") == QLatin1String("External");
+            const QString id = reader.attribute("Id").toString();
+            if (!result.m_places.contains(id)) {
+                result.m_places.insert(id, result.m_relations.size());
+            }
             result.m_relations.append(
-                {reader.attribute("Id").toString(), type.mid(type.lastIndexOf('/') + 1),
+                {id, type.mid(type.lastIndexOf('/') + 1),
                  isExternal ? target : partOf(target, folderOf(part), package), isExternal});
             reader.skip();
         }
@@ -82,12 +86,8 @@ const PartRelation* PartRelations::first(const char* kind) const
 
 const PartRelation* PartRelations::byId(const QString& id) const
 {
-    for (const PartRelation& relation : m_relations) {
-        if (relation.id == id) {
-            return &relation;
-        }
-    }
-    return nullptr;
+    const auto place = m_places.constFind(id);
+    return place == m_places.constEnd() ? nullptr : &m_relations[place.value()];
 }
 
 QString RelationList::add(const char* kind, const QString& target, bool isExternal)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QVector>
 
@@ -32,6 +33,7 @@ public:
 
 private:
     QVector<PartRelation> m_relations;
+    QHash<QString, int> m_places; ///< of the first relation with each identifier
 };
 
 /// The relations of a part under construction, as XML.

@@ -1,6 +1,6 @@
 #include "exchange/package/SheetRebuild.h"
 
-#include <algorithm>
+#include <iterator>
 
 #include "exchange/CellName.h"
 #include "exchange/package/PackageLimits.h"
@@ -111,12 +111,8 @@ void SheetRebuild::copyColumns(PartReader& reader)
         const int first = reader.whole("min", 1, PackageLimits::columns, 0);
         // Some programs count one column too many at the end of a sheet.
         const int last = qMin(reader.whole("max", 1, INT_MAX, 0), PackageLimits::columns);
-        const bool isFree =
-            std::none_of(m_columns.cbegin(), m_columns.cend(), [first, last](const auto& other) {
-                return first <= other.second && other.first <= last;
-            });
-        if (reader.is("col") && first > 0 && first <= last && isFree) {
-            m_columns.append({first, last});
+        if (reader.is("col") && first > 0 && first <= last && areFree(first, last)) {
+            m_columns.insert(first, last);
             m_out.start("col");
             m_out.attribute("min", first);
             m_out.attribute("max", last);
@@ -126,6 +122,13 @@ void SheetRebuild::copyColumns(PartReader& reader)
         reader.skip();
     }
     m_out.end("cols");
+}
+
+/// True if no range of columns met so far has one of these.
+bool SheetRebuild::areFree(int first, int last) const
+{
+    const auto next = m_columns.upperBound(last);
+    return next == m_columns.cbegin() || std::prev(next).value() < first;
 }
 
 void SheetRebuild::copyConditions(PartReader& reader)
@@ -230,12 +233,15 @@ void SheetRebuild::copyLinks(PartReader& reader)
     m_out.end("hyperlinks");
 }
 
-/// The library knows links of one cell only: that of an area becomes its first cell's.
+/// The library knows links of one cell only: that of an area becomes its first cell's. Links to
+/// addresses beyond the limit are left out; no template has so many.
 void SheetRebuild::copyLink(const PartReader& reader)
 {
     const QString area = areasFromNames(reader.attribute("ref"));
     const PartRelation* target = m_relations.byId(reader.relation());
-    if (area.isEmpty() || (!target && reader.attribute("location").isEmpty())) {
+    if (area.isEmpty() || (!target && reader.attribute("location").isEmpty()) ||
+        (target && ++m_linkCount > PackageLimits::links))
+    {
         return;
     }
     m_out.start("hyperlink");

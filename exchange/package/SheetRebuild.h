@@ -1,10 +1,8 @@
 #pragma once
 
+#include <QMap>
 #include <QSet>
 #include <QString>
-#include <QVector>
-
-#include <utility>
 
 #include "exchange/package/CellRebuild.h"
 #include "exchange/package/PartRelations.h"
@@ -36,6 +34,7 @@ public:
 private:
     bool readElement(PartReader& reader, QString* error);
     void copyColumns(PartReader& reader);
+    bool areFree(int first, int last) const;
     void copyConditions(PartReader& reader);
     void copyCondition(PartReader& reader);
     bool copyScale(PartReader& reader, int colours);
@@ -49,7 +48,8 @@ private:
     const PartRelations& m_relations;
     RelationList m_newRelations;
     QString m_drawingPart;
-    QSet<QString> m_seen; ///< elements that a sheet has once
-    QVector<std::pair<int, int>> m_columns;
-    XmlOutput m_out; ///< children of the sheet
+    QSet<QString> m_seen;     ///< elements that a sheet has once
+    QMap<int, int> m_columns; ///< last column of each range by its first
+    int m_linkCount = 0;      ///< links to addresses
+    XmlOutput m_out;          ///< children of the sheet
 };

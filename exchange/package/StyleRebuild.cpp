@@ -146,7 +146,12 @@ bool StyleRebuild::read(const QByteArray& part, QString* error)
         }
         return false;
     }
-    if (m_formats.size() > PackageLimits::formats) {
+    for (const int count : {m_formats.size(), m_fontCount, m_fillCount, m_borderCount,
+                            m_differenceCount, m_ownNumbers.size()})
+    {
+        if (count <= PackageLimits::formats) {
+            continue;
+        }
         if (error) {
             *error = "too many formats";
         }

@@ -21,7 +21,7 @@ bool tell(QString* error, const QString& reason)
 
 WorkbookRebuild::WorkbookRebuild()
     : m_drawings(m_package, m_copy)
-    , m_budget{PackageLimits::cells, PackageLimits::characters}
+    , m_budget{PackageLimits::cells, PackageLimits::characters, PackageLimits::places}
 {
 }
 
@@ -96,6 +96,9 @@ bool WorkbookRebuild::readWorkbookElement(PartReader& reader, QString* error)
             }
             if (reader.is("externalReference")) {
                 m_links.append(reader.relation());
+                if (m_links.size() > PackageLimits::books) {
+                    return tell(error, "too many links to workbooks");
+                }
             }
             isDone = !reader.is("sheet") || !isSheets || readSheet(reader, error);
             reader.skip();
@@ -361,7 +364,7 @@ QString WorkbookRebuild::uniqueName(const QString& wanted) const
     };
     const QString base = wanted.isEmpty() ? QStringLiteral("Sheet") : wanted;
     QString name = base;
-    for (int i = 2; isTaken(name); ++i) {
+    for (int i = m_sheets.size() + 1; isTaken(name); ++i) {
         name = QString("%1 (%2)").arg(base).arg(i);
     }
     return name;

@@ -65,6 +65,12 @@ void XmlOutput::text(QStringView text)
     escaped(text);
 }
 
+void XmlOutput::number(int number)
+{
+    closeStart();
+    m_bytes += QByteArray::number(number);
+}
+
 void XmlOutput::end(const char* name)
 {
     if (m_isStartOpen) {

@@ -14,6 +14,7 @@ public:
     void attribute(const char* name, const char* value);
     void attribute(const char* name, qint64 value);
     void text(QStringView text);
+    void number(int number);
     /// Ends the element begun last, which must have this name.
     void end(const char* name);
 

@@ -9,7 +9,8 @@
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
 #include "render/TagExpansion.h"
-#include "render/page/PageBackground.h"
+#include "render/page/FrameLabel.h"
+#include "render/page/PagePicture.h"
 #include "render/page/QrPixmapItem.h"
 #include "render/page/TableFrame.h"
 #include "render/page/TextFrame.h"
@@ -30,8 +31,7 @@ bool PageBuilder::build(QGraphicsScene* page, const QVariant& document, const QV
 {
     m_page = page;
     clear();
-    bool isSameBlank = false;
-    if (!readRows(document, blankId, isSameBlank, error)) {
+    if (!readRows(document, blankId, error)) {
         return false;
     }
     layOut();
@@ -40,17 +40,26 @@ bool PageBuilder::build(QGraphicsScene* page, const QVariant& document, const QV
 
 bool PageBuilder::refill(const QVariant& document, const QVariant& blankId, QString* error)
 {
-    bool isSameBlank = false;
-    if (!readRows(document, blankId, isSameBlank, error)) {
+    const QVector<QVariant> documentBefore = m_document.columns;
+    const QVector<QVariant> blankBefore = m_blank.columns;
+    if (!readRows(document, blankId, error)) {
         clear();
         return false;
     }
-    if (!isSameBlank || !canRefill()) {
+    if (m_blank.columns != blankBefore || !hasAllItems()) {
         clear();
         layOut();
         return true;
     }
     restore();
+    if (m_document.columns == documentBefore) {
+        return true;
+    }
+    if (!canRefill()) {
+        clear();
+        layOut();
+        return true;
+    }
     for (PageItem& item : m_items) {
         fill(item);
     }
@@ -103,10 +112,9 @@ void PageBuilder::clear()
     m_items.clear();
 }
 
-bool PageBuilder::readRows(const QVariant& document, const QVariant& blankId, bool& isSameBlank,
-                           QString* error)
+bool PageBuilder::readRows(const QVariant& document, const QVariant& blankId, QString* error)
 {
-    std::optional<PageDocument> documentRow = PageDocument::read(document, error);
+    std::optional<PageDocument> documentRow = PageDocument::read(document, m_document, error);
     if (!documentRow) {
         return false;
     }
@@ -114,7 +122,6 @@ bool PageBuilder::readRows(const QVariant& document, const QVariant& blankId, bo
     if (!blankRow) {
         return false;
     }
-    isSameBlank = blankRow->id == m_blank.id && blankRow->columns == m_blank.columns;
     m_document = *documentRow;
     m_blank = *blankRow;
     return true;
@@ -141,8 +148,7 @@ QPixmap PageBuilder::loadBackground() const
     if (m_blank.background.isNull()) {
         return QPixmap();
     }
-    return loadPageBackground(appFilePath(m_blank.background.toString()),
-                              m_blank.paper().pageSize());
+    return loadPagePicture(appFilePath(m_blank.background.toString()), m_blank.paper().pageSize());
 }
 
 QJsonObject PageBuilder::docFieldOf(const PageItem& item) const
@@ -150,17 +156,18 @@ QJsonObject PageBuilder::docFieldOf(const PageItem& item) const
     return m_document.content.value(item.blankItem.value).toObject();
 }
 
+bool PageBuilder::hasAllItems() const
+{
+    return m_page && m_items.size() == m_blank.items.size() &&
+           loadBackground().cacheKey() == m_backgroundKey;
+}
+
 bool PageBuilder::canRefill() const
 {
-    if (!m_page || m_items.size() != m_blank.items.size() ||
-        loadBackground().cacheKey() != m_backgroundKey)
-    {
-        return false;
-    }
     return std::all_of(m_items.cbegin(), m_items.cend(), [this](const PageItem& item) {
         const QJsonObject docField = docFieldOf(item);
         if (!isTable(item, docField)) {
-            return item.frame.table == nullptr;
+            return !item.frame.table && (item.symbol || item.frame.label->takesAnotherText());
         }
         return item.frame.table &&
                item.frame.columnWidths.size() == docField["columns"].toArray().size();

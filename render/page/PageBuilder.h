@@ -48,11 +48,11 @@ public:
 
 private:
     void clear();
-    bool readRows(const QVariant& document, const QVariant& blankId, bool& isSameBlank,
-                  QString* error);
+    bool readRows(const QVariant& document, const QVariant& blankId, QString* error);
     void layOut();
     QPixmap loadBackground() const;
     QJsonObject docFieldOf(const PageItem& item) const;
+    bool hasAllItems() const;
     bool canRefill() const;
     void fill(PageItem& item);
 

@@ -20,15 +20,31 @@ bool selectRow(QSqlQuery& query, const QString& statement, const QString& table,
     return found;
 }
 
+QVector<QVariant> columnsOf(const QSqlQuery& row)
+{
+    const int count = row.record().count();
+    QVector<QVariant> columns;
+    columns.reserve(count);
+    for (int i = 0; i < count; ++i) {
+        columns.append(row.value(i));
+    }
+    return columns;
+}
+
 } // namespace
 
-std::optional<PageDocument> PageDocument::read(const QVariant& id, QString* error)
+std::optional<PageDocument> PageDocument::read(const QVariant& id, const PageDocument& known,
+                                               QString* error)
 {
     QSqlQuery query;
     if (!selectRow(query, "SELECT * FROM docs WHERE ID = " + id.toString() + ";", "docs", error)) {
         return std::nullopt;
     }
-    return PageDocument{id, documentTagValues(query), documentTagContent(query)};
+    const QVector<QVariant> columns = columnsOf(query);
+    if (id == known.id && columns == known.columns) {
+        return known;
+    }
+    return PageDocument{columns, id, documentTagValues(query), documentTagContent(query)};
 }
 
 std::optional<PageBlank> PageBlank::read(const QVariant& id, const PageBlank& known, QString* error)
@@ -38,10 +54,7 @@ std::optional<PageBlank> PageBlank::read(const QVariant& id, const PageBlank& kn
         return std::nullopt;
     }
     PageBlank row;
-    const int columnCount = query.record().count();
-    for (int i = 0; i < columnCount; ++i) {
-        row.columns.append(query.value(i));
-    }
+    row.columns = columnsOf(query);
     if (id == known.id && row.columns == known.columns) {
         return known;
     }

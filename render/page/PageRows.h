@@ -16,9 +16,12 @@
 /// What a page takes of a document's row.
 struct PageDocument
 {
-    /// Reads the row. None, with what failed in `error` (may be null), if it can't be.
-    static std::optional<PageDocument> read(const QVariant& id, QString* error);
+    /// Reads the row. None, with what failed in `error` (may be null), if it can't be. `known`
+    /// comes back if the row is still that one, so that it is not parsed again.
+    static std::optional<PageDocument> read(const QVariant& id, const PageDocument& known,
+                                            QString* error);
 
+    QVector<QVariant> columns; ///< all of the row, as they are stored
     QVariant id;
     QJsonObject values;  ///< see documentTagValues()
     QJsonObject content; ///< see documentTagContent()

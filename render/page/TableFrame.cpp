@@ -7,6 +7,7 @@
 #include <QTableWidget>
 #include <QVector>
 
+#include "render/page/MarkupBound.h"
 #include "render/page/PageFont.h"
 #include "render/page/PageStyle.h"
 #include "render/page/PageWidget.h"
@@ -86,7 +87,7 @@ void fillRow(const PageFrame& frame, int row, const QJsonArray& cells, const QFo
     const QFontMetrics metrics(font);
     int height = frame.table->verticalHeader()->defaultSectionSize();
     for (int column = 0; column < frame.columnWidths.size(); ++column) {
-        const QString text = cells[column].toString();
+        const QString text = boundedPlainText(cells[column].toString());
         fillCell(frame.table, row, column, text, font);
         const QRect available(0, 0, frame.columnWidths[column], highestCell);
         height = qMax(height, metrics.boundingRect(available, Qt::TextWordWrap, text).height());

@@ -1,8 +1,10 @@
 #include "render/vector/VectorProxyWidget.h"
 
+#include <QPainter>
 #include <QStyleOptionGraphicsItem>
 #include <QWidget>
 
+#include "render/vector/PagePaintable.h"
 #include "render/vector/PagedPainting.h"
 #include "render/vector/PaintForwarder.h"
 
@@ -25,6 +27,12 @@ void VectorProxyWidget::paint(QPainter* painter, const QStyleOptionGraphicsItem*
     }
     const QRect exposed = (option->exposedRect & rect()).toAlignedRect();
     if (exposed.isEmpty()) {
+        return;
+    }
+    if (auto* paintable = dynamic_cast<PagePaintable*>(widget())) {
+        painter->save();
+        paintable->paintOnPage(*painter, exposed);
+        painter->restore();
         return;
     }
     PaintForwarder forwarder(painter, widget()->size(), widget()->logicalDpiX());

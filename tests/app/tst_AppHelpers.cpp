@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTextCharFormat>
+#include <QTextDocument>
 #include <QToolButton>
 
 #include "app/AppHelpers.h"
@@ -21,6 +22,7 @@ class tst_AppHelpers : public QObject
 private slots:
     void version();
     void filePath();
+    void plainMessages();
     void question_data();
     void question();
     void questionClosed();
@@ -45,6 +47,16 @@ void tst_AppHelpers::filePath()
     QCOMPARE(appFilePath("blanks/a.png"), QCoreApplication::applicationDirPath() + "/blanks/a.png");
     const TempApplication app(TempApplication::Database::None);
     QCOMPARE(appFilePath("docs.db"), app.path() + "/docs.db");
+}
+
+void tst_AppHelpers::plainMessages()
+{
+    QCOMPARE(plainMessage("Ошибка: 5 < 6 & 7\n<b>"), QString("Ошибка: 5 < 6 & 7\n<b>"));
+    const QString text = "near \"<img src='/dev/zero'>\": syntax  error\nstop";
+    QVERIFY(Qt::mightBeRichText(text));
+    QTextDocument shown;
+    shown.setHtml(plainMessage(text));
+    QCOMPARE(shown.toPlainText().replace(QChar::Nbsp, ' '), text);
 }
 
 void tst_AppHelpers::question_data()

@@ -41,6 +41,7 @@ private slots:
     void detailsStayWithoutASelection();
     void failedDetailsAreLogged();
     void backgroundFitsTheView();
+    void previewOfTooManyPixels();
 
     void addBlank();
     void addSelectsTheNewBlank();
@@ -275,6 +276,19 @@ void tst_BlankDlg::backgroundFitsTheView()
     QVERIFY(qAbs(middle - view->width() / 2) <= 1);
     list()->selectRow(2);
     QVERIFY(picture()->pixmap().isNull());
+}
+
+void tst_BlankDlg::previewOfTooManyPixels()
+{
+    QImage scan(25000, 25000, QImage::Format_Mono);
+    scan.fill(0);
+    QVERIFY(scan.save(app->path("large.png")));
+    BlankRow row;
+    row.background = "large.png";
+    insertBlank(*app, row);
+    openList();
+    list()->selectRow(0);
+    QVERIFY(picture() && picture()->pixmap().isNull());
 }
 
 void tst_BlankDlg::addBlank()

@@ -52,6 +52,7 @@ private slots:
     void pageSize();
     void pageOfNoWidth();
     void backgroundIsScaledIntoTheSize();
+    void backgroundThatIsTooLarge();
     void missingBackgroundIsNoError();
     void contentWithoutItems_data();
     void contentWithoutItems();
@@ -117,6 +118,7 @@ private slots:
     void acceptSavesAndCloses();
     void rejectAndCloseLoseTheChanges();
     void failedSaveIsShownAndCloses();
+    void unreadBlankIsNotReplaced();
 
 private:
     BlankWindow& open(const BlankRow& row);
@@ -462,6 +464,28 @@ void tst_BlankWindow::backgroundIsScaledIntoTheSize()
     QCOMPARE(background->pos(), QPointF(0, 0));
     QCOMPARE(background->pixmap().size(), QSize(1122, 374));
     QCOMPARE(background->pixmap().toImage().pixelColor(500, 200), QColor(Qt::red));
+}
+
+void tst_BlankWindow::backgroundThatIsTooLarge()
+{
+    QImage scan(25000, 25000, QImage::Format_Mono);
+    scan.fill(0);
+    QVERIFY(scan.save(app->path("large.png")));
+    scan = QImage(10, 10, QImage::Format_Mono);
+    QVERIFY(scan.save(app->path("scan.png")));
+    BlankRow pixels;
+    pixels.background = "large.png";
+    BlankRow page;
+    page.width = 100000; // millimetres
+    page.height = 100000;
+    page.background = "scan.png";
+    for (const BlankRow& row : {pixels, page}) {
+        open(row);
+        const QList<QGraphicsItem*> items = scene()->items(Qt::AscendingOrder);
+        QCOMPARE(items.size(), 2);
+        auto* background = qgraphicsitem_cast<QGraphicsPixmapItem*>(items.last());
+        QVERIFY(background && background->pixmap().isNull());
+    }
 }
 
 void tst_BlankWindow::missingBackgroundIsNoError()
@@ -1399,6 +1423,25 @@ void tst_BlankWindow::failedSaveIsShownAndCloses()
     QVERIFY(!editor->isVisible());
     app->exec("ALTER TABLE gone RENAME TO blanks");
     QCOMPARE(storedFields(*app, blankId), QJsonArray{textItem});
+}
+
+// The empty page of a blank that could not be read must not take the place of what is stored.
+void tst_BlankWindow::unreadBlankIsNotReplaced()
+{
+    openWith({QJsonObject{{"value", "Текст"}}});
+    const QVariant stored = app->value("SELECT CONTENT FROM blanks");
+    app->exec("ALTER TABLE blanks RENAME TO hidden");
+    editor = std::make_unique<BlankWindow>();
+    editor->setBlankId(blankId);
+    editor->loadBlank();
+    app->exec("ALTER TABLE hidden RENAME TO blanks");
+    editor->show();
+    ModalDriver driver;
+    driver.expectMessage("Ошибка", "Ошибка сохранения бланка: SQL Error", "OK");
+    clickButton(editor.get(), "buttonAccept");
+    QVERIFY2(driver.finished(), driver.failures());
+    QVERIFY(!editor->isVisible());
+    QCOMPARE(app->value("SELECT CONTENT FROM blanks"), stored);
 }
 
 QTEST_MAIN(tst_BlankWindow)

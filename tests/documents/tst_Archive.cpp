@@ -63,6 +63,11 @@ private slots:
     void twoRestoresKeepOneGeneration();
     void restoreOfTheDatabaseItself();
     void restoreAfterAFailedOne();
+    void failedRestoresKeepTheOnlyData();
+    void restoreOfTheBackupItself();
+    void interruptedChangeIsUndoneFirst_data();
+    void interruptedChangeIsUndoneFirst();
+    void strayJournalSpoilsNothing();
     void restoreOfTextFile();
     void restoreOfAnotherDatabase();
     void restoredDatabaseCanBeWritten();
@@ -70,6 +75,7 @@ private slots:
     void restoreEmptiesThePane();
 
 private:
+    void leaveAnInterruptedChange();
     void trigger(const QString& text);
     void restore(const QString& archive);
     QTableWidget* list() const { return m_window->findChild<QTableWidget*>("docsWidget"); }
@@ -414,6 +420,99 @@ void tst_Archive::restoreAfterAFailedOne()
     trigger("ЗАГРУЗИТЬ\nИЗ АРХИВА");
     restore(archive);
     QCOMPARE(bytes(live), bytes(archive));
+    QCOMPARE(surnames(), QStringList({"Архивная"}));
+}
+
+// After the first failure no live file stands: the backup is all there is.
+void tst_Archive::failedRestoresKeepTheOnlyData()
+{
+    const QString live = m_app->path("docs.db");
+    const QByteArray content = bytes(live);
+    m_driver->expectFileDialog(live);
+    m_driver->expectMessage("Ошибка", "Не удалось скопировать\n" + live, "OK");
+    trigger("ЗАГРУЗИТЬ\nИЗ АРХИВА");
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(!replaceDatabase(m_app->path("gone.zlv")));
+        QVERIFY(!QFile::exists(live));
+        QCOMPARE(bytes(m_app->path("docs_backup.db")), content);
+    }
+    // The way back through the program: the backup is an archive like any other.
+    restore(m_app->path("docs_backup.db"));
+    QCOMPARE(bytes(live), content);
+    QCOMPARE(bytes(m_app->path("docs_backup.db")), content);
+    QCOMPARE(surnames(), QStringList({"Живая"}));
+}
+
+// It would have to be deleted before it could be copied.
+void tst_Archive::restoreOfTheBackupItself()
+{
+    restore(makeArchive("a.zlv", "Архивная"));
+    const QByteArray live = bytes(m_app->path("docs.db"));
+    const QString backup = m_app->path("docs_backup.db");
+    const QByteArray previous = bytes(backup);
+    m_driver->expectFileDialog(backup);
+    m_driver->expectMessage("Ошибка", "Не удалось скопировать\n" + backup, "OK");
+    trigger("ЗАГРУЗИТЬ\nИЗ АРХИВА");
+    QCOMPARE(bytes(backup), previous);
+    QCOMPARE(bytes(m_app->path("docs.db")), live);
+    QCOMPARE(surnames(), QStringList({"Архивная"}));
+}
+
+// A process that ends amid a change, half of which is in the file already.
+void tst_Archive::leaveAnInterruptedChange()
+{
+    m_app->exec("INSERT INTO docs (LNAME, DOC_TYPE, TEMPLATE, CONTENT) VALUES ('Вторая', 1, 0, ?)",
+                {QString(1 << 20, 'x')});
+    const ProcessResult result =
+        runPython("import os, sqlite3, sys\n"
+                  "db = sqlite3.connect(sys.argv[1], isolation_level=None)\n"
+                  "db.execute('PRAGMA cache_size = 1')\n"
+                  "db.execute('BEGIN')\n"
+                  "db.execute(\"UPDATE docs SET LNAME = 'Половина', CONTENT = '{}' || CONTENT\")\n"
+                  "os._exit(0)\n",
+                  {m_app->path("docs.db")});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(QFile::exists(m_app->path("docs.db-journal")));
+}
+
+void tst_Archive::interruptedChangeIsUndoneFirst_data()
+{
+    QTest::addColumn<bool>("restores");
+    QTest::addColumn<QString>("copy");
+    QTest::newRow("save") << false << "copy.zlv";
+    QTest::newRow("restore") << true << "docs_backup.db";
+}
+
+void tst_Archive::interruptedChangeIsUndoneFirst()
+{
+    QFETCH(bool, restores);
+    QFETCH(QString, copy);
+    const QString archive = makeArchive("a.zlv", "Архивная");
+    const QByteArray saved = bytes(archive);
+    leaveAnInterruptedChange();
+    if (restores) {
+        restore(archive);
+        QCOMPARE(bytes(m_app->path("docs.db")), saved);
+        QCOMPARE(surnames(), QStringList({"Архивная"}));
+    } else {
+        m_driver->expectFileDialog(m_app->path(copy));
+        trigger("СОХРАНИТЬ\nВ АРХИВ");
+    }
+    QVERIFY(!QFile::exists(m_app->path("docs.db-journal")));
+    const ProcessResult read = runProcess(
+        "sqlite3", {m_app->path(copy), "PRAGMA integrity_check", "SELECT LNAME FROM docs"});
+    QCOMPARE(QString::fromUtf8(read.out), QString("ok\nЖивая\nВторая\n"));
+}
+
+// A journal without its database must not be played back into the next one.
+void tst_Archive::strayJournalSpoilsNothing()
+{
+    const QString archive = makeArchive("a.zlv", "Архивная");
+    const QByteArray saved = bytes(archive);
+    leaveAnInterruptedChange();
+    QVERIFY(QFile::rename(m_app->path("docs.db"), m_app->path("elsewhere.db")));
+    restore(archive);
+    QCOMPARE(bytes(m_app->path("docs.db")), saved);
     QCOMPARE(surnames(), QStringList({"Архивная"}));
 }
 

@@ -109,6 +109,7 @@ private slots:
     void shortcuts();
     void enterAppliesTheFilter();
     void editRejected();
+    void editRejectedKeepsWhatIsNoJson();
     void editWithApostropheShowsWhatWasEntered();
     void editMovesTheRowInSortedList();
     void changedDocumentsAreScrolledTo();
@@ -723,6 +724,21 @@ void tst_MainWindowActions::editRejected()
     QCOMPARE(m_app->dump(), before);
     QCOMPARE(rows(), QStringList({"1 Иванова"}));
     QVERIFY(list()->isSortingEnabled());
+}
+
+// Whoever mends the content by hand must find it; a save would replace it.
+void tst_MainWindowActions::editRejectedKeepsWhatIsNoJson()
+{
+    addDocument("Иванова");
+    m_app->exec("UPDATE docs SET CONTENT = '{\"#HOURS\": {\"value\": 144'");
+    open();
+    const QByteArray before = m_app->dump();
+    m_driver->expect<DocDialog>([](DocDialog* dialog) {
+        QCOMPARE(named<QTableWidget>(dialog, "contentTable")->rowCount(), 0);
+        clickButton(dialog, "closeButton");
+    });
+    trigger("РЕДАКТИРОВАТЬ\nДОКУМЕНТ");
+    QCOMPARE(m_app->dump(), before);
 }
 
 void tst_MainWindowActions::editWithApostropheShowsWhatWasEntered()

@@ -40,6 +40,7 @@ private slots:
     void emptyMappingEqualsTheTemplate();
 
     void templateKeepsItsLook();
+    void templateOfALibraryKeepsAll();
     void templateFileIsNotChanged();
     void whatTheLibraryDrops();
     void anotherSheetActive();
@@ -430,6 +431,36 @@ void tst_Export::templateKeepsItsLook()
              (QJsonObject{{"B2", "Не менять"}, {"B3", 1234.5}}));
     QCOMPARE(sheet(book, "Справка")["formats"].toObject(), (QJsonObject{{"B3", "#,##0.00"}}));
     QCOMPARE(book["hidden"].toArray(), QJsonArray{"Служебный"});
+}
+
+void tst_Export::templateOfALibraryKeepsAll()
+{
+    m_fixture->addTemplate("Шаблон", {}, makeTemplate("rich"), 3);
+    m_fixture->open();
+    const QJsonObject before = readWorkbook(m_fixture->app.path("school.xlsx"));
+    const QJsonObject after = readWorkbook(run());
+    for (const QString& key : before.keys()) {
+        if (key != "content") {
+            QVERIFY2(after[key] == before[key], qPrintable(key));
+        }
+    }
+    for (const char* name : {"Выдача", "Скрытый"}) {
+        const QJsonObject expected = sheet(before, name);
+        const QJsonObject found = sheet(after, name);
+        for (const QString& key : expected.keys()) {
+            QVERIFY2(found[key] == expected[key],
+                     QJsonDocument(QJsonArray{name, key, expected[key], found[key]}).toJson());
+        }
+    }
+    // What that is, lest an empty reading should equal an empty one.
+    QCOMPARE(after["names"].toArray().size(), 2);
+    const QJsonObject shown = sheet(after, "Выдача");
+    QCOMPARE(shown["images"].toArray().size(), 1);
+    QCOMPARE(shown["charts"].toArray()[0].toArray()[1].toArray(), QJsonArray{"'Выдача'!$D$1:$D$6"});
+    QCOMPARE(shown["links"].toObject()["C5"], QJsonValue("https://school.example/?a=1&b=2"));
+    QCOMPARE(shown["cells"].toObject()["C4"], QJsonValue("=SUM(D1:D6)"));
+    QCOMPARE(shown["heights"].toObject()["9"], QJsonValue(12.5));
+    QCOMPARE(shown["fonts"].toObject()["B4"].toArray()[1], QJsonValue(13));
 }
 
 void tst_Export::templateFileIsNotChanged()

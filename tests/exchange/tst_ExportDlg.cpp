@@ -23,6 +23,7 @@ class tst_ExportDlg : public QObject
     Q_OBJECT
 
 private slots:
+    void unreadTemplateIsNotReplaced();
     void init() { m_fixture = std::make_unique<ExchangeFixture>(); }
     void cleanup() { m_fixture.reset(); }
 
@@ -982,6 +983,33 @@ void tst_ExportDlg::longPathIsSeenFromItsBeginning()
     m_fixture->open();
     m_fixture->selectTemplate(0);
     QCOMPARE(edit("tmpPathEdit")->cursorPosition(), 0);
+}
+
+// What the widgets show is then nothing, or of another template.
+void tst_ExportDlg::unreadTemplateIsNotReplaced()
+{
+    ExchangeFixture fixture;
+    fixture.addTemplate("Первый", {}, "/книга.xlsx", 3, 44, "yyyy");
+    fixture.open();
+    const auto rename = [&](const QString& name) {
+        fixture.child<QTableWidget>("templatesWidget")->item(0, 0)->setText(name);
+    };
+    const auto stored = [&] {
+        return fixture.app
+            .value("SELECT NAME || TEMPLATE || FROM_ROW || TO_ROW || DATE_FORMAT "
+                   "FROM export")
+            .toString();
+    };
+    fixture.app.exec("ALTER TABLE export RENAME COLUMN FIELDS TO HIDDEN");
+    fixture.selectTemplate(0);
+    rename("Второй");
+    QCOMPARE(stored(), QString("Первый/книга.xlsx344yyyy"));
+    fixture.app.exec("ALTER TABLE export RENAME COLUMN HIDDEN TO FIELDS");
+    fixture.child<QTableWidget>("templatesWidget")->clearSelection();
+    fixture.child<QTableWidget>("templatesWidget")->setCurrentCell(-1, -1);
+    fixture.selectTemplate(0);
+    rename("Третий");
+    QCOMPARE(stored(), QString("Третий/книга.xlsx344yyyy"));
 }
 
 QTEST_MAIN(tst_ExportDlg)

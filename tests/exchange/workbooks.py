@@ -5,6 +5,7 @@ answered by a line of JSON, the command's result.
 
 cells FILE DESCRIPTION     a workbook written part by part from a description
 openpyxl FILE DESCRIPTION  the texts of the description saved by openpyxl as it saves them
+rich FILE                  all that is kept of a template, as openpyxl itself saves it
 template FILE              a formatted workbook of several sheets, as office programs save it
 extras FILE                the same with what the reading library passes over
 damage FILE WAY            a workbook of two rows, damaged in one of the ways of DAMAGES
@@ -18,6 +19,7 @@ The description: {"writer": "excel" or "libreoffice", "active": index of the act
 A cell is a text (a shared string) or [kind, value]; the kinds are those of Writer.cell.
 """
 import base64
+import datetime
 import io
 import json
 import re
@@ -26,9 +28,12 @@ import zipfile
 from xml.sax.saxutils import escape
 
 import openpyxl
+from openpyxl.chart import BarChart, Reference
 from openpyxl.comments import Comment
+from openpyxl.drawing.image import Image
 from openpyxl.formatting.rule import CellIsRule
 from openpyxl.styles import Alignment, Border, Font, PatternFill, Side
+from openpyxl.workbook.defined_name import DefinedName
 from openpyxl.worksheet.datavalidation import DataValidation
 
 MAIN = "http://schemas.openxmlformats.org/spreadsheetml/2006/main"
@@ -289,6 +294,54 @@ def save_extras(path):
     officialize(path)
 
 
+def save_rich(path):
+    """All that the library keeps of a template, as openpyxl itself saves it."""
+    book = openpyxl.Workbook()
+    sheet = book.active
+    sheet.title = "Выдача"
+    sheet.sheet_view.tabSelected = True
+    thin = Side(style="thin", color="FF7C99FF")
+    for row in range(1, 7):
+        for column in "ABCD":
+            cell = sheet[f"{column}{row}"]
+            cell.value = f"{column}{row}" if column != "D" else row * 1.5
+            cell.font = Font(name="Arial", size=9 + row, bold=row % 2 == 0, italic=column == "A",
+                             color="FF123456")
+            cell.fill = PatternFill("solid", fgColor=f"FFEE{row}{row}FF")
+            cell.border = Border(bottom=thin)
+            cell.alignment = Alignment(horizontal="center", vertical="top", wrap_text=column == "B")
+            if column == "D":
+                cell.number_format = "#,##0.000"
+    sheet["C2"] = datetime.date(2001, 3, 9)
+    sheet["C2"].number_format = "dd.mm.yyyy"
+    sheet["C3"] = True
+    sheet["C4"] = "=SUM(D1:D6)"
+    sheet["C5"] = "ссылка"
+    sheet["C5"].hyperlink = "https://school.example/?a=1&b=2"
+    sheet.merge_cells("A1:B1")
+    sheet.column_dimensions["A"].width = 31.5
+    sheet.column_dimensions["C"].hidden = True
+    sheet.row_dimensions[1].height = 40
+    sheet.row_dimensions[9].height = 12.5
+    check = DataValidation(type="list", formula1='"да,нет"', allow_blank=True)
+    check.add("D3:D99")
+    check.add("F1")
+    sheet.add_data_validation(check)
+    sheet.conditional_formatting.add("D3:D99", CellIsRule(
+        operator="greaterThan", formula=["5"], fill=PatternFill("solid", bgColor="FFF46060")))
+    sheet.add_image(Image(io.BytesIO(PICTURE)), "F3")
+    chart = BarChart()
+    chart.title = "Часы"
+    chart.add_data(Reference(sheet, min_col=4, min_row=1, max_row=6))
+    sheet.add_chart(chart, "H3")
+    other = book.create_sheet("Скрытый")
+    other["B2"] = 1234.5
+    other.sheet_state = "hidden"
+    for name, scope in (("Ставка", None), ("Свой", 1)):
+        book.defined_names.append(DefinedName(name, localSheetId=scope, attr_text="Скрытый!$B$2"))
+    book.save(path)
+
+
 PLAIN = {"sheets": [{"name": "Лист1", "cells": {"A2": "нет", "B2": "Иванов",
                                                "A3": "нет", "B3": "Петров"}}]}
 SHEET = "xl/worksheets/sheet1.xml"
@@ -415,6 +468,19 @@ EXCESSES = {
         "xl/sharedStrings.xml": shared_strings(["<t>" + "x" * 300000 + "</t>"]).encode(),
         SHEET: re.sub("<sheetData>.*</sheetData>", "<sheetData><row>" + '<c t="s"><v>0</v></c>'
                       * 1000 + "</row></sheetData>", plain_parts()[SHEET].decode()).encode()}),
+    "rows far apart on many sheets": lambda: changed(
+        changed(plain_parts(), SHEET, "</sheetData>", '<row r="1048576"><c><v>1</v></c></row>'
+                                                      "</sheetData>"),
+        "xl/workbook.xml", "</sheets>",
+        many(200, '<sheet name="s{0}" sheetId="{0}" r:id="rId1"/>') + "</sheets>"),
+    "too many elements": lambda: with_replaced(
+        SHEET, "</worksheet>", "<mergeCells>" + "<a/>" * 5000001 + "</mergeCells></worksheet>"),
+    "too many fonts": lambda: with_replaced("xl/styles.xml", "</fonts>",
+                                            "<font/>" * 65536 + "</fonts>"),
+    "too many pictures": lambda: drawn(ANCHOR.format(PIC) * 10001),
+    "too many workbooks": lambda: with_replaced(
+        "xl/workbook.xml", "</workbook>",
+        "<externalReferences>" + "<externalReference/>" * 1001 + "</externalReferences></workbook>"),
     "too many sheets": lambda: with_replaced(
         "xl/workbook.xml", "</sheets>",
         many(1000, '<sheet name="s{0}" sheetId="{0}" r:id="rId1"/>') + "</sheets>"),
@@ -441,8 +507,12 @@ def quoted(text):
 
 
 def save_damaged(path, way):
+    write_made(path, {**DAMAGES, **EXCESSES}[way]())
+
+
+def write_made(path, made):
     with open(path, "wb") as file:
-        file.write({**DAMAGES, **EXCESSES}[way]())
+        file.write(made if isinstance(made, bytes) else zipped(made))
 
 PICTURE = base64.b64decode(
     "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwADhgGAWjR9awAAAABJRU5ErkJg"
@@ -553,6 +623,15 @@ ODDITIES = {
         "<sheetData>", '<cols><col min="1" max="2147483647" width="9"/></cols><sheetData>'),
     "columns below one": lambda: in_sheet(
         "<sheetData>", '<cols><col min="-2147483648" max="3" width="9"/></cols><sheetData>'),
+    "columns without end": lambda: in_sheet(
+        "<sheetData>", "<cols>" + '<col min="1" max="2"/><col min="2" max="16384"/>' * 100000
+                       + "</cols><sheetData>"),
+    "links without end": lambda: {
+        **behind_cells("<hyperlinks>" + many(40000, '<hyperlink ref="A{0}" r:id="rId39999"/>')
+                       + "</hyperlinks>"),
+        DRAWN_SHEET: relations(*[("hyperlink", "x")] * 40000)},
+    "areas without end": lambda: behind_cells(
+        '<dataValidations><dataValidation sqref="' + "A1 " * 1000000 + '"/></dataValidations>'),
     "columns that overlap": lambda: in_sheet(
         "<sheetData>", '<cols><col min="1" max="5" width="9"/><col min="1" max="16384"/></cols>'
                        "<sheetData>"),
@@ -685,9 +764,7 @@ ODDITIES = {
 
 
 def save_odd(path, way):
-    made = ODDITIES[way]()
-    with open(path, "wb") as file:
-        file.write(made if isinstance(made, bytes) else zipped(made))
+    write_made(path, ODDITIES[way]())
 
 
 def save_rows(path, count):
@@ -707,6 +784,7 @@ def read(path):
         "sheets": [sheet.title for sheet in book],
         "hidden": [sheet.title for sheet in book if sheet.sheet_state != "visible"],
         "selected": [sheet.title for sheet in book if sheet.sheet_view.tabSelected],
+        "names": [[n.name, n.localSheetId, n.attr_text] for n in book.defined_names.definedName],
         "content": {sheet.title: read_sheet(sheet) for sheet in book},
     }
 
@@ -735,11 +813,17 @@ def read_sheet(sheet):
         "orientation": sheet.page_setup.orientation,
         "comments": [c.coordinate for c in cells if c.comment],
         "titles": sheet.print_title_rows,
+        "hidden columns": [k for k, d in sheet.column_dimensions.items() if d.hidden],
+        "wrapped": [c.coordinate for c in cells if c.alignment.wrap_text],
+        "upper": [c.coordinate for c in cells if c.alignment.vertical == "top"],
+        "images": [base64.b64encode(i._data()).decode() for i in sheet._images],
+        "charts": [[type(c).__name__, [s.val.numRef.f for s in c.series],
+                    c.anchor._from.col, c.anchor._from.row] for c in sheet._charts],
     }
 
 
 COMMANDS = {"cells": save_cells, "openpyxl": save_by_openpyxl, "template": save_template,
-            "extras": save_extras, "damage": save_damaged, "odd": save_odd,
+            "extras": save_extras, "rich": save_rich, "damage": save_damaged, "odd": save_odd,
             "oddities": lambda: list(ODDITIES), "rows": save_rows, "read": read}
 
 if __name__ == "__main__":

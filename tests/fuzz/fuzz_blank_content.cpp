@@ -1,5 +1,5 @@
-// Bytes taken as the content of a blank: the page of the preview, and the editor's round trip from
-// the database and back.
+// Bytes taken as the content of a blank: the page of the preview, what the check finds on it, its
+// print, and the editor's round trip from the database and back. The bytes vary the paper too.
 
 #include <QGraphicsItem>
 #include <QGraphicsScene>
@@ -8,18 +8,23 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPainter>
+#include <QPrinter>
+#include <QTemporaryDir>
 
 #include <memory>
 
 #include "blanks/BlankWindow.h"
 #include "blanks/ZelvoraView.h"
 #include "fuzz/FuzzSupport.h"
+#include "preflight/FindingWords.h"
+#include "preflight/PageCheck.h"
 #include "render/PrinPreviewDialog.h"
 
 namespace {
 
 constexpr int blankId = 1;
 constexpr int docId = 1;
+constexpr int printedShare = 8;    // one page of so many is printed and checked: both are slow
 const QSize pictureSize(378, 264); // pixels; the page of 100 by 70 mm as it is
 
 const char* const documentContent =
@@ -48,6 +53,8 @@ struct Fixture
 
     std::unique_ptr<PrinPreviewDialog> preview;
     std::unique_ptr<BlankWindow> editor;
+    PageCheck check;
+    QTemporaryDir folder; // in TMPDIR
 };
 
 QByteArray storedContent()
@@ -64,6 +71,47 @@ void checkPreview(PrinPreviewDialog& preview, const QByteArray& content)
     QPainter painter(&picture);
     page->render(&painter);
     require(storedContent() == content, "the preview leaves the blank alone");
+}
+
+/// A number from the bytes, so that an input always has the same paper.
+uint numberOf(const QByteArray& content)
+{
+    return qHash(content, 0);
+}
+
+/// Paper of every format and orientation, of sizes and offsets that are none among them.
+void varyPaper(uint number)
+{
+    static const QVector<int> formats = {0, 1, 42, 42, 42, 7, -1};
+    static const QVector<int> sizes = {100, 70, 210, 297, 1, 0, -5, 1000, 40};
+    static const QVector<int> offsets = {0, 3, -3, 500, -500};
+    runSql("UPDATE blanks SET PAPER_FORMAT = ?, PAPER_ORIENTATION = ?, SIZE_WIDTH = ?, "
+           "SIZE_HEIGHT = ?, OFFSET_X = ?, OFFSET_Y = ?, FONT_SIZE = ? WHERE ID = 1",
+           {formats[int(number % 7)], int(number / 7 % 3), sizes[int(number / 21 % 9)],
+            sizes[int(number / 189 % 9)], offsets[int(number / 1701 % 5)],
+            offsets[int(number / 8505 % 5)], int(number / 42525 % 80) - 4});
+}
+
+/// Leaves the page as it is for the others: the paper is put back.
+void checkPrint(Fixture& fixture, const QByteArray& content, uint number)
+{
+    varyPaper(number);
+    require(fixture.check.check(docId, blankId), "a page that can be read is checked");
+    for (const Finding& finding : fixture.check.findings()) {
+        require(!FindingWords().sentence(finding).isEmpty(), "what is found can be said");
+    }
+    PrinPreviewDialog& preview = *fixture.preview;
+    if (preview.buildScene(preview.pageScene(), docId, blankId)) {
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(fixture.folder.filePath("page.pdf"));
+        QPainter painter;
+        preview.printPage(printer, painter);
+    }
+    require(storedContent() == content, "the print leaves the blank alone");
+    runSql("UPDATE blanks SET PAPER_FORMAT = 42, PAPER_ORIENTATION = 0, SIZE_WIDTH = 100, "
+           "SIZE_HEIGHT = 70, "
+           "OFFSET_X = 0, OFFSET_Y = 0, FONT_SIZE = 12 WHERE ID = 1");
 }
 
 /// What the editor makes of the items: topmost first, with position and size as numbers.
@@ -110,5 +158,8 @@ void tryInput(const QByteArray& input)
     static auto* fixture = new Fixture;
     runSql("UPDATE blanks SET CONTENT = ? WHERE ID = 1", {input});
     checkPreview(*fixture->preview, input);
+    if (numberOf(input) % printedShare == 0) {
+        checkPrint(*fixture, input, numberOf(input) / printedShare);
+    }
     checkEditor(*fixture->editor, QJsonDocument::fromJson(input).object()["fields"].toArray());
 }

@@ -5,6 +5,8 @@ import json
 import pathlib
 import struct
 import sys
+import tempfile
+import zipfile
 
 
 def byte_array(data):
@@ -155,6 +157,27 @@ def tag_texts():
     return {f"text_{i:02}": text.encode() + b"\0" + values + b"\0" + content for i, text in enumerate(texts)}
 
 
+def markup_values():
+    table = "<table><tr><td>"
+    texts = {
+        "plain": "Иванов & сыновья < 5",
+        "words": "<b>А</b><i>Б<br>В</i>&nbsp;&#1046;",
+        "table": "<table border=1 width='100%'><tr><td colspan=2>a<tr><td rowspan=3>b<th>c</table>",
+        "tables": table * 4 + "x",
+        "too_many_tables": table * 300 + "x",
+        "floats": "<table style='float:left'><tr><td>x</table>" * 60,
+        "bold": "<b>" * 3000 + "x",
+        "columns": "<table><tr><td colspan='&#50;0000'>x",
+        "lists": "<ul><li>a<ol type=A><li>b</ol></ul><dl><dt>c<dd>d</dl>",
+        "styles": "<style>@import url(a.css); b{color:red}</style><link type='text/css' href='a.css'/><b>x</b>",
+        "pictures": "<img src=/dev/zero><img src='//a/b' align=left><img src=':/splash.png' width=20 height=9999>",
+        "data": "<img src='data:image/bmp;base64,Qk0='><td background='data:,x'>",
+        "backgrounds": "<p style=\"line-height: 1; background-image: url(file:///dev/zero)\">x",
+        "broken": "<b <i <!-- <td title='><table>\" &#x; </p></table> </td>",
+    }
+    return {name: text.encode() for name, text in texts.items()}
+
+
 def qr_texts():
     # Level, version and mask stand one, one and two above the argument that they give.
     def call(level, version, extend, mask, text):
@@ -176,11 +199,92 @@ def qr_texts():
     }
 
 
+def workbooks():
+    """The parts of workbooks as office programs and libraries write them, and with what those of
+    tests/exchange have beside; without colours and properties, which are long and say little."""
+    tests = pathlib.Path(__file__).parent.parent / "exchange"
+    sys.path.insert(0, str(tests))
+    import workbooks as made
+
+    def parts_of(archive):
+        with zipfile.ZipFile(archive) as book:
+            return {name: book.read(name) for name in book.namelist()
+                    if "theme" not in name and "docProps" not in name}
+
+    def seed(parts):
+        return b"".join(b"\x1d" + name.encode() + b"\n" + data for name, data in parts.items())
+
+    seeds = {path.stem: seed(parts_of(path)) for path in (tests / "writers").glob("*.xlsx")
+             if path.stem in ("openpyxl", "exceljs", "gnumeric", "strict", "objects", "utf16")}
+    with tempfile.TemporaryDirectory() as folder:
+        made.save_extras(folder + "/x.xlsx")
+        seeds["extras"] = seed(parts_of(folder + "/x.xlsx"))
+    for name in ("chart", "picture"):
+        seeds[name] = seed(made.charted() if name == "chart" else made.pictured())
+    for name in ("rule without areas", "check with elements in it", "merged cells that are none",
+                 "link of an area", "shared formula without an area", "name of a missing sheet",
+                 "link to a workbook that is none", "columns that overlap", "alternatives",
+                 "drawing of two sheets", "dialog sheet beside", "bar without ends"):
+        seeds[name.replace(" ", "_")] = seed(made.ODDITIES[name]())
+    return {name: data for name, data in seeds.items() if len(data) <= 16384}
+
+
+def exchange_fields():
+    items = [{"col": "A", "tag": "#DUPLICATE"}, {"col": "B", "tag": "#LNAME"},
+             {"col": "C", "tag": "#HOURS"}, {"col": "AA", "tag": "#BIRTH_DATE"}]
+    return {
+        "whole": dump({"items": items}),
+        "empty": dump({"items": []}),
+        "no_object": b"[]",
+        "columns": dump({"items": [{"col": col, "tag": "#DAY"}
+                                   for col in ("", "$B", "колонка excel", "XFD", "ZZZ", "A1", "a")]}),
+        "one_cell": dump({"items": [{"col": "A", "tag": tag} for tag in ("#LNAME", "#KIND", "", "#X")]}),
+        "values": dump({"items": [1, None, {}, {"col": 5, "tag": []}, [items]]}),
+        "broken": b'{"items": [{"col": "A"',
+    }
+
+
+def org_data():
+    data = {"nameFormat1": "Школу № 5", "nameFormat2": "Школе № 5", "region": "Тверская область",
+            "locality": "г. Тверь", "director": "Петров Пётр Петрович"}
+    return {
+        "whole": dump(data),
+        "tags": dump({**data, "director": "#ORG_DIRECTOR #LNAME^x", "region": "<b>Тверь"}),
+        "names": dump({"director": " Ли  Б "}),
+        "kinds": dump({"director": 5, "region": None, "locality": ["a"]}),
+        "no_object": b"[]",
+        "broken": b'{"director": "',
+        "empty": b"",
+    }
+
+
+def markup_values():
+    return {
+        "plain": "Иванова Анна".encode(),
+        "bold": "<b>Иванова</b> <i>Анна</i><br/>".encode(),
+        "styled": b'<p style="font-size:20pt; line-height:50%; margin-left:-9px">a<span>b</span></p>',
+        "table": b'<table border="1" width="100%"><tr><td colspan="3">a</td><td>b</td></tr></table>',
+        "list": b"<ul><li>a<ol><li>b</li></ol></li></ul><hr/>",
+        "picture": b'<img src="nowhere.png" width="99999" height="-1"/>',
+        "background": b'<body background="x.png"><div style="background-image:url(y.png)">a</div></body>',
+        "style": b"<style>@import url(z.css); b { color: red }</style><b>a</b>",
+        "deep": b"<b>" * 100 + b"a",
+        "tables": b"<table><tr><td>" * 5 + b"a",
+        "signs": b"&nbsp;&#x0;&#1114112;&lt;b&gt;<!-- <b>",
+        "tags": "#LNAME^#TEXT\n<b>".encode(),
+    }
+
+
 def main():
     corpora = {
+        "fuzz_markup_value": markup_values(),
+        "fuzz_exchange_fields": exchange_fields(),
+        "fuzz_org_data": org_data(),
+        "fuzz_workbook": workbooks(),
         "fuzz_blank_content": blank_contents(),
         "fuzz_document_content": document_contents(),
         "fuzz_form_fields": form_fields(),
+        "fuzz_markup": markup_values(),
         "fuzz_qr_text": qr_texts(),
         "fuzz_tag_expansion": tag_texts(),
         "fuzz_update_package": update_packages(),

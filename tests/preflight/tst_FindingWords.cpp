@@ -193,8 +193,19 @@ void tst_FindingWords::everyKind_data()
          "the tag #BIRTH_DATE has no date: “0  0” is printed",
          "у метки #BIRTH_DATE нет даты: напечатается «0  0»", "date-missing",
          R"({"tag": "#BIRTH_DATE", "text": "0  0"})");
+    text("empty tag", named(Kind::TagEmpty, "#ORG_REGION"),
+         "the tag #ORG_REGION has no value: nothing is printed",
+         "у метки #ORG_REGION нет значения: ничего не напечатается", "tag-empty",
+         R"({"tag": "#ORG_REGION"})");
     text("tail", named(Kind::TailDropped, "."), "the last character “.” is not printed",
          "последний знак «.» не печатается", "tail-dropped", R"({"tag": "."})");
+    text(
+        "not whole", finding(Kind::TextNotWhole),
+        "the text is too long or has too much markup: it prints without markup, and as far as it "
+        "fits a page",
+        "текст слишком длинный или в нём слишком много разметки: он напечатается без разметки и не "
+        "дальше конца листа",
+        "text-not-whole", "{}");
     text("markup", named(Kind::ValueReadAsMarkup, "#LNAME", "A&amp;B"),
          "the value of the tag #LNAME does not print as it stands: “A&amp;B”",
          "значение метки #LNAME напечатается не так, как записано: «A&amp;B»",
@@ -257,8 +268,10 @@ void tst_FindingWords::captions_data()
     row(Kind::OutsidePrintable, "in the printer's margin", "на полях принтера");
     row(Kind::TagNotExpanded, "tag not replaced", "метка не заменена");
     row(Kind::DateMissing, "no date", "нет даты");
+    row(Kind::TagEmpty, "tag without a value", "метка без значения");
     row(Kind::TailDropped, "last character not printed", "последний знак не печатается");
     row(Kind::ValueReadAsMarkup, "value read as markup", "значение прочитано как разметка");
+    row(Kind::TextNotWhole, "text too large for any frame", "текст слишком велик для рамки");
     row(Kind::FontReplaced, "font replaced", "шрифт заменён");
     row(Kind::QrModuleTooSmall, "QR code too small", "QR-код слишком мелкий");
     row(Kind::QrRefused, "no QR code", "QR-код не напечатается");

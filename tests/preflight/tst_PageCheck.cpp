@@ -8,6 +8,10 @@
 #include "preflight/FindingWords.h"
 #include "support/CheckedPage.h"
 
+#ifdef Q_OS_LINUX
+#include <sys/stat.h>
+#endif
+
 namespace {
 
 using Kind = Finding::Kind;
@@ -84,6 +88,9 @@ private slots:
     void marginsThatMeet();
     void inkThatIsClippedAway();
     void oneLineOfWords();
+    void markupOpensNoPipe();
+    void textsThatAreNotWhole_data();
+    void textsThatAreNotWhole();
     void lengthsBeyondAllPaper();
     void symbolAtTheEdge();
     void tags();
@@ -97,6 +104,7 @@ private slots:
     void symbolWithZeroCharacter();
     void background();
     void pageWithoutArea();
+    void emptyValues();
     void whatCannotBeRead();
     void oddItems();
     void blankWithoutFrames_data();
@@ -108,7 +116,7 @@ void tst_PageCheck::cleanPage()
     CheckedPage sheet;
     const QVector<Finding> findings = sheet.check(
         {textItem("#LNAME #FNAME", QRectF(100, 100, 400, 40)),
-         textItem("", QRectF(100, 200, 400, 40)), textItem("#MNAME", QRectF()),
+         textItem("", QRectF(100, 200, 400, 40)), textItem("", QRectF()),
          blankItem(1, "#BLANK_NO", QRectF(700, 100, 98, 98)),
          blankItem(2, "#GRADES", QRectF(100, 300, 400, 200), {{"columns_width", QJsonArray{250}}})},
         {{"OFFSET_X", 3}}, {{"#GRADES", tableEntry({{"Физика", "5"}, {"Химия", "4"}})}},
@@ -375,7 +383,7 @@ void tst_PageCheck::brokenLinesKeepTheirBlanks()
     QCOMPARE(findings.size(), 1);
     QCOMPARE(findings[0].kind, Kind::TableCellCut);
     QVERIFY2(findings[0].printed.startsWith(words), qPrintable(findings[0].printed));
-    QVERIFY(findings[0].words().contains(", “" + words));
+    QVERIFY(FindingWords().sentence(findings[0]).contains(", “" + words));
 }
 
 void tst_PageCheck::tableColumnOutsideFrame()
@@ -562,6 +570,64 @@ void tst_PageCheck::inkThatIsClippedAway()
     marks.removeFirst();
     const PrintedInk hidden = {marks, QRectF()};
     QVERIFY(hidden.bounds().isNull() && hidden.roughBounds().isNull());
+}
+
+/// Neither the check nor the print waits for a file that a value names, and both load a picture.
+void tst_PageCheck::markupOpensNoPipe()
+{
+#ifdef Q_OS_LINUX
+    CheckedPage sheet;
+    QCOMPARE(mkfifo(QFile::encodeName(sheet.path("pipe")).constData(), S_IRUSR | S_IWUSR), 0);
+    QImage black(30, 20, QImage::Format_RGB32);
+    black.fill(Qt::black);
+    QVERIFY(black.save(sheet.path("black.png")));
+    const QString outside = "<img src=\"%1\"><table background=\"%1\"><tr><td>&nbsp;</table>"
+                            "<link type=\"text/css\" href=\"%1\"/>"
+                            "<style>@import url(%1);</style><b style=\"background: url(%1)\"></b>";
+    sheet.check(
+        {textItem("#A", QRectF(100, 100, 300, 100)), textItem("#B", QRectF(500, 100, 300, 100))},
+        {{"BACKGROUND_IMG", "pipe"}},
+        {{"#A", valueEntry(FieldType::string, outside.arg(sheet.path("pipe")))},
+         {"#B", valueEntry(FieldType::string, "<img src=\"black.png\">")}});
+    QCOMPARE(ofKind(sheet.pageCheck.findings(), Kind::BackgroundMissing).size(), 1);
+    QCOMPARE(ofKind(sheet.pageCheck.findings(), Kind::ValueReadAsMarkup).size(), 2);
+    const QRectF ink = sheet.print().ink();
+    COMPARE_MM(ink.width(), 30 * unit);
+    COMPARE_MM(ink.height(), 20 * unit);
+    QVERIFY(ink.left() > 500 * unit);
+#else
+    QSKIP("no pipes with names here");
+#endif
+}
+
+void tst_PageCheck::textsThatAreNotWhole_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<bool>("isWhole");
+    QTest::newRow("short") << "<b>Иванов</b>" << true;
+    QTest::newRow("long") << QString("слово ").repeated(5000) << true;
+    QTest::newRow("too long") << QString("слово ").repeated(6000) << false;
+    QTest::newRow("too many elements") << QString("<b>").repeated(10900) + "Иванов" << false;
+    QTest::newRow("tables in tables") << QString("<table><tr><td>").repeated(300) + "x" << false;
+}
+
+void tst_PageCheck::textsThatAreNotWhole()
+{
+    QFETCH(QString, value);
+    QFETCH(bool, isWhole);
+    CheckedPage sheet;
+    const QVector<Finding> findings = ofKind(
+        sheet.check({textItem("#NOTE", QRectF(100, 100, 400, 40)),
+                     textItem("#LNAME", QRectF(100, 300, 400, 40))},
+                    {}, {{"#NOTE", valueEntry(FieldType::string, value)}}, {{"LNAME", "Иванов"}}),
+        Kind::TextNotWhole);
+    QCOMPARE(findings.size(), isWhole ? 0 : 1);
+    if (!isWhole) {
+        QCOMPARE(findings[0].item, 1);
+        QVERIFY(findings[0].severity == Severity::Error && !findings[0].isOfBlank());
+        QCOMPARE(findings[0].toJson()["kind"].toString(), QString("text-not-whole"));
+        QVERIFY(FindingWords().what(findings[0]).contains("too long or has too much markup"));
+    }
 }
 
 void tst_PageCheck::oneLineOfWords()
@@ -804,6 +870,29 @@ void tst_PageCheck::pageWithoutArea()
     QCOMPARE(findings.size(), 1);
     QCOMPARE(findings[0].kind, Kind::PageWithoutArea);
     QVERIFY(sheet.print().ink().isNull());
+}
+
+void tst_PageCheck::emptyValues()
+{
+    CheckedPage sheet;
+    const QVector<Finding> findings =
+        sheet.check({textItem("#LNAME #MNAME", QRectF(100, 100, 400, 40)),
+                     textItem("#ORG_REGION,,", QRectF(100, 200, 400, 40)),
+                     blankItem(1, "#BLANK_NO;#MNAME", QRectF(700, 100, 98, 98))},
+                    {}, {}, {{"MNAME", ""}});
+    QCOMPARE(findings.size(), 3);
+    for (const Finding& finding : findings) {
+        QCOMPARE(finding.kind, Finding::Kind::TagEmpty);
+        QCOMPARE(finding.severity, Finding::Severity::Warning);
+    }
+    QCOMPARE(findings[0].tag, QString("#MNAME"));
+    QCOMPARE(findings[0].item, 1);
+    QVERIFY(!findings[0].isOfBlank());
+    QCOMPARE(findings[1].tag, QString("#ORG_REGION"));
+    QVERIFY(findings[1].isOfBlank()); // whatever document it prints
+    QCOMPARE(findings[2].item, 3);
+    QCOMPARE(FindingWords().sentence(findings[0]).section(": ", 1),
+             QString("the tag #MNAME has no value: nothing is printed"));
 }
 
 void tst_PageCheck::whatCannotBeRead()

@@ -37,6 +37,7 @@ private slots:
     void unexpandedTags_data();
     void unexpandedTags();
     void emptyDates();
+    void emptyTags();
     void droppedTail_data();
     void droppedTail();
     void markup_data();
@@ -76,6 +77,30 @@ void tst_TagCheck::emptyDates()
     QCOMPARE(check.emptyDates("#EDIT_DATE, #EDIT_DATE"), QStringList{"#EDIT_DATE"});
     QCOMPARE(check.emptyDates("#BIRTH_DATE"), QStringList{"#BIRTH_DATE"});
     QCOMPARE(check.expanded("#BIRTH_DATE"), QString("0  0"));
+}
+
+void tst_TagCheck::emptyTags()
+{
+    const TagCheck check({{"#LNAME", "Иванов"},
+                          {"#MNAME", ""},
+                          {"#DOC_GROUP", " ^\\n "},
+                          {"#DUPLICATE", "0"},
+                          {"#ISSUE_DATE", ""}},
+                         {{"#NOTE", valueEntry(FieldType::text, "")},
+                          {"#NO", valueEntry(FieldType::counter, 0)},
+                          {"#NOTHING", QJsonObject{{"type", 0}}}});
+    QCOMPARE(check.emptyTags("#LNAME #NO"), QStringList());
+    QCOMPARE(check.emptyTags("#MNAME, #MNAME и #NOTE"), QStringList({"#MNAME", "#NOTE"}));
+    QCOMPARE(check.emptyTags("#NOTHING"), QStringList{"#NOTHING"});
+    // Blanks, and signs that are taken out or end a line, leave no ink.
+    QCOMPARE(check.emptyTags("#DOC_GROUP"), QStringList{"#DOC_GROUP"});
+    // What has findings of its own, or says something by nothing.
+    QCOMPARE(check.emptyTags("#DUPLICATE #ISSUE_DATE #UNKNOWN"), QStringList());
+    QCOMPARE(check.emptyTags("#ORG_REGION #ORG_DIRECTOR_SHORT"),
+             QStringList({"#ORG_REGION", "#ORG_DIRECTOR_SHORT"}));
+    orgRegion = "Тверская область";
+    QCOMPARE(check.emptyTags("#ORG_REGION"), QStringList());
+    orgRegion.clear();
 }
 
 void tst_TagCheck::droppedTail_data()

@@ -518,6 +518,8 @@ void tst_PrinPreviewDialog::markup_data()
                                   << "Иванов";
     QTest::newRow("empty") << ""
                            << "";
+    QTest::newRow("picture") << "<img src=\"blanks/scan.png\">"
+                             << "<img src=\"blanks/scan.png\">";
 }
 
 void tst_PrinPreviewDialog::markup()
@@ -854,9 +856,9 @@ void tst_PrinPreviewDialog::rowHeights()
     const int height = QFontMetrics(font).height();
     QCOMPARE(page.table(0)->rowHeight(0), height);
     QCOMPARE(page.table(0)->rowHeight(1), height);
-    QCOMPARE(page.table(1)->rowHeight(0), int(height * 1.5F));
+    QCOMPARE(page.table(1)->rowHeight(0), int(float(height) * 1.5F));
     font.setPointSize(30);
-    QCOMPARE(page.table(2)->rowHeight(1), int(QFontMetrics(font).height() * 1.15F));
+    QCOMPARE(page.table(2)->rowHeight(1), int(float(QFontMetrics(font).height()) * 1.15F));
 }
 
 void tst_PrinPreviewDialog::smallLineSpacing()
@@ -866,7 +868,7 @@ void tst_PrinPreviewDialog::smallLineSpacing()
                {{"#T", tableEntry({{"а", "б"}, {"", ""}})}});
     const int height = QFontMetrics(QFont("Liberation Serif", 12)).height();
     QCOMPARE(page.table()->rowHeight(0), height); // grown to its text
-    QCOMPARE(page.table()->verticalHeader()->defaultSectionSize(), int(height * 0.5F));
+    QCOMPARE(page.table()->verticalHeader()->defaultSectionSize(), int(float(height) * 0.5F));
     QCOMPARE(page.table()->verticalHeader()->minimumSectionSize(), 5);
 }
 

@@ -45,6 +45,7 @@ private slots:
     void unreadableFileLeavesTheStrings();
     void readsTheFiveKeys();
     void otherKeysAreIgnored();
+    void whatStandsThere();
     void whatIsNoStringReadsAsEmpty_data();
     void whatIsNoStringReadsAsEmpty();
 };
@@ -114,6 +115,21 @@ void tst_OrgData::whatIsNoStringReadsAsEmpty()
     QVERIFY(writeOrgFile(content));
     QVERIFY(loadOrgData());
     QCOMPARE(strings(), (QStringList{"", "", "", "", ""}));
+}
+
+void tst_OrgData::whatStandsThere()
+{
+    const TempApplication app;
+    QCOMPARE(readOrgData(), OrgDataFile::Missing);
+    QVERIFY(writeOrgFile("{}"));
+    QCOMPARE(readOrgData(), OrgDataFile::Sound);
+    for (const char* broken : {"", "{\"region\": ", "[]", "null", "\"region\""}) {
+        QVERIFY(writeOrgFile(broken));
+        QVERIFY2(readOrgData() == OrgDataFile::Broken, broken);
+    }
+    QVERIFY(QFile::remove(orgDataPath));
+    QVERIFY(QDir().mkpath(orgDataPath)); // a folder in its place
+    QCOMPARE(readOrgData(), OrgDataFile::Broken);
 }
 
 QTEST_GUILESS_MAIN(tst_OrgData)

@@ -270,12 +270,15 @@ void tst_PrintBatch::fullDiskKeepsTheOlderFile()
                   << "x";
     }
     const ProcessResult result = runPython(R"(
-import os, resource, signal, subprocess, sys
+import os, resource, signal, subprocess, sys, tempfile
 def fill_disk():
     signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
     resource.setrlimit(resource.RLIMIT_FSIZE, (4000, 4000))
-sys.exit(subprocess.run(sys.argv[1:], preexec_fn=fill_disk, restore_signals=False,
-                        env=dict(os.environ, LC_ALL='C.UTF-8')).returncode)
+# Counters of what a test runs, which would be cut off too, go elsewhere.
+with tempfile.TemporaryDirectory() as counters:
+    program = subprocess.run(sys.argv[1:], preexec_fn=fill_disk, restore_signals=False,
+                             env=dict(os.environ, LC_ALL='C.UTF-8', GCOV_PREFIX=counters))
+sys.exit(program.returncode)
 )",
                                            QStringList(printProgram()) + arguments);
     QCOMPARE(QString::fromUtf8(result.err).trimmed().section('\n', -1),

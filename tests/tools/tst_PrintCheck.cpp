@@ -56,7 +56,9 @@ private slots:
     void amountsInTheUsersNotation();
     void json();
     void jsonOfCleanDocuments();
+    void nothingForATerminal();
     void ofTheBlankOnce();
+    void emptyValues();
     void margins();
     void whatCannotBeChecked();
     void printsNothing();
@@ -175,6 +177,30 @@ void tst_PrintCheck::jsonOfCleanDocuments()
              QString("True"));
 }
 
+void tst_PrintCheck::nothingForATerminal()
+{
+    PrintDirectory directory;
+    directory.exec("UPDATE blanks SET NAME = 'A' || char(27) || '[2J' || char(155) || '2J'");
+    directory.exec("UPDATE docs SET LNAME = '<b>' || char(27) || '[2J' || char(155) || '2J'");
+    const auto isHarmless = [](const QByteArray& text) {
+        return !text.contains('\x1b') && !text.contains("\xc2\x9b") && text.contains("2J");
+    };
+    const ProcessResult words = directory.print({"--check", "--id", "1"});
+    QVERIFY2(isHarmless(words.out), words.out.constData());
+    const ProcessResult json = directory.print({"--check", "--json", "--id", "1"});
+    QVERIFY2(isHarmless(json.out), json.out.constData());
+    QCOMPARE(fromJson(json.out, "j['findings'][0]['blank']['name'] == 'A\\x1b[2J\\x9b2J'"),
+             QString("True"));
+    const ProcessResult unknown = directory.print({"--check", "--all", "--blank", "B\x1b[2J"});
+    QVERIFY2(isHarmless(unknown.err), unknown.err.constData());
+    const ProcessResult option = directory.print({"--che\x1b[2Jck"});
+    QVERIFY2(isHarmless(option.err), option.err.constData());
+    const QString file = directory.path("sheet\x1b[2J.pdf");
+    const ProcessResult printed = directory.print({"--id", "1", "--output", file});
+    QVERIFY2(isHarmless(printed.out), printed.out.constData());
+    QVERIFY(QFile::exists(file));
+}
+
 void tst_PrintCheck::ofTheBlankOnce()
 {
     const SpoiledDirectory directory;
@@ -184,6 +210,31 @@ void tst_PrintCheck::ofTheBlankOnce()
     QCOMPARE(result.out.count('\n'), 3);
     const ProcessResult printed = directory.check({"--id", "1", "--json", "--background"});
     QCOMPARE(fromJson(printed.out, "j['findings'][0]['severity']"), QString("error"));
+}
+
+// Of the organisation it is told once, and none of it keeps a document back.
+void tst_PrintCheck::emptyValues()
+{
+    PrintDirectory directory;
+    directory.addBlank({blankItem(0, "Пустое: #MNAME #ORG_REGION", QRectF(50, 50, 400, 60))},
+                       {{"NAME", "Пустой"}});
+    directory.exec("UPDATE docs SET MNAME = ''");
+    const QStringList common = {"--id", "1,2", "--blank", "Пустой"};
+    const ProcessResult result = directory.print(QStringList{"--check", "--json"} + common);
+    QCOMPARE(result.exitCode, withFindings);
+    QCOMPARE(fromJson(result.out, "sorted((f['kind'], f['severity'], f['tag'], "
+                                  "f.get('document', {}).get('id')) for f in j['findings'] "
+                                  "if 'document' in f)"),
+             QString("[('tag-empty', 'warning', '#MNAME', 1), ('tag-empty', 'warning', '#MNAME', "
+                     "2)]"));
+    QCOMPARE(fromJson(result.out, "[(f['kind'], f['severity'], f['tag']) for f in j['findings'] "
+                                  "if 'document' not in f]"),
+             QString("[('tag-empty', 'warning', '#ORG_REGION')]"));
+    QVERIFY(directory.print(QStringList{"--check"} + common)
+                .out.contains("the tag #ORG_REGION has no value: nothing is printed"));
+    const QString file = directory.path("all.pdf");
+    QCOMPARE(directory.print(QStringList{"--strict", "--output", file} + common).exitCode, clean);
+    QCOMPARE(PdfMeasure(file).pageCount(), 2);
 }
 
 void tst_PrintCheck::margins()

@@ -98,6 +98,8 @@ private slots:
     void wrongUseIsRefused_data();
     void wrongUseIsRefused();
 
+    void nothingForATerminal();
+
     void createMakesAnEmptyDatabase();
     void createCarriesTheStandardLists();
     void createCarriesTheStandardForms();
@@ -209,6 +211,18 @@ void tst_ZelvoraDb::wrongUseIsRefused()
     QCOMPARE(result.exitCode, 2);
     QVERIFY(result.err.contains("Usage: zelvora-db "));
     QCOMPARE(result.out, QByteArray());
+}
+
+void tst_ZelvoraDb::nothingForATerminal()
+{
+    for (const QStringList& arguments :
+         {QStringList{"check", "no\x1b[2J\r.db"}, QStringList{"che\x1b[2J\rck", "docs.db"}})
+    {
+        const ProcessResult result = run(arguments);
+        QCOMPARE(result.exitCode, 2);
+        QVERIFY(!result.err.contains('\x1b') && !result.err.contains('\r'));
+        QVERIFY(result.err.contains(" [2J "));
+    }
 }
 
 void tst_ZelvoraDb::createMakesAnEmptyDatabase()

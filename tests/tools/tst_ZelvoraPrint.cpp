@@ -35,6 +35,8 @@ private slots:
     void unknownBlank();
     void background();
     void organisation();
+    void organisationThatCannotBeRead_data();
+    void organisationThatCannotBeRead();
     void unknownDocument();
     void unknownDocumentsDoNotStopTheRest();
     void filteredDocuments();
@@ -248,6 +250,55 @@ void tst_ZelvoraPrint::organisation()
     const ProcessResult missing = directory.print(common + QStringList{"--org-data", "/no/such"});
     QCOMPARE(missing.exitCode, failure);
     QCOMPARE(missing.err, QByteArray("zelvora-print: there is no file /no/such\n"));
+}
+
+void tst_ZelvoraPrint::organisationThatCannotBeRead_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("isNamed");
+    for (const bool isNamed : {true, false}) {
+        const QByteArray of = isNamed ? "named: " : "the user's: ";
+        QTest::newRow(of + "empty") << QByteArray() << isNamed;
+        QTest::newRow(of + "cut off") << QByteArray("{\"region\": \"Твер") << isNamed;
+        QTest::newRow(of + "no object") << QByteArray("[\"region\"]") << isNamed;
+    }
+}
+
+// It would print as nothing, on numbered paper.
+void tst_ZelvoraPrint::organisationThatCannotBeRead()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, isNamed);
+    const PrintDirectory directory;
+    const QString path = directory.path(isNamed ? "org.json" : "home/Zelvora/orgData.json");
+    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+    QFile data(path);
+    QVERIFY(data.open(QIODevice::WriteOnly));
+    QCOMPARE(data.write(content), qint64(content.size()));
+    data.close();
+    const auto run = [&](const QStringList& arguments) {
+        QProcessEnvironment environment = noDisplay("C.UTF-8");
+        environment.insert("XDG_DATA_HOME", directory.path("home"));
+        QStringList all = QStringList{"--dir", directory.path()} + arguments;
+        if (isNamed) {
+            all << "--org-data" << path;
+        }
+        return runPrint(all, environment);
+    };
+    const QString file = directory.path("one.pdf");
+    for (const QStringList& job :
+         {QStringList{"--id", "1", "--output", file}, QStringList{"--check", "--id", "1"},
+          QStringList{"--proof", "--id", "1", "--output", file + ".png"}})
+    {
+        const ProcessResult result = run(job);
+        QCOMPARE(result.exitCode, failure);
+        QCOMPARE(QString::fromUtf8(result.err),
+                 "zelvora-print: can't read the organisation's data " + path + "\n");
+        QVERIFY(!QFile::exists(file));
+    }
+    // A sheet of scales says nothing of the organisation.
+    const ProcessResult sheet = run({"--calibration", "--blank", "Книга", "--output", file});
+    QCOMPARE(sheet.exitCode, isNamed ? failure : success);
 }
 
 void tst_ZelvoraPrint::unknownDocument()

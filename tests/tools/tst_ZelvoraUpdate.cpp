@@ -31,6 +31,7 @@ private slots:
     void whatIsNoFileIsNeverReplaced();
     void linkToAFileIsFollowed();
     void firstSignalEndsAReadThatWaits();
+    void nothingForATerminal();
     void help_data();
     void help();
 
@@ -317,6 +318,29 @@ void tst_ZelvoraUpdate::firstSignalEndsAReadThatWaits()
                    m_dir.filePath("never.bin")});
     QCOMPARE(result.out, QByteArray("-15\n"));
     QVERIFY(!QFile::exists(m_dir.filePath("never.bin")));
+}
+
+void tst_ZelvoraUpdate::nothingForATerminal()
+{
+    const QByteArray clear = "\x1b[2J";
+    const ProcessResult missing = run({"show", "no" + clear + "\n.bin"});
+    QCOMPARE(missing.exitCode, 2);
+    QVERIFY(!missing.err.contains('\x1b') && missing.err.count('\n') == 1);
+    QVERIFY(missing.err.contains("no [2J .bin"));
+
+    // A manifest's text may hold what JSON leaves as it is: here the sequence in one character.
+    const QByteArray sql = "SELECT '\xc2\x9b"
+                           "2J\x7f'";
+    const QByteArray made = QByteArray(R"({"update_version": "1.2.0.0", "parts": [)"
+                                       R"({"version": "1.2.0.0", "sql": ")") +
+                            sql + "\"}]}";
+    const QString package = m_dir.filePath("terminal.bin");
+    QCOMPARE(run({"make", write("terminal.json", made), package}).exitCode, 0);
+    const ProcessResult shown = run({"show", package});
+    QVERIFY(!shown.out.contains("\xc2\x9b") && !shown.out.contains('\x7f'));
+    QVERIFY(shown.out.contains("\\u009b2J\\u007f"));
+    const QJsonArray parts = QJsonDocument::fromJson(shown.out).object()["parts"].toArray();
+    QVERIFY(QJsonDocument(parts).toJson().contains(sql));
 }
 
 void tst_ZelvoraUpdate::help_data()

@@ -3,9 +3,11 @@
 #include <QGraphicsLinearLayout>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
+#include <QPainter>
 #include <QStyle>
 
 #include "render/page/FrameLabel.h"
+#include "render/vector/PaintForwarder.h"
 
 namespace {
 
@@ -44,6 +46,8 @@ class tst_FrameLabel : public QObject
 private slots:
     void samePlaceAsALabel_data();
     void samePlaceAsALabel();
+    void pageIsPaintedAsTheToolkitDoes_data();
+    void pageIsPaintedAsTheToolkitDoes();
     void hintsAreSparedInALargeFrame();
     void hintsAreTheToolkitsInASmallFrame();
 };
@@ -91,6 +95,59 @@ void tst_FrameLabel::samePlaceAsALabel()
         }
     }
     QVERIFY(spared > 0 || text.contains('<') || text.contains('&'));
+}
+
+void tst_FrameLabel::pageIsPaintedAsTheToolkitDoes_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("one line") << "Иванов Иван" << QSize(300, 61);
+    QTest::newRow("lines") << "первая<br>вторая строка<br>третья" << QSize(220, 150);
+    QTest::newRow("markup") << "<b>Жирный</b> <font color=\"#707070\">серый</font>"
+                            << QSize(300, 60);
+    QTest::newRow("cut off") << QString("слово ").repeated(40) << QSize(120, 50);
+    QTest::newRow("long word") << "Рентгеноэлектрокардиографический" << QSize(90, 45);
+}
+
+void tst_FrameLabel::pageIsPaintedAsTheToolkitDoes()
+{
+    QFETCH(QString, text);
+    QFETCH(QSize, size);
+    constexpr int scale = 4;
+    for (const int horizontal : {Qt::AlignLeft, Qt::AlignRight, Qt::AlignHCenter}) {
+        for (const int vertical : {Qt::AlignTop, Qt::AlignBottom, Qt::AlignVCenter}) {
+            for (const int percent : {70, 100, 115}) {
+                FrameLabel label;
+                label.setFont(QFont("Liberation Serif", 13));
+                label.setWordWrap(true);
+                label.setStyleSheet("background: transparent; border: 0;");
+                label.setAlignment(Qt::Alignment(horizontal | vertical));
+                label.setText(
+                    QString("<p style=\"line-height: %1%;\">%2</p>").arg(percent).arg(text));
+                label.resize(size);
+                const auto painted = [&](bool byToolkit) {
+                    QImage image(size * scale, QImage::Format_RGB32);
+                    image.fill(Qt::white);
+                    QPainter painter(&image);
+                    painter.scale(scale, scale);
+                    if (byToolkit) {
+                        PaintForwarder forwarder(&painter, size, label.logicalDpiX());
+                        label.render(&forwarder, QPoint(), QRegion(), QWidget::RenderFlags());
+                    } else {
+                        label.paintOnPage(painter, QRect(QPoint(0, 0), size));
+                    }
+                    return image;
+                };
+                const QImage expected = painted(true);
+                QImage nothing(expected.size(), expected.format());
+                nothing.fill(Qt::white);
+                QVERIFY(expected != nothing);
+                QVERIFY2(
+                    painted(false) == expected,
+                    qPrintable(QString("%1 %2 %3%").arg(horizontal).arg(vertical).arg(percent)));
+            }
+        }
+    }
 }
 
 void tst_FrameLabel::hintsAreSparedInALargeFrame()

@@ -151,7 +151,7 @@ void tst_QrMaskTrial::runsAndFindersAtAnyPlace()
 void tst_QrMaskTrial::plainAreas()
 {
     for (const int side : {21, 61, 65, 125, 129, 177}) {
-        for (const std::uint8_t module : {0, int(QrEncoder::DataBit)}) {
+        for (const std::uint8_t module : {std::uint8_t(0), std::uint8_t(QrEncoder::DataBit)}) {
             for (int x = 0; x < side; ++x) {
                 std::fill_n((*modules)[x].begin(), side, module);
             }

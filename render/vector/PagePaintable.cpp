@@ -1,0 +1,3 @@
+#include "render/vector/PagePaintable.h"
+
+PagePaintable::~PagePaintable() = default;
