@@ -1,4 +1,4 @@
-# Finds the libraries beside Qt that the workbooks need. Include after Qt5 is found.
+# Finds the libraries beside Qt. Include after Qt5 is found.
 #
 # QXlsx, target QXlsx::QXlsx, reads and writes .xlsx workbooks.
 #
@@ -35,3 +35,7 @@ add_library(Zelvora::libzip UNKNOWN IMPORTED)
 set_target_properties(Zelvora::libzip PROPERTIES
     IMPORTED_LOCATION "${ZELVORA_LIBZIP_LIBRARY}"
     INTERFACE_INCLUDE_DIRECTORIES "${ZELVORA_LIBZIP_INCLUDE_DIR}")
+
+# Copies a database that may be in use, on connections of its own: the toolkit's driver does not give
+# that interface.
+find_package(SQLite3 REQUIRED)

@@ -1,6 +1,7 @@
 #include "printing/BatchOutput.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QPainter>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -46,9 +47,11 @@ bool BatchOutput::open()
 {
     switch (m_target.kind) {
     case PrintTarget::Kind::OneFile:
+        removeLeftovers(QFileInfo(m_target.place).path());
         m_commonFile = std::make_unique<PdfFile>(m_target.place);
         return m_commonFile->open();
     case PrintTarget::Kind::FilePerDocument:
+        removeLeftovers(m_target.place);
         return QDir().mkpath(m_target.place);
     case PrintTarget::Kind::Printer:
         break;
@@ -96,7 +99,7 @@ SheetOutcome BatchOutput::printToFile(const PrintSheet& sheet, SheetPage& page)
     if (!name) {
         return failed(SheetOutcome::Reason::Unreadable);
     }
-    PdfFile file(QDir(m_target.place).filePath(*name));
+    PdfFile file(QDir(m_target.place).filePath(*name), TargetFile::Links::Replace);
     if (!file.open()) {
         return failed(SheetOutcome::Reason::FileRefused, file.path());
     }

@@ -2,9 +2,6 @@
 
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSaveFile>
-
-#include "app/WholeFile.h"
 
 namespace {
 
@@ -39,15 +36,16 @@ bool copy(QFile& from, QIODevice& to)
 
 } // namespace
 
-PdfFile::PdfFile(const QString& path)
+PdfFile::PdfFile(const QString& path, TargetFile::Links links)
     : m_path(path)
+    , m_links(links)
     , m_part(QFileInfo(path).path() + "/.zelvora-XXXXXX.pdf")
 {
 }
 
 bool PdfFile::open()
 {
-    if (!m_part.open()) {
+    if (!TargetFile::isAllowed(m_path, m_links) || !m_part.open()) {
         return false;
     }
     m_part.close(); // it stays there; the printer opens it by its name
@@ -71,7 +69,7 @@ bool PdfFile::commit()
     // Through a second file: only that one can take the place of an older file in one go, with the
     // rights that a new file of the user has.
     QFile part(m_part.fileName());
-    QSaveFile file(m_path);
-    return part.open(QIODevice::ReadOnly) && isWholePdf(part) && file.open(QIODevice::WriteOnly) &&
-           copy(part, file) && commitWhole(file);
+    TargetFile file(m_path, m_links);
+    return part.open(QIODevice::ReadOnly) && isWholePdf(part) && file.open() &&
+           copy(part, file.device()) && file.commit();
 }

@@ -9,6 +9,8 @@
 #include <functional>
 #include <memory>
 
+#include "app/TargetFile.h"
+
 /// A PDF file that comes to be whole or not at all: the pages go to a hidden file in the same
 /// folder, which replaces an older file of the name only when it is complete. Without commit()
 /// nothing is left behind.
@@ -19,11 +21,11 @@ public:
     /// that is active, a new page. False if it can't.
     using Paint = std::function<bool(QPrinter&, QPainter&)>;
 
-    explicit PdfFile(const QString& path);
+    explicit PdfFile(const QString& path, TargetFile::Links links = TargetFile::Links::Follow);
 
     QString path() const { return m_path; }
 
-    /// False if nothing can be written into the folder.
+    /// False if nothing can be written into the folder, or what has the name is no file.
     bool open();
 
     /// Prints a page on a sheet of its own. False if the file cannot take it.
@@ -35,6 +37,7 @@ public:
 
 private:
     QString m_path;
+    TargetFile::Links m_links;
     QTemporaryFile m_part;
     std::unique_ptr<QPrinter> m_printer;
     QPageLayout m_plainLayout; // of a printer that no page has changed

@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "app/WholeFile.h"
+#include "app/TargetFile.h"
 
 bool writeNewFile(const QString& path, const std::function<QByteArray()>& content, QString* error)
 {
@@ -11,12 +11,15 @@ bool writeNewFile(const QString& path, const std::function<QByteArray()>& conten
         return true;
     }
     QDir().mkpath(QFileInfo(path).path());
-    QString reason;
-    if (writeWholeFile(path, content(), &reason)) {
-        return true;
+    TargetFile file(path, TargetFile::Links::Replace);
+    if (file.open()) {
+        file.device().write(content());
+        if (file.commit()) {
+            return true;
+        }
     }
     if (error) {
-        *error = path + " (" + reason + ")";
+        *error = path + " (" + file.errorString() + ")";
     }
     return false;
 }

@@ -37,6 +37,18 @@ const ListPlaceholder listPlaceholders[] = {
 
 constexpr int migratedFormId = 28;
 
+/// Whether the update's transaction is still there. A statement may have ended it ("COMMIT", or a
+/// conflict that rolls back), and then each further one would stand for itself.
+bool isInTransaction()
+{
+    QSqlQuery query;
+    if (!query.exec("BEGIN")) {
+        return true; // refused within a transaction
+    }
+    query.exec("ROLLBACK");
+    return false;
+}
+
 /// Adds an entry for each field that the content lacks; true if any was added.
 bool addMissingEntries(QJsonObject& content, const QJsonArray& fields)
 {
@@ -285,6 +297,12 @@ bool DataBaseUpdater::applyParts(QDataStream& stream)
         if (!applyPart(stream)) {
             return false;
         }
+        if (!isInTransaction()) {
+            m_lastError =
+                "Ошибка выполнения запроса;\nSqlError: запрос завершил транзакцию обновления";
+            m_lastQuery = m_statement;
+            return false;
+        }
     }
     return true;
 }
@@ -305,6 +323,7 @@ bool DataBaseUpdater::applyDuePart(const QJsonObject& part, const QString& paylo
 
 bool DataBaseUpdater::runQueryPart(const QString& statement)
 {
+    m_statement = statement;
     QSqlQuery query;
     if (query.exec(statement)) {
         return true;

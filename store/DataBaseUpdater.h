@@ -16,7 +16,9 @@ class DataBaseUpdater
 {
 public:
     /// Applies the package that the device holds. True also when nothing was to be done. On false
-    /// the database is as it was, but for its version stamp, which may have been made.
+    /// the database is as it was, but for its version stamp, which may have been made. A package
+    /// whose own statement ends the transaction is stopped there: what that statement committed
+    /// stays.
     bool runUpdate(QIODevice* device);
 
     /// The last error text. Later successes do not clear it, so look at it only after a failure.
@@ -60,6 +62,7 @@ private:
     void fail(const QString& what, const QSqlQuery& query);
 
     QString m_currentVersion;
+    QString m_statement; // of the part that was run last
     QString m_lastError;
     QString m_lastQuery;
 };

@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QUuid>
 
+#include "app/TargetFile.h"
+
 namespace {
 
 // Identifiers are never used again: rows of other tables, and the JSON in them, point at them by
@@ -126,10 +128,11 @@ bool createSchema(const QSqlDatabase& database, QString* error)
 
 bool createDatabaseFile(const QString& path, QString* error, const DatabaseFiller& fill)
 {
-    if (QFileInfo::exists(path)) {
+    if (QFileInfo::exists(path) || QFileInfo(path).isSymLink()) {
         setError(error, "file exists: " + path);
         return false;
     }
+    removeLeftovers(QFileInfo(path).path());
     // The file gets its name when it is complete, so that a run that is cut off leaves nothing that
     // looks like a database.
     const QString unfinished = path + "." + QUuid::createUuid().toString(QUuid::Id128) + ".new";

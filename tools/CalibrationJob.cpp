@@ -1,5 +1,6 @@
 #include "tools/CalibrationJob.h"
 
+#include <QFileInfo>
 #include <QLocale>
 #include <QPainter>
 #include <QPrinter>
@@ -12,6 +13,7 @@
 
 #include <cmath>
 
+#include "app/TargetFile.h"
 #include "app/TerminalText.h"
 #include "blanks/BlankRecord.h"
 #include "preflight/LengthText.h"
@@ -19,6 +21,7 @@
 #include "printing/calibration/CalibrationSheet.h"
 #include "printing/calibration/PrintOffsets.h"
 #include "store/RecordLookup.h"
+#include "tools/Interruption.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -81,6 +84,7 @@ JobResult CalibrationJob::printSheet()
     if (!blank) {
         return JobResult::NotDone;
     }
+    watchForInterruption(); // a sheet is printed whole
     const CalibrationSheet sheet(blank->paper, blank->name);
     return m_options.target() == PrintOptions::Target::Printer ? printToPrinter(sheet)
                                                                : printToFile(sheet);
@@ -88,6 +92,7 @@ JobResult CalibrationJob::printSheet()
 
 JobResult CalibrationJob::printToFile(const CalibrationSheet& sheet)
 {
+    removeLeftovers(QFileInfo(m_options.output()).path());
     PdfFile file(m_options.output());
     CalibrationSheet::Result result = CalibrationSheet::Result::PrinterRefused;
     const bool isPrinted = file.open() && file.addPage([&](QPrinter& printer, QPainter& painter) {

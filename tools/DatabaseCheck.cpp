@@ -9,6 +9,7 @@
 
 #include "forms/FormDefinitions.h"
 #include "store/Schema.h"
+#include "tools/SettledDatabase.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -53,8 +54,14 @@ bool DatabaseCheck::run()
         m_error = inUserLanguage("нет такого файла: ", "no such file: ") + m_path;
         return false;
     }
+    SettledDatabase settled(m_path);
+    if (!settled.settle()) {
+        m_error = settled.error();
+        return false;
+    }
+    m_hasWaitingChange = settled.hasWaitingChange();
     m_database = QSqlDatabase::addDatabase("QSQLITE", connectionName);
-    m_database.setDatabaseName(m_path);
+    m_database.setDatabaseName(settled.path());
     m_database.setConnectOptions("QSQLITE_OPEN_READONLY");
     const bool readable = checkOpened();
     m_database = QSqlDatabase();
@@ -247,12 +254,14 @@ void DatabaseCheck::checkDocuments()
 void DatabaseCheck::checkBlanks()
 {
     QSqlQuery query(m_database);
-    if (!select(query, "blanks", "ID, FORM_ID, BACKGROUND_IMG, CONTENT")) {
+    if (!select(query, "blanks", "ID, FORM_ID, BACKGROUND_IMG, CONTENT, SIZE_WIDTH, SIZE_HEIGHT")) {
         return;
     }
     while (query.next()) {
         const QString row = rowPlace("blanks", query.value(0));
         checkFormReference(query.value(1), row, "FORM_ID");
+        checkBlankSize(query.value(4), row + ", SIZE_WIDTH");
+        checkBlankSize(query.value(5), row + ", SIZE_HEIGHT");
         const QString background = query.value(2).toString();
         if (!background.isEmpty()) {
             checkFile(QFileInfo(m_path).path() + "/" + background, row, "BACKGROUND_IMG");
@@ -273,6 +282,19 @@ void DatabaseCheck::checkBlanks()
             }
         }
     }
+}
+
+void DatabaseCheck::checkBlankSize(const QVariant& millimetres, const QString& place)
+{
+    constexpr int largest = 500; // that can be entered
+    bool isNumber = false;
+    const double size = millimetres.toDouble(&isNumber);
+    // None was ever entered, which reads as 0.
+    if (millimetres.isNull() || (isNumber && size >= 0 && size <= largest)) {
+        return;
+    }
+    const QString text = millimetres.toString();
+    find(place, "не размер от 0 до 500 мм: " + text, "no size from 0 to 500 mm: " + text);
 }
 
 void DatabaseCheck::checkExchangeTemplates()

@@ -30,6 +30,10 @@ public:
     /// language.
     const QStringList& findings() const { return m_findings; }
 
+    /// Whether an interrupted change waits to be undone at the next opening; what is checked is the
+    /// database as it will be then.
+    bool hasWaitingChange() const { return m_hasWaitingChange; }
+
     const QString& error() const { return m_error; }
 
 private:
@@ -44,6 +48,7 @@ private:
     void checkForms();
     void checkDocuments();
     void checkBlanks();
+    void checkBlankSize(const QVariant& millimetres, const QString& place);
     void checkExchangeTemplates();
 
     void checkField(const QJsonValue& value, const QString& place);
@@ -63,6 +68,7 @@ private:
     const QString m_path;
     QSqlDatabase m_database;
     QString m_error;
+    bool m_hasWaitingChange = false;
     QStringList m_findings;
     QSet<QString> m_damagedTables; // reported already
     QSet<int> m_listIds;

@@ -69,6 +69,18 @@ void addOptions(QCommandLineParser& parser)
     }
 }
 
+/// The first option that was given more than once, though only one of its values would count.
+QString givenTwice(const QCommandLineParser& parser)
+{
+    for (const OptionRule& rule : optionRules) {
+        const QString name = QLatin1String(rule.name);
+        if (rule.hasValue && parser.values(name).size() > 1) {
+            return name;
+        }
+    }
+    return QString();
+}
+
 /// A finite number of millimetres, with a decimal point.
 bool readMillimetres(const QString& text, double& millimetres)
 {
@@ -228,6 +240,10 @@ bool PrintOptions::parse(const QStringList& arguments)
     if (!parser.positionalArguments().isEmpty()) {
         return fail(
             "лишний аргумент: ", "unexpected argument: ", parser.positionalArguments().first());
+    }
+    const QString twice = givenTwice(parser);
+    if (!twice.isEmpty()) {
+        return fail("дважды указан ключ --", "given twice: --", twice);
     }
     m_directory = parser.value("dir");
     m_organisationFile = parser.value("org-data");

@@ -1,9 +1,9 @@
 #include "tools/ProofJob.h"
 
 #include <QDir>
-#include <QSaveFile>
+#include <QFileInfo>
 
-#include "app/WholeFile.h"
+#include "app/TargetFile.h"
 #include "preflight/PageCheck.h"
 #include "preflight/ProofPicture.h"
 #include "printing/BatchCheck.h"
@@ -37,7 +37,7 @@ JobResult ProofJob::run()
 
 void ProofJob::sheetChecked(int sheet, PageCheck& check)
 {
-    const bool isWritten = write(m_sheets[sheet].document, check);
+    const bool isWritten = write(sheet, check);
     m_written += isWritten ? 1 : 0;
     m_isClean = m_isClean && isWritten && check.findings().isEmpty();
 }
@@ -51,6 +51,7 @@ void ProofJob::sheetNotChecked(int sheet, const SheetOutcome& outcome)
 bool ProofJob::prepareTarget()
 {
     if (m_options.target() == PrintOptions::Target::OneFile) {
+        removeLeftovers(QFileInfo(m_options.output()).path());
         if (m_sheets.size() > 1) {
             report(inUserLanguage("документов несколько: рисункам нужен каталог",
                                   "there are several documents: the pictures need a folder"));
@@ -58,14 +59,30 @@ bool ProofJob::prepareTarget()
         }
         return true;
     }
+    removeLeftovers(m_options.output());
     return makeFolder();
 }
 
-bool ProofJob::write(const PrintDocument& document, PageCheck& check)
+std::optional<QString> ProofJob::pathFor(int sheet)
 {
-    const bool isOneFile = m_options.target() == PrintOptions::Target::OneFile;
-    const QString path = isOneFile ? m_options.output()
-                                   : QDir(m_options.output()).filePath(m_names.nameFor(document));
+    if (m_options.target() == PrintOptions::Target::OneFile) {
+        return m_options.output();
+    }
+    const std::optional<QString> name = m_names.nameFor(m_sheets[sheet].document);
+    return name ? std::optional<QString>(QDir(m_options.output()).filePath(*name)) : std::nullopt;
+}
+
+bool ProofJob::write(int sheet, PageCheck& check)
+{
+    const std::optional<QString> target = pathFor(sheet);
+    if (!target) {
+        SheetOutcome outcome;
+        outcome.state = SheetOutcome::State::Failed;
+        outcome.reason = SheetOutcome::Reason::Unreadable;
+        report(sheet, outcome);
+        return false;
+    }
+    const QString& path = *target;
     const QImage picture =
         ProofPicture(check, m_options.resolution(), m_options.withBackground()).draw();
     if (picture.isNull()) {
@@ -77,8 +94,9 @@ bool ProofJob::write(const PrintDocument& document, PageCheck& check)
             path);
         return false;
     }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !commitWhole(file)) {
+    const bool isOneFile = m_options.target() == PrintOptions::Target::OneFile;
+    TargetFile file(path, isOneFile ? TargetFile::Links::Follow : TargetFile::Links::Replace);
+    if (!file.open() || !picture.save(&file.device(), "PNG") || !file.commit()) {
         reportUnwritable(path);
         return false;
     }

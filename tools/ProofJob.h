@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "printing/FileNamePattern.h"
 #include "tools/DocumentJob.h"
 #include "tools/JobResult.h"
@@ -17,7 +19,10 @@ public:
 
 private:
     bool prepareTarget();
-    bool write(const PrintDocument& document, PageCheck& check);
+    bool write(int sheet, PageCheck& check);
+
+    /// Where the picture of a sheet goes; nothing if its document can't be read for its name.
+    std::optional<QString> pathFor(int sheet);
 
     void sheetChecked(int sheet, PageCheck& check) override;
     void sheetNotChecked(int sheet, const SheetOutcome& outcome) override;

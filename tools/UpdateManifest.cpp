@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include "tools/UpdateStatement.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -98,7 +99,8 @@ private:
         }
         if (!checkKeys(place, source, known) || !checkPartVersion(place, source) ||
             !checkFlag(place, source) || (isFunction && !checkFunction(place, source)) ||
-            !readText(place + "." + payloadKey, source.value(payloadKey), part.payload))
+            !readText(place + "." + payloadKey, source.value(payloadKey), part.payload) ||
+            (!isFunction && !checkStatement(place, part.payload)))
         {
             return false;
         }
@@ -154,6 +156,17 @@ private:
         return part.value("function_name") == QJsonValue("crutchFrdoA") ||
                fail(place + ".function_name",
                     inUserLanguage("ожидается \"crutchFrdoA\"", "\"crutchFrdoA\" is expected"));
+    }
+
+    /// An update is applied as a whole or not at all, which takes one transaction.
+    bool checkStatement(const QString& place, const QString& statement)
+    {
+        const QString word = wordAgainstTransaction(statement);
+        return word.isEmpty() ||
+               fail(place + "." + sqlKey,
+                    inUserLanguage("%1 нельзя: обновление выполняется одной транзакцией",
+                                   "%1 is not possible: an update is one transaction")
+                        .arg(word));
     }
 
     bool readText(const QString& place, const QJsonValue& value, QString& text)

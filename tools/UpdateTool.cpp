@@ -2,11 +2,10 @@
 
 #include <QDataStream>
 #include <QFile>
-#include <QSaveFile>
 #include <QTextStream>
 
+#include "app/TargetFile.h"
 #include "app/TerminalText.h"
-#include "app/WholeFile.h"
 #include "store/UpdatePackage.h"
 #include "tools/UpdateManifest.h"
 #include "tools/UserLanguage.h"
@@ -45,9 +44,19 @@ int fail(QTextStream& err, const QString& reason)
     return failure;
 }
 
-int failOnFile(QTextStream& err, const QString& path, const QFileDevice& file)
+int failOnFile(QTextStream& err, const QString& path, const QString& reason)
 {
-    return fail(err, path + ": " + file.errorString());
+    return fail(err, path + ": " + reason);
+}
+
+int failToWrite(QTextStream& err, const QString& path, const TargetFile& file)
+{
+    const QString reason = file.errorString();
+    return failOnFile(err, path,
+                      reason.isEmpty() ? inUserLanguage("это не обычный файл, он не заменяется",
+                                                        "this is no regular file, it is not "
+                                                        "replaced")
+                                       : reason);
 }
 
 int make(const QString& manifestPath, const QString& packagePath, QTextStream& out,
@@ -55,21 +64,21 @@ int make(const QString& manifestPath, const QString& packagePath, QTextStream& o
 {
     QFile manifest(manifestPath);
     if (!manifest.open(QIODevice::ReadOnly)) {
-        return failOnFile(err, manifestPath, manifest);
+        return failOnFile(err, manifestPath, manifest.errorString());
     }
     UpdatePackage package;
     QString error;
     if (!packageFromManifest(manifest.readAll(), package, error)) {
         return fail(err, manifestPath + ": " + error);
     }
-    QSaveFile file(packagePath);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return failOnFile(err, packagePath, file);
+    TargetFile file(packagePath);
+    if (!file.open()) {
+        return failToWrite(err, packagePath, file);
     }
-    QDataStream stream(&file);
+    QDataStream stream(&file.device());
     writeUpdatePackage(stream, package);
-    if (!commitWhole(file)) {
-        return failOnFile(err, packagePath, file);
+    if (!file.commit()) {
+        return failToWrite(err, packagePath, file);
     }
     out << inUserLanguage("Создан пакет %1, частей: %2", "Made the package %1, parts: %2")
                .arg(onOneLine(packagePath))
@@ -82,7 +91,7 @@ int show(const QString& packagePath, QTextStream& out, QTextStream& err)
 {
     QFile file(packagePath);
     if (!file.open(QIODevice::ReadOnly)) {
-        return failOnFile(err, packagePath, file);
+        return failOnFile(err, packagePath, file.errorString());
     }
     QDataStream stream(&file);
     UpdatePackage package;

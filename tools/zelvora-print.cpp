@@ -5,7 +5,6 @@
 
 #include "app/TerminalText.h"
 #include "tools/Display.h"
-#include "tools/Interruption.h"
 #include "tools/PrintTool.h"
 #include "tools/UserLanguage.h"
 
@@ -25,7 +24,6 @@ void writeLog(QtMsgType type, const QMessageLogContext&, const QString& message)
 int main(int argc, char* argv[])
 {
     qInstallMessageHandler(writeLog);
-    watchForInterruption();
     useNoDisplay();
     const QApplication app(argc, argv);
     QTextStream out(stdout);

@@ -1,7 +1,8 @@
 """The papers in Markdown: every link and picture leads somewhere, every picture of the user guide is
-shown, and every option that the guide names is one of zelvora-print's. The version has one place.
+shown, and every option that the guide names is one of the companion programs'. The version has one
+place.
 
-    tst_guide.py SOURCE_DIR ZELVORA_PRINT
+    tst_guide.py SOURCE_DIR ZELVORA_PRINT ZELVORA_DB
 """
 
 import os
@@ -50,18 +51,20 @@ def unused_pictures(guide):
             yield f"{picture}: no page shows it"
 
 
-def unknown_options(guide, program):
+def unknown_options(guide, programs):
     environment = {**os.environ, "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen"}
-    help_text = subprocess.run([program, "--help"], env=environment, capture_output=True, text=True,
-                               check=True).stdout
-    known = set(OPTION.findall(help_text))
+    known = set()
+    for program in programs:
+        help_text = subprocess.run([program, "--help"], env=environment, capture_output=True, text=True,
+                                   check=True).stdout
+        known |= set(OPTION.findall(help_text))
     for paper in sorted(guide.glob("*.md")):
         text = paper.read_text(encoding="utf-8")
         for code in FENCE.findall(text) + CODE.findall(FENCE.sub("", text)):
             of_another = re.match(r"`?(?!zelvora-print)[a-z]", code)
             for option in OPTION.findall(code):
                 if option not in known and not of_another:
-                    yield f"{paper}: zelvora-print has no {option}"
+                    yield f"{paper}: no program has {option}"
 
 
 def stray_versions(source):
@@ -84,11 +87,11 @@ def stray_versions(source):
 
 
 def main():
-    source, program = Path(sys.argv[1]), sys.argv[2]
+    source, programs = Path(sys.argv[1]), sys.argv[2:]
     guide = source / "docs/guide"
     papers = [*source.glob("*.md"), *source.glob("docs/**/*.md")]
     faults = [fault for paper in papers for fault in broken_links(paper)]
-    faults += [*unused_pictures(guide), *unknown_options(guide, program),
+    faults += [*unused_pictures(guide), *unknown_options(guide, programs),
                *stray_versions(source)]
     print("\n".join(faults) or f"{len(papers)} papers are sound")
     return 1 if faults or not papers else 0

@@ -343,6 +343,8 @@ case_print_heeds_the_callers_directory() {
         "out/1.pdf"$'\n'"out/2.pdf"
     assert_equal "$("$system/bin/zelvora-print" --dir ../.local/share/zelvora-app --id 2 \
         --output two.pdf)" two.pdf
+    assert_equal "$("$system/bin/zelvora-print" --dir=../.local/share/zelvora-app --id 2 \
+        --output two.pdf)" two.pdf
     assert_equal "$(files .)" "one.pdf out out/1.pdf out/2.pdf two.pdf "
     # Nothing of it goes to the application's directory.
     assert_equal "$(find "$app_dir" -name '*.pdf')" ""

@@ -35,6 +35,7 @@ private slots:
     void longNames();
     void longNamesThatAreTheSame();
     void anotherSuffix();
+    void documentThatCannotBeRead();
     void filesOfAllNames();
 
 private:
@@ -239,7 +240,8 @@ void tst_FileNamePattern::longNamesThatAreTheSame()
     const QString letters(130, QChar(0x416));
     QStringList names;
     for (const char* end : {"a", "b", "c"}) {
-        names << pattern.nameFor(document(m_app->addDocument({}, {{"LNAME", letters + end}}))).value();
+        names << pattern.nameFor(document(m_app->addDocument({}, {{"LNAME", letters + end}})))
+                     .value();
     }
     // 255 less 4 and the 4 of " (2)": 247, 123 letters.
     QCOMPARE(names, (QStringList{letters.left(125) + ".pdf", letters.left(123) + " (2).pdf",
@@ -253,6 +255,14 @@ void tst_FileNamePattern::anotherSuffix()
     QCOMPARE(pattern.nameFor(document(m_app->addDocument())).value(), QString("Иванов (2).png"));
 }
 
+// A name with its tags in it would not tell whose document it is.
+void tst_FileNamePattern::documentThatCannotBeRead()
+{
+    const PrintDocument unreadable = document(m_app->addDocument());
+    m_app->exec("ALTER TABLE docs RENAME TO hidden");
+    QVERIFY(!FileNamePattern("{#LNAME}").nameFor(unreadable).has_value());
+}
+
 // The file system agrees.
 void tst_FileNamePattern::filesOfAllNames()
 {
@@ -261,7 +271,8 @@ void tst_FileNamePattern::filesOfAllNames()
     const QStringList surnames = {"../x", ".", "", QString(300, QChar(0x42F)), "a\\b", "a/b"};
     for (const QString& surname : surnames) {
         QFile file(m_app->path(
-            "out/" + pattern.nameFor(document(m_app->addDocument({}, {{"LNAME", surname}}))).value()));
+            "out/" +
+            pattern.nameFor(document(m_app->addDocument({}, {{"LNAME", surname}}))).value()));
         QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.fileName()));
     }
     QCOMPARE(QDir(m_app->path("out")).entryList(QDir::Files).size(), surnames.size());

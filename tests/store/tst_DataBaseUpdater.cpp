@@ -40,6 +40,9 @@ private slots:
     void failingStatementRollsBack();
     void ignoredFailureGoesOn();
     void lastErrorOutlivesSuccess();
+    void endedTransactionStops_data();
+    void endedTransactionStops();
+    void endedTransactionIsShown();
     void unknownFunction();
     void unknownTypeIsNeverIgnored();
     void failingStampRollsBack();
@@ -359,6 +362,53 @@ void tst_DataBaseUpdater::lastErrorOutlivesSuccess()
     QVERIFY(run("1.3.0.0", {}));
     QCOMPARE(m_updater.lastError(), QString());
     QCOMPARE(m_updater.lastQuery(), QString());
+}
+
+void tst_DataBaseUpdater::endedTransactionStops_data()
+{
+    QTest::addColumn<QString>("statement");
+    QTest::addColumn<bool>("ignoreErrors");
+    QTest::addColumn<QStringList>("remaining");
+    QTest::newRow("COMMIT") << "COMMIT" << false << QStringList{"old", "a"};
+    QTest::newRow("END") << "; /* x */ END TRANSACTION;" << true << QStringList{"old", "a"};
+    QTest::newRow("ROLLBACK") << "ROLLBACK" << false << QStringList{"old"};
+    // Fails, and takes the transaction with it: there is nothing to be ignored any more.
+    QTest::newRow("conflict") << "INSERT OR ROLLBACK INTO lists (ID) VALUES (1)" << true
+                              << QStringList{"old"};
+}
+
+void tst_DataBaseUpdater::endedTransactionStops()
+{
+    QFETCH(QString, statement);
+    QFETCH(bool, ignoreErrors);
+    QFETCH(QStringList, remaining);
+    m_app->exec("INSERT INTO lists (ID, LIST_NAME) VALUES (1, 'old')");
+    QVERIFY(!run("1.2.0.0",
+                 {sqlPart("1.2.0.0", insertName("a")), sqlPart("1.2.0.0", statement, ignoreErrors),
+                  sqlPart("1.2.0.0", insertName("b"))}));
+    QCOMPARE(m_updater.lastError(), QString("Ошибка выполнения запроса;\nSqlError: запрос завершил "
+                                            "транзакцию обновления"));
+    QCOMPARE(m_updater.lastQuery(), statement);
+    QCOMPARE(names(), remaining);
+    QCOMPARE(stamp(), QString("1.0.0.0"));
+    // No transaction is left open, which would take every later change with it.
+    QVERIFY(QSqlDatabase::database().transaction());
+    QVERIFY(QSqlDatabase::database().rollback());
+}
+
+void tst_DataBaseUpdater::endedTransactionIsShown()
+{
+    placePackage(*m_app, packPackage(headerFor("1.2.0.0"), {sqlPart("1.2.0.0", "COMMIT")}));
+    QFile file(m_app->path("dbUpdate.bin"));
+    ModalDriver driver;
+    driver.expectMessage("Ошибка обновления БД",
+                         "Не удалось обновить базу данных.\n\n-- ERROR --\nОшибка выполнения "
+                         "запроса;\nSqlError: запрос завершил транзакцию обновления;\n\n"
+                         "-- SQL QUERY --\nCOMMIT",
+                         "Продолжить");
+    QVERIFY(runDatabaseUpdate(file));
+    QVERIFY2(driver.finished(), driver.failures());
+    QVERIFY(file.exists());
 }
 
 void tst_DataBaseUpdater::unknownFunction()

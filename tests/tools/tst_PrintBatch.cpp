@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include <QImage>
 #include <QProcess>
 
 #include "support/PdfMeasure.h"
@@ -132,6 +133,10 @@ private slots:
     void interruptedRunLeavesNothing();
     void interruptedRunKeepsWholeFiles();
     void killedRunKeepsTheOlderFile();
+    void linkInAFolderIsReplaced();
+    void whatIsNoFileIsNeverReplaced();
+    void leftoversOfKilledRuns();
+    void firstSignalEndsALongQuery();
     void unwritableFolder();
     void failureOfOneFile();
     void memoryDoesNotGrow();
@@ -325,6 +330,127 @@ void tst_PrintBatch::killedRunKeepsTheOlderFile()
     batch.process.kill();
     QVERIFY(batch.process.waitForFinished());
     QCOMPARE(contentOf(batch.file), QByteArray("old"));
+}
+
+void tst_PrintBatch::linkInAFolderIsReplaced()
+{
+    const PrintDirectory directory;
+    QVERIFY(QDir(directory.path()).mkdir("out"));
+    const QString stranger = directory.path("stranger.txt");
+    writeFile(stranger, "important");
+    const QString place = directory.path("out/x.pdf");
+    QVERIFY(QFile::link(stranger, place));
+    QCOMPARE(
+        directory.print({"--id", "1", "--output", directory.path("out"), "--name", "x"}).exitCode,
+        success);
+    QCOMPARE(contentOf(stranger), QByteArray("important"));
+    QVERIFY(!QFileInfo(place).isSymLink());
+    QCOMPARE(PdfMeasure(place).text(), QString("Бланк: Иванов"));
+    QCOMPARE(directory.filesIn("out"), QStringList("x.pdf"));
+
+    const QString picture = directory.path("out/1_Иванов_Иван.png");
+    QVERIFY(QFile::link(stranger, picture));
+    directory.print({"--proof", "--id", "1", "--output", directory.path("out")});
+    QCOMPARE(contentOf(stranger), QByteArray("important"));
+    QVERIFY(!QFileInfo(picture).isSymLink() && !QImage(picture).isNull());
+
+    // Who names a link means the file behind it.
+    const QString named = directory.path("named.pdf");
+    QVERIFY(QFile::link(stranger, named));
+    QCOMPARE(directory.print({"--id", "1", "--output", named}).exitCode, success);
+    QVERIFY(QFileInfo(named).isSymLink());
+    QVERIFY(contentOf(stranger).startsWith("%PDF"));
+}
+
+void tst_PrintBatch::whatIsNoFileIsNeverReplaced()
+{
+    const PrintDirectory directory;
+    QVERIFY(QDir(directory.path()).mkdir("out"));
+    const QString pipe = directory.path("out/x.pdf");
+    const QString picture = directory.path("out/x.png");
+    const QString device = directory.path("device.pdf");
+    QCOMPARE(runPython("import os, sys\nos.mkfifo(sys.argv[1])\nos.mkfifo(sys.argv[2])\n"
+                       "os.symlink('/dev/full', sys.argv[3])\n",
+                       {pipe, picture, device})
+                 .exitCode,
+             0);
+    const auto isRefused = [&](const QStringList& arguments, const QString& path) {
+        const ProcessResult result = directory.print(arguments);
+        QCOMPARE(QString::fromUtf8(result.err),
+                 "zelvora-print: can't write the file " + path + "\n");
+        QCOMPARE(result.exitCode, failure);
+        QVERIFY(QFileInfo::exists(path) && !QFileInfo(path).isFile());
+    };
+    isRefused({"--id", "1", "--output", pipe}, pipe);
+    isRefused({"--id", "1", "--output", directory.path("out"), "--name", "x"}, pipe);
+    isRefused({"--proof", "--id", "1", "--output", picture}, picture);
+    isRefused({"--id", "1", "--output", device}, device);
+    isRefused({"--calibration", "--blank", "1", "--output", device}, device);
+    QVERIFY(QFileInfo(device).isSymLink());
+    QCOMPARE(directory.print({"--id", "1", "--output", "/dev/full"}).exitCode, failure);
+    QVERIFY(!QFileInfo("/dev/full").isFile());
+}
+
+void tst_PrintBatch::leftoversOfKilledRuns()
+{
+    const PrintDirectory directory;
+    QVERIFY(QDir(directory.path()).mkdir("out"));
+    const QString part = ".zelvora-AbCdEf.pdf";
+    const QString other = ".zelvora-0123456789abcdef0123456789abcdef.part";
+    const QStringList kept{".zelvora-AbCdE1.pdf",
+                           ".zelvora-young1.pdf",
+                           ".zelvora-Youngs.pdf",
+                           ".zelvora.pdf",
+                           "x.AbCdEf",
+                           "zelvora-AbCdEf.pdf"};
+    for (const QString& name : QStringList{part, other} + kept) {
+        QFile file(directory.path("out/" + name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("x");
+        QVERIFY(file.flush()); // now, and not after the time is set
+        const int hours = name.contains("Young") ? 23 : 25;
+        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-3600 * hours),
+                                 QFileDevice::FileModificationTime));
+    }
+    QCOMPARE(
+        directory.print({"--id", "1", "--output", directory.path("out"), "--name", "x"}).exitCode,
+        success);
+    QStringList expected = kept + QStringList("x.pdf");
+    QStringList files = QDir(directory.path("out")).entryList(QDir::Files | QDir::Hidden);
+    expected.sort();
+    files.sort();
+    QCOMPARE(files, expected);
+}
+
+void tst_PrintBatch::firstSignalEndsALongQuery()
+{
+    const PrintDirectory directory;
+    // A query without an end, which tells of itself: the pipe takes its first letter only when the
+    // program has read the organisation's data, the last thing before it.
+    const QString organisation = directory.path("organisation");
+    const QString endless = "(WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+                            "SELECT COUNT(*) FROM n) > 0";
+    const ProcessResult result = runPython(
+        R"(
+import os, subprocess, sys, time
+pipe = sys.argv[1]
+os.mkfifo(pipe)
+program = subprocess.Popen(sys.argv[2:], stderr=subprocess.PIPE)
+with open(pipe, 'w') as data:
+    data.write('{}')
+def seconds():
+    with open('/proc/%d/stat' % program.pid) as stat:
+        return int(stat.read().rsplit(')', 1)[1].split()[11]) / os.sysconf('SC_CLK_TCK')
+start = seconds()
+while seconds() < start + 1:  # of work: no other part of the program takes so long
+    time.sleep(0.05)
+program.terminate()
+print(program.wait(timeout=20))
+)",
+        {organisation, printProgram(), "--dir", directory.path(), "--org-data", organisation,
+         "--where", endless, "--output", directory.path("x.pdf")});
+    QCOMPARE(result.out, QByteArray("-15\n"));
+    QVERIFY(!QFile::exists(directory.path("x.pdf")));
 }
 
 void tst_PrintBatch::unwritableFolder()

@@ -121,6 +121,10 @@ void tst_PrintOptions::wrongOptions_data()
     row("--offsets 1 nan", twoNumbers);
     row("--offsets 1 2 3", "unexpected argument: 3");
     row("--offsets 1 2 --offsets 3 4", "--offsets is given twice");
+    row("--id 1 --id 2 --output x.pdf", "given twice: --id");
+    row("--all --output x.pdf --output y.pdf", "given twice: --output");
+    row("--all --output x.pdf --blank 1 --blank=2", "given twice: --blank");
+    row("--all --printer p --copies 1 --copies 2", "given twice: --copies");
     row("--id 1 --output x.pdf --blank=", "no blank is named");
     row("--offsets 1 2 --blank=", "no blank is named");
     row("--id 1 --output x.png", "this is no .pdf file: x.png");

@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -9,6 +10,7 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
+#include "support/InterruptedChange.h"
 #include "support/Process.h"
 
 namespace {
@@ -103,6 +105,10 @@ private slots:
     void createCarriesTheStandardForms();
     void createNeverOverwrites();
     void createReportsAnUnwritablePlace();
+    void emptyPathIsRefused_data();
+    void emptyPathIsRefused();
+    void createNeverFollowsALink();
+    void createRemovesLeftovers();
 
     void sampleIsAWholeDirectory();
     void sampleHasTwoHundredDocuments();
@@ -138,6 +144,8 @@ private slots:
     void checkNeedsADatabase_data();
     void checkNeedsADatabase();
     void checkFindsADamagedPage();
+    void checkSeesBeyondAnInterruptedChange();
+    void checkOfADatabaseInUse();
 
 private:
     void checkFindsTheDamage();
@@ -296,6 +304,57 @@ void tst_ZelvoraDb::createReportsAnUnwritablePlace()
     QCOMPARE(result.exitCode, 2);
     QVERIFY(result.err.startsWith("zelvora-db: no database was made: "));
     QVERIFY(!QFile::exists(path("no")));
+}
+
+void tst_ZelvoraDb::emptyPathIsRefused_data()
+{
+    QTest::addColumn<QString>("command");
+    for (const char* command : {"create", "sample", "check"}) {
+        QTest::newRow(command) << command;
+    }
+}
+
+void tst_ZelvoraDb::emptyPathIsRefused()
+{
+    QFETCH(QString, command);
+    const QStringList before = QDir().entryList(QDir::AllEntries | QDir::Hidden);
+    const ProcessResult result = run({command, ""});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.err.endsWith("zelvora-db: no file or folder is named\n"), result.err);
+    QCOMPARE(result.out, QByteArray());
+    QCOMPARE(QDir().entryList(QDir::AllEntries | QDir::Hidden), before);
+}
+
+void tst_ZelvoraDb::createNeverFollowsALink()
+{
+    QVERIFY(QFile::link(path("elsewhere.db"), path("docs.db"))); // which leads nowhere
+    QVERIFY(QFile::link("/dev/full", path("device.db")));
+    for (const QString& target : {path("docs.db"), path("device.db")}) {
+        const ProcessResult result = run({"create", target});
+        QCOMPARE(result.exitCode, 2);
+        QCOMPARE(result.err.count('\n'), 1);
+        QVERIFY(QFileInfo(target).isSymLink());
+    }
+    QVERIFY(!QFile::exists(path("elsewhere.db")));
+}
+
+void tst_ZelvoraDb::createRemovesLeftovers()
+{
+    const QString unfinished = "docs.db.0123456789abcdef0123456789abcdef.new";
+    const QStringList kept{"docs.db.new", "docs.new", "young.db." + QString(32, 'a') + ".new"};
+    for (const QString& name : QStringList{unfinished, unfinished + "-journal"} + kept) {
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        const int hours = name.startsWith("young") ? 23 : 25;
+        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-3600 * hours),
+                                 QFileDevice::FileModificationTime));
+    }
+    QCOMPARE(run({"create", path("docs.db")}).exitCode, 0);
+    QStringList expected = kept + QStringList("docs.db");
+    expected.sort();
+    QStringList files = QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden);
+    files.sort();
+    QCOMPARE(files, expected);
 }
 
 void tst_ZelvoraDb::sampleIsAWholeDirectory()
@@ -827,6 +886,14 @@ void tst_ZelvoraDb::checkFindsDamagedLayouts_data()
     QTest::newRow("blank: item is text")
         << "UPDATE blanks SET CONTENT = '{\"fields\": [1]}' WHERE ID = 3"
         << "blanks ID 3, CONTENT, fields[0]: this is no object";
+    for (const char* column : {"SIZE_WIDTH", "SIZE_HEIGHT"}) {
+        for (const char* size : {"-1", "501", "2147483648", "'wide'", "1e300"}) {
+            const QString shown = QString(size).remove('\'').replace("1e300", "1e+300");
+            QTest::addRow("blank: %s %s", column, size)
+                << QString("UPDATE blanks SET %1 = %2 WHERE ID = 3").arg(column, size)
+                << QString("blanks ID 3, %1: no size from 0 to 500 mm: %2").arg(column, shown);
+        }
+    }
     QTest::newRow("blank: form gone") << "DELETE FROM forms WHERE ID = 28"
                                       << "blanks ID 4, FORM_ID: there is no form with the ID 28";
 
@@ -895,6 +962,8 @@ void tst_ZelvoraDb::checkAcceptsWhatTheProgramToo_data()
                                  "\":[]}')";
     QTest::newRow("blank never edited")
         << "INSERT INTO blanks (NAME, FORM_ID, BACKGROUND_IMG) VALUES ('', 1, '')";
+    QTest::newRow("sizes at the bounds")
+        << "UPDATE blanks SET SIZE_WIDTH = 0, SIZE_HEIGHT = 500 WHERE ID = 3";
     QTest::newRow("page without items") << "UPDATE blanks SET CONTENT = '{}' WHERE ID = 3";
     QTest::newRow("page with something else")
         << "UPDATE blanks SET CONTENT = x'7b226b657074223a317d' WHERE ID = 3"; // {"kept":1}
@@ -954,6 +1023,43 @@ void tst_ZelvoraDb::checkFindsADamagedPage()
     QCOMPARE(result.exitCode, 1);
     QVERIFY2(result.out.contains("SQLite: "), result.out.constData());
     QCOMPARE(content(path("copy.db")), bytes);
+}
+
+void tst_ZelvoraDb::checkSeesBeyondAnInterruptedChange()
+{
+    QVERIFY(QFile::copy(sample(), path("live.db")));
+    QCOMPARE(makeInterruptedChange(path("live.db"), path("copy.db")), QByteArray());
+    const QByteArray database = hashOf(path("copy.db"));
+    const QByteArray journal = hashOf(path("copy.db-journal"));
+    const QStringList files = QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden);
+    const ProcessResult result = run({"check", path("copy.db")});
+    QVERIFY2(result.exitCode == 0, result.out + result.err);
+    QVERIFY2(result.out.startsWith("The last change of the database was interrupted; the next "
+                                   "opening will undo it."),
+             result.out);
+    QVERIFY(result.out.contains("Nothing found: "));
+    QCOMPARE(hashOf(path("copy.db")), database);
+    QCOMPARE(hashOf(path("copy.db-journal")), journal);
+    QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden), files);
+    // That was indeed such a change: who opens the database undoes it.
+    QCOMPARE(sqliteValue(path("copy.db"), "SELECT COUNT(*) FROM docs"), QString("202"));
+    QVERIFY(hashOf(path("copy.db")) != database && !QFile::exists(path("copy.db-journal")));
+    QVERIFY(!run({"check", path("copy.db")}).out.contains("interrupted"));
+}
+
+void tst_ZelvoraDb::checkOfADatabaseInUse()
+{
+    QVERIFY(QFile::copy(sample(), path("copy.db")));
+    // A change on its way that still lets others read.
+    const ProcessResult result = runPython(
+        "import sqlite3, subprocess, sys\n"
+        "change = sqlite3.connect(sys.argv[1], isolation_level=None)\n"
+        "change.execute('BEGIN IMMEDIATE')\n"
+        "change.execute('DELETE FROM forms')\n"
+        "sys.stdout.write(subprocess.run(sys.argv[2:], stdout=subprocess.PIPE).stdout.decode())\n",
+        {path("copy.db"), QString(ZELVORA_BIN_DIR) + "/tools/zelvora-db", "check",
+         path("copy.db")});
+    QCOMPARE(QString::fromUtf8(result.out), "Nothing found: " + path("copy.db") + "\n");
 }
 
 QTEST_GUILESS_MAIN(tst_ZelvoraDb)

@@ -1,9 +1,11 @@
 #include <QtTest>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include "store/UpdateFixture.h"
@@ -22,6 +24,13 @@ private slots:
     void wrongManifest();
     void cutOffPackageIsShownAsFar();
     void fileErrors();
+    void statementsAgainstTheTransaction_data();
+    void statementsAgainstTheTransaction();
+    void otherStatementsPass_data();
+    void otherStatementsPass();
+    void whatIsNoFileIsNeverReplaced();
+    void linkToAFileIsFollowed();
+    void firstSignalEndsAReadThatWaits();
     void nothingForATerminal();
     void help_data();
     void help();
@@ -187,6 +196,128 @@ void tst_ZelvoraUpdate::fileErrors()
     QCOMPARE(
         run({"make", write("ok.json", manifest), m_dir.filePath("no/such/folder.bin")}).exitCode,
         2);
+}
+
+void tst_ZelvoraUpdate::statementsAgainstTheTransaction_data()
+{
+    QTest::addColumn<QString>("statement");
+    QTest::addColumn<QString>("word");
+    const auto row = [](const char* statement, const char* word) {
+        QTest::newRow(statement) << QString(statement) << word;
+    };
+    for (const char* word : {"COMMIT", "ROLLBACK", "END", "BEGIN", "SAVEPOINT", "RELEASE", "ATTACH",
+                             "DETACH", "VACUUM"})
+    {
+        row(word, word);
+    }
+    row("commit;", "COMMIT");
+    row("End Transaction", "END");
+    row("ROLLBACK TO a", "ROLLBACK");
+    row("ATTACH 'x.db' AS x", "ATTACH");
+    row("VACUUM INTO 'x.db'", "VACUUM");
+    row(" \n\t;; COMMIT", "COMMIT");
+    row("-- harmless\nCOMMIT", "COMMIT");
+    row("/* harmless; */COMMIT", "COMMIT");
+    row("/**/ -- a\n /* b */ ; /* c */ END", "END");
+    row("DELETE FROM lists; COMMIT", "COMMIT");
+    row("DELETE FROM lists WHERE LIST_NAME = 'it''s; '; COMMIT", "COMMIT");
+    row("DELETE FROM [a;b]; COMMIT", "COMMIT");
+    row("INSERT OR ROLLBACK INTO lists (ID) VALUES (1)", "ROLLBACK");
+    row("CREATE TRIGGER t AFTER INSERT ON docs BEGIN SELECT 1; END; COMMIT", "COMMIT");
+    row("CREATE TRIGGER t AFTER INSERT ON docs BEGIN SELECT RAISE(ROLLBACK, 'x'); END", "ROLLBACK");
+    QTest::newRow("behind a byte order mark") << QString(QChar(0xfeff)) + "COMMIT"
+                                              << "COMMIT";
+}
+
+void tst_ZelvoraUpdate::statementsAgainstTheTransaction()
+{
+    QFETCH(QString, statement);
+    QFETCH(QString, word);
+    const QJsonObject part{{"version", "1.2.0.0"}, {"sql", statement}};
+    const QJsonObject source{{"update_version", "1.2.0.0"}, {"parts", QJsonArray{part}}};
+    const ProcessResult made = run(
+        {"make", write("against.json", QJsonDocument(source).toJson()), m_dir.filePath("a.bin")});
+    QCOMPARE(made.exitCode, 2);
+    QVERIFY2(made.err.endsWith("against.json: parts[0].sql: " + word.toUtf8() +
+                               " is not possible: an update is one transaction\n"),
+             made.err);
+    QVERIFY(!QFile::exists(m_dir.filePath("a.bin")));
+}
+
+void tst_ZelvoraUpdate::otherStatementsPass_data()
+{
+    QTest::addColumn<QString>("statement");
+    for (const char* statement :
+         {"INSERT INTO lists (LIST_NAME) VALUES ('; COMMIT')", "DELETE FROM lists -- ; COMMIT",
+          "DELETE FROM lists /* ; COMMIT */", "DELETE FROM lists /* never closed; COMMIT",
+          "UPDATE lists SET LIST_NAME = CASE WHEN ID THEN 'a' END",
+          "UPDATE lists SET \"a; COMMIT\" = 1", "UPDATE lists SET [a; COMMIT] = 1",
+          "UPDATE lists SET `a; COMMIT` = 1", "ALTER TABLE docs ADD COLUMN COMMITTED TEXT",
+          "CREATE TRIGGER t AFTER INSERT ON docs BEGIN UPDATE docs SET FNAME = CASE WHEN 1 THEN "
+          "'a' "
+          "END; DELETE FROM lists; END;",
+          "CREATE TEMP TRIGGER t AFTER INSERT ON docs BEGIN SELECT 1; SELECT 2; END"})
+    {
+        QTest::newRow(statement) << QString(statement);
+    }
+}
+
+void tst_ZelvoraUpdate::otherStatementsPass()
+{
+    QFETCH(QString, statement);
+    const QJsonObject part{{"version", "1.2.0.0"}, {"sql", statement}};
+    const QJsonObject source{{"update_version", "1.2.0.0"}, {"parts", QJsonArray{part}}};
+    const ProcessResult made =
+        run({"make", write("pass.json", QJsonDocument(source).toJson()), m_dir.filePath("p.bin")});
+    QVERIFY2(made.exitCode == 0, made.err);
+}
+
+void tst_ZelvoraUpdate::whatIsNoFileIsNeverReplaced()
+{
+    const QString source = write("good.json", manifest);
+    const QString pipe = m_dir.filePath("pipe");
+    const QString folder = m_dir.filePath("folder");
+    const QString link = m_dir.filePath("link-to-device");
+    QCOMPARE(runPython("import os, sys\nos.mkfifo(sys.argv[1])\nos.mkdir(sys.argv[2])\n"
+                       "os.symlink('/dev/full', sys.argv[3])\n",
+                       {pipe, folder, link})
+                 .exitCode,
+             0);
+    for (const QString& target : {pipe, folder, link}) {
+        const ProcessResult made = run({"make", source, target});
+        QCOMPARE(made.exitCode, 2);
+        QCOMPARE(QString::fromUtf8(made.err),
+                 "zelvora-update: " + target + ": this is no regular file, it is not replaced\n");
+        QVERIFY(QFileInfo::exists(target) && !QFileInfo(target).isFile());
+    }
+    QVERIFY(QFileInfo(link).isSymLink());
+}
+
+void tst_ZelvoraUpdate::linkToAFileIsFollowed()
+{
+    const QString file = write("behind.bin", "old");
+    const QString link = m_dir.filePath("link.bin");
+    QVERIFY(QFile::link(file, link));
+    QCOMPARE(run({"make", write("linked.json", manifest), link}).exitCode, 0);
+    QVERIFY(QFileInfo(link).isSymLink());
+    QCOMPARE(read("behind.bin"), expectedPackage());
+}
+
+void tst_ZelvoraUpdate::firstSignalEndsAReadThatWaits()
+{
+    const QString pipe = m_dir.filePath("manifest-to-come");
+    QCOMPARE(runPython("import os, sys\nos.mkfifo(sys.argv[1])\n", {pipe}).exitCode, 0);
+    // Once the other end is open, the program waits for what will never come.
+    const ProcessResult result =
+        runPython("import os, subprocess, sys\n"
+                  "program = subprocess.Popen(sys.argv[2:])\n"
+                  "end = os.open(sys.argv[1], os.O_WRONLY)\n"
+                  "program.terminate()\n"
+                  "print(program.wait(timeout=20))\n",
+                  {pipe, QString(ZELVORA_BIN_DIR) + "/tools/zelvora-update", "make", pipe,
+                   m_dir.filePath("never.bin")});
+    QCOMPARE(result.out, QByteArray("-15\n"));
+    QVERIFY(!QFile::exists(m_dir.filePath("never.bin")));
 }
 
 void tst_ZelvoraUpdate::nothingForATerminal()

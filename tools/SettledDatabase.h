@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <memory>
+
+/// A database file to read from, as the next program that opens it will find it. If a change of it
+/// was interrupted, by a power cut for example, its journal lies beside it, and whoever opens it
+/// undoes that change first. Here that happens to a copy: the file itself is never changed.
+class SettledDatabase
+{
+public:
+    explicit SettledDatabase(const QString& path);
+
+    /// Looks for an interrupted change, and makes the copy if there is one. False if that failed;
+    /// error() then says why.
+    bool settle();
+
+    /// Whether an interrupted change waits to be undone.
+    bool hasWaitingChange() const { return m_folder != nullptr; }
+
+    /// The file to read from: the database, or the copy, which lives as long as this object.
+    QString path() const;
+
+    QString error() const { return m_error; }
+
+private:
+    bool isRefused() const;
+
+    const QString m_path;
+    std::unique_ptr<QTemporaryDir> m_folder; // of the copy
+    QString m_error;
+};
