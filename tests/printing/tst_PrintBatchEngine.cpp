@@ -280,10 +280,10 @@ void tst_PrintBatchEngine::nothingPrintedLeavesNoFile()
 void tst_PrintBatchEngine::commonFileRefused()
 {
     const Desk desk;
-    QVERIFY(QDir().mkdir(desk.path("x.pdf"))); // a folder has the name
     Diary diary;
     PrintBatch batch(desk.sheets(), desk.oneFile(), diary);
     QVERIFY(batch.begin());
+    QVERIFY(QDir().mkdir(desk.path("x.pdf"))); // meanwhile a folder has taken the name
     QVERIFY(!batch.run());
     QCOMPARE(batch.end(), End::FileRefused);
     QCOMPARE(batch.count(State::Failed), 3);
@@ -301,6 +301,8 @@ void tst_PrintBatchEngine::targetRefused()
     QVERIFY(!PrintBatch(desk.sheets(), desk.folder(), diary).begin());
     const PrintTarget inNoFolder = {PrintTarget::Kind::OneFile, desk.path("no/x.pdf"), {}};
     QVERIFY(!PrintBatch(desk.sheets(), inNoFolder, diary).begin());
+    QVERIFY(QDir().mkdir(desk.path("x.pdf")));
+    QVERIFY(!PrintBatch(desk.sheets(), desk.oneFile(), diary).begin());
     const PrintTarget noPrinter = {PrintTarget::Kind::Printer, "Нет такого", {}};
     QVERIFY(!PrintBatch(desk.sheets(), noPrinter, diary).begin());
     QVERIFY(diary.lines.isEmpty());
