@@ -13,6 +13,9 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include <memory>
+#include <utility>
+
 #include "app/SharpIcon.h"
 #include "app/WindowStyle.h"
 #include "app/widgets/CellTextDelegate.h"
@@ -131,9 +134,20 @@ void fitRows(QTableView* table, int lowest)
     rows->setMaximumSectionSize(tallest);
     rows->setSectionResizeMode(QHeaderView::ResizeToContents);
     // The view itself fits its rows to a text that changes, but not to a column's new width, which
-    // is in force only after the signal.
-    QObject::connect(table->horizontalHeader(), SIGNAL(sectionResized(int, int, int)), rows,
-                     SLOT(resizeSections()), Qt::QueuedConnection);
+    // is in force only after the signal. Once for all columns that change together.
+    const auto isPending = std::make_shared<bool>(false);
+    QObject::connect(table->horizontalHeader(), &QHeaderView::sectionResized, rows,
+                     [rows, isPending] {
+                         if (!std::exchange(*isPending, true)) {
+                             QMetaObject::invokeMethod(
+                                 rows,
+                                 [rows, isPending] {
+                                     *isPending = false;
+                                     QMetaObject::invokeMethod(rows, "resizeSections");
+                                 },
+                                 Qt::QueuedConnection);
+                         }
+                     });
 }
 
 void applyCalendarStyle(QCalendarWidget* calendar)

@@ -9,8 +9,9 @@
 /// Prints the usual table and then, for each case, our time, that of every peer and how many times
 /// ours goes into it; or, where the peer is a floor, how many times it goes into ours.
 ///
-/// Benchmarks are to be named "case/subject"; the subject "ours" comes first in each case. With
-/// repetitions their median counts, else the only run.
+/// Benchmarks are to be named "case/subject"; one subject of each case is "ours". With repetitions
+/// their median counts, else the only run. They may come in any order, so that the repetitions of
+/// all can be interleaved.
 class RatioReporter : public benchmark::ConsoleReporter
 {
 public:
@@ -49,21 +50,25 @@ public:
         ConsoleReporter::Finalize();
         std::printf("\n%-20s %12s  %-14s %12s %8s\n", "case", "ours, us", "peer", "peer, us",
                     peerKind == Peers::Rivals ? "faster" : "of floor");
-        for (const Peer& peer : peers) {
-            const double ratio =
-                peerKind == Peers::Rivals ? peer.time / peer.ourTime : peer.ourTime / peer.time;
-            std::printf("%-20s %12.1f  %-14s %12.1f %8.1f\n", peer.caseName.c_str(), peer.ourTime,
+        for (const Subject& peer : subjects) {
+            const double ours = timeOfOurs(peer.caseName);
+            if (peer.name == oursName || ours <= 0) {
+                continue;
+            }
+            const double ratio = peerKind == Peers::Rivals ? peer.time / ours : ours / peer.time;
+            std::printf("%-20s %12.1f  %-14s %12.1f %8.2f\n", peer.caseName.c_str(), ours,
                         peer.name.c_str(), peer.time, ratio);
         }
     }
 
 private:
-    struct Peer
+    static constexpr const char* oursName = "ours";
+
+    struct Subject
     {
         std::string caseName;
         std::string name;
-        double ourTime; ///< microseconds
-        double time;    ///< microseconds
+        double time; ///< microseconds
     };
 
     void keep(const Run& run)
@@ -77,19 +82,21 @@ private:
             return;
         }
 
-        const std::string caseName = name.substr(0, slash);
-        const std::string subject = name.substr(slash + 1);
-        if (subject == "ours") {
-            currentCase = caseName;
-            ourTime = time;
-        } else if (caseName == currentCase) {
-            peers.push_back({caseName, subject, ourTime, time});
+        subjects.push_back({name.substr(0, slash), name.substr(slash + 1), time});
+    }
+
+    /// Microseconds; 0 if ours failed.
+    double timeOfOurs(const std::string& caseName) const
+    {
+        for (const Subject& subject : subjects) {
+            if (subject.caseName == caseName && subject.name == oursName) {
+                return subject.time;
+            }
         }
+        return 0;
     }
 
     const Clock clock;
     const Peers peerKind;
-    std::string currentCase;
-    double ourTime = 0; ///< of the current case
-    std::vector<Peer> peers;
+    std::vector<Subject> subjects;
 };

@@ -172,7 +172,7 @@ void ItemPropertiesTable::addEditorRow(const QString& caption, int key, QWidget*
 void ItemPropertiesTable::addAlignRow(const QString& caption, int key, const QStringList& entries,
                                       int align)
 {
-    auto* combo = new QComboBox;
+    auto* combo = new QComboBox(m_table->viewport());
     combo->addItems(entries);
     combo->setCurrentIndex(align);
     connectCombo(combo);
@@ -181,7 +181,7 @@ void ItemPropertiesTable::addAlignRow(const QString& caption, int key, const QSt
 
 void ItemPropertiesTable::addFontRow(const QString& family)
 {
-    auto* combo = new QFontComboBox;
+    auto* combo = new QFontComboBox(m_table->viewport());
     showFontFamily(combo, family);
     connectCombo(combo);
     addEditorRow("Шрифт", PropertyKey::font, combo);
@@ -190,7 +190,7 @@ void ItemPropertiesTable::addFontRow(const QString& family)
 void ItemPropertiesTable::addFontSizeRow(int pointSize)
 {
     constexpr int largestSize = 999;
-    auto* spin = new QSpinBox;
+    auto* spin = new QSpinBox(m_table->viewport());
     spin->setRange(0, largestSize);
     spin->setValue(pointSize);
     connect(spin, QOverload<int>::of(&QSpinBox::valueChanged), this,
@@ -200,7 +200,7 @@ void ItemPropertiesTable::addFontSizeRow(int pointSize)
 
 void ItemPropertiesTable::addLineSpacingRow(const QString& spacing)
 {
-    auto* combo = new QComboBox;
+    auto* combo = new QComboBox(m_table->viewport());
     combo->addItems({"1,0", "1,15", "1,5", "2,0"});
     combo->setCurrentText(spacing);
     connectCombo(combo);
@@ -209,7 +209,7 @@ void ItemPropertiesTable::addLineSpacingRow(const QString& spacing)
 
 void ItemPropertiesTable::addZStrokeRow(bool isCut)
 {
-    auto* check = new QCheckBox;
+    auto* check = new QCheckBox(m_table->viewport());
     check->setChecked(isCut);
     connect(check, &QCheckBox::stateChanged, this, &ItemPropertiesTable::propertyChanged);
     addEditorRow("Росчерк", PropertyKey::zStroke, check);
@@ -217,7 +217,7 @@ void ItemPropertiesTable::addZStrokeRow(bool isCut)
 
 void ItemPropertiesTable::addColumnsRow()
 {
-    auto* button = new QPushButton("Изменить");
+    auto* button = new QPushButton("Изменить", m_table->viewport());
     button->setAutoDefault(true); // Enter presses it, as it does in a dialog
     connect(button, &QPushButton::clicked, this, &ItemPropertiesTable::columnsRequested);
     addEditorRow("Столбцы", PropertyKey::columns, button);

@@ -102,7 +102,10 @@ void ResizableRectItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
 
 void ResizableRectItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
 {
-    setCursor(cursorShapeAt(cursorPosition(event)));
+    const Qt::CursorShape shape = cursorShapeAt(cursorPosition(event));
+    if (!hasCursor() || cursor().shape() != shape) { // the scene looks for what is under the mouse
+        setCursor(shape);
+    }
     if (resizeModeX == resizeNone && resizeModeY == resizeNone) {
         QGraphicsRectItem::mouseMoveEvent(event);
         return;

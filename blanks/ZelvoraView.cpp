@@ -63,6 +63,14 @@ ZelvoraView::ZelvoraView(BlankWindow* parent)
 
 ZelvoraView::~ZelvoraView() = default;
 
+void ZelvoraView::showEvent(QShowEvent* event)
+{
+    QGraphicsView::showEvent(event);
+    // The brush covers all, so nothing behind is painted with each step of a drag. A style sheet
+    // takes the mark away when it is applied, which was before.
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
 void ZelvoraView::mouseReleaseEvent(QMouseEvent* event)
 {
     QGraphicsView::mouseReleaseEvent(event);

@@ -11,9 +11,4 @@ class CellDateEdit : public DateField
 
 public:
     explicit CellDateEdit(QWidget* parent = nullptr);
-
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
-protected:
-    void childEvent(QChildEvent* event) override;
 };

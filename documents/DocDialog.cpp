@@ -1,6 +1,7 @@
 #include "documents/DocDialog.h"
 
 #include "app/AppStyle.h"
+#include "app/widgets/CalendarPopupStyle.h"
 #include "app/widgets/LineStart.h"
 #include "app/widgets/LongItems.h"
 #include "app/widgets/WheelGuard.h"
@@ -33,7 +34,7 @@ DocDialog::DocDialog(QWidget* parent)
         setStyledFixedHeight(button, buttonHeight);
     }
     for (DateField* edit : {ui->birthDateEdit, ui->issueDateEdit, ui->editDateEdit}) {
-        applyCalendarStyle(edit->calendarWidget());
+        CalendarPopupStyle::install(edit);
         WheelGuard::install(edit);
     }
     LineStart::installAll(this);

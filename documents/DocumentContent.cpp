@@ -51,6 +51,8 @@ bool readItems(int listId, QStringList* items)
     return true;
 }
 
+// The editors are children of the viewport from the start: a widget that changes its parent gets
+// its style a second time.
 void addListEditor(QTableWidget* table, int row, const QJsonObject& entry)
 {
     const int listId = entry["list"].toInt();
@@ -62,7 +64,7 @@ void addListEditor(QTableWidget* table, int row, const QJsonObject& entry)
         table->setItem(row, valueColumn, item);
         return;
     }
-    auto* combo = new CellListEdit(table);
+    auto* combo = new CellListEdit(table->viewport());
     combo->setStyleSheet(borderless);
     combo->insertItems(0, items);
     // While the combo is not editable, only a text among the items becomes current.
@@ -79,7 +81,7 @@ void addListEditor(QTableWidget* table, int row, const QJsonObject& entry)
 
 void addCounterEditor(QTableWidget* table, int row, const QJsonObject& entry)
 {
-    auto* spin = new QSpinBox(table);
+    auto* spin = new QSpinBox(table->viewport());
     spin->setStyleSheet(borderless);
     spin->setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
     spin->setValue(entry["value"].toInt());
@@ -90,7 +92,7 @@ void addCounterEditor(QTableWidget* table, int row, const QJsonObject& entry)
 void addDateEditor(QTableWidget* table, int row, const QJsonObject& entry)
 {
     const QString format = entry["format"].toString();
-    auto* edit = new CellDateEdit(table);
+    auto* edit = new CellDateEdit(table->viewport());
     edit->setStyleSheet(borderless);
     edit->setDisplayFormat(format);
     edit->setDate(QDate::fromString(entry["value"].toString(), format));
@@ -101,7 +103,7 @@ void addDateEditor(QTableWidget* table, int row, const QJsonObject& entry)
 void addTableButton(QTableWidget* table, int row, const QJsonObject& entry,
                     const ValueButtonSlots& buttonSlots)
 {
-    auto* button = new ZelvoraTableButton(table);
+    auto* button = new ZelvoraTableButton(table->viewport());
     button->setText(editCaption);
     button->columns = entry["columns"].toArray();
     button->value = entry["value"].toArray();
@@ -112,7 +114,7 @@ void addTableButton(QTableWidget* table, int row, const QJsonObject& entry,
 void addTextButton(QTableWidget* table, int row, const QJsonObject& entry,
                    const ValueButtonSlots& buttonSlots)
 {
-    auto* button = new ZelvoraTextButton(table);
+    auto* button = new ZelvoraTextButton(table->viewport());
     button->setText(editCaption);
     button->setValue(entry["value"].toString());
     buttonSlots.connectText(button);
@@ -280,10 +282,10 @@ void loadContentTable(QTableWidget* table, const QJsonObject& content,
 {
     const RowFitPause pause(table);
     table->setRowCount(0);
-    for (auto it = content.begin(); it != content.end(); ++it) {
+    table->setRowCount(content.size());
+    int row = 0;
+    for (auto it = content.begin(); it != content.end(); ++it, ++row) {
         const QJsonObject entry = it.value().toObject();
-        const int row = table->rowCount();
-        table->insertRow(row);
         addCaption(table, row, it.key(), entry);
         addEditor(table, row, entry, buttonSlots);
     }

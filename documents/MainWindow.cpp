@@ -15,6 +15,7 @@
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
 #include "app/SharpIcon.h"
+#include "app/widgets/CalendarPopupStyle.h"
 #include "app/widgets/CellTextDelegate.h"
 #include "app/widgets/CurrentRowGuard.h"
 #include "app/widgets/LongItems.h"
@@ -501,8 +502,8 @@ void MainWindow::setupDates()
     const QDate today = QDate::currentDate();
     ui->fromDate->setDate(QDate(today.year(), 1, 1));
     ui->toDate->setDate(today);
-    applyCalendarStyle(ui->fromDate->calendarWidget());
-    applyCalendarStyle(ui->toDate->calendarWidget());
+    CalendarPopupStyle::install(ui->fromDate);
+    CalendarPopupStyle::install(ui->toDate);
 }
 
 QVariant MainWindow::currentRowId() const

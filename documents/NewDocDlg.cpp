@@ -4,6 +4,7 @@
 #include <QSqlQuery>
 
 #include "app/AppStyle.h"
+#include "app/widgets/CalendarPopupStyle.h"
 #include "app/widgets/ClickGuard.h"
 #include "app/widgets/CurrentRowGuard.h"
 #include "app/widgets/LineStart.h"
@@ -45,7 +46,7 @@ NewDocDlg::NewDocDlg(QWidget* parent)
         setStyledFixedHeight(button, buttonHeight);
     }
     for (DateField* edit : {ui->birthDateEdit, ui->issueDateEdit}) {
-        applyCalendarStyle(edit->calendarWidget());
+        CalendarPopupStyle::install(edit);
         WheelGuard::install(edit);
     }
     LineStart::installAll(this);

@@ -38,25 +38,35 @@ int toInt(const QJsonValue& value, const QString& fallback = QString())
     return value.toString(fallback).toInt();
 }
 
-QDateEdit* makeDateEdit(const QStringList& cells, int column)
+/// An editor that stands where it will be shown: the style need not be applied a second time.
+template <class Editor>
+Editor* makeEditor(const QTableWidget* table)
 {
-    auto* edit = new CellDateEdit;
+    auto* editor = new Editor(table->viewport());
+    editor->setProperty("inTable", true);
+    WheelGuard::install(editor);
+    return editor;
+}
+
+QDateEdit* makeDateEdit(const QTableWidget* table, const QStringList& cells, int column)
+{
+    auto* edit = makeEditor<CellDateEdit>(table);
     edit->setDate(cells.isEmpty() ? QDate::currentDate()
                                   : QDate::fromString(cells.value(column), cellDateFormat));
     return edit;
 }
 
-QSpinBox* makeSpinBox(const QString& cell)
+QSpinBox* makeSpinBox(const QTableWidget* table, const QString& cell)
 {
-    auto* spin = new QSpinBox;
+    auto* spin = makeEditor<QSpinBox>(table);
     spin->setRange(-counterLimit, counterLimit);
     spin->setValue(cell.toInt());
     return spin;
 }
 
-QComboBox* makeCombo(const QString& cell, const QStringList& items)
+QComboBox* makeCombo(const QTableWidget* table, const QString& cell, const QStringList& items)
 {
-    auto* combo = new CellListEdit;
+    auto* combo = makeEditor<CellListEdit>(table);
     combo->allowTyping();
     combo->addItems(items);
     if (!cell.isEmpty()) {
@@ -216,20 +226,18 @@ void TableMemoDialog::setCell(int row, int column, const QStringList& cells)
     QWidget* editor = nullptr;
     switch (m_columnTypes.at(column)) {
     case FieldType::list:
-        editor = makeCombo(cell, m_listValues.value(column));
+        editor = makeCombo(table, cell, m_listValues.value(column));
         break;
     case FieldType::counter:
-        editor = makeSpinBox(cell);
+        editor = makeSpinBox(table, cell);
         break;
     case FieldType::date:
-        editor = makeDateEdit(cells, column);
+        editor = makeDateEdit(table, cells, column);
         break;
     default:
         table->setItem(row, column, new QTableWidgetItem(cell));
         return;
     }
-    editor->setProperty("inTable", true);
-    WheelGuard::install(editor);
     table->setCellWidget(row, column, editor);
 }
 

@@ -3,7 +3,9 @@
 #include <QDate>
 #include <QSqlQuery>
 #include <QSqlRecord>
-#include <QVariant>
+
+#include <algorithm>
+#include <optional>
 
 #include <xlsxdocument.h>
 #include <xlsxrichstring.h>
@@ -64,23 +66,31 @@ void DocumentExport::bindColumns(const QSqlQuery& documents)
     for (const ExchangeItem& item : qAsConst(m_items)) {
         m_columns.append({item, sourceOf(item.tag), record.indexOf(columnName(item.tag))});
     }
+    m_expandsTags = std::any_of(m_columns.cbegin(), m_columns.cend(), [](const Column& column) {
+        return column.source == Source::Expansion;
+    });
+    m_rowTags = RowTags(documents);
 }
 
 void DocumentExport::writeRow(const QSqlQuery& document, int row)
 {
-    DocumentTags tags(document.value(m_idIndex));
+    std::optional<DocumentTags> tags;
+    if (m_expandsTags && m_rowTags.isWhole()) {
+        m_rowTags.takeRow(document);
+    } else if (m_expandsTags) {
+        tags.emplace(document.value(m_idIndex));
+    }
     for (const Column& column : qAsConst(m_columns)) {
         const QXlsx::CellReference cell = cellFromName(column.item.cellName(row));
-        // As a rich string, so that a value that looks like a formula or a link stays a text.
-        const QXlsx::RichString value(text(column, document, tags));
+        const QString value = text(column, document, tags ? &*tags : nullptr);
         if (cell.isValid()) {
-            m_workbook.write(cell, QVariant::fromValue(value), QXlsx::Format());
+            m_workbook.write(cell, cellValue(value), QXlsx::Format());
         }
     }
 }
 
 QString DocumentExport::text(const Column& column, const QSqlQuery& document,
-                             DocumentTags& tags) const
+                             DocumentTags* tags) const
 {
     switch (column.source) {
     case Source::Duplicate:
@@ -94,5 +104,15 @@ QString DocumentExport::text(const Column& column, const QSqlQuery& document,
     case Source::Expansion:
         break;
     }
-    return tags.expand(column.item.tag, nullptr);
+    return tags ? tags->expand(column.item.tag, nullptr) : m_rowTags.expand(column.item.tag);
+}
+
+const QVariant& DocumentExport::cellValue(const QString& text)
+{
+    QVariant& value = m_cellValues[text];
+    if (!value.isValid()) {
+        // As a rich string, so that a value that looks like a formula or a link stays a text.
+        value = QVariant::fromValue(QXlsx::RichString(text));
+    }
+    return value;
 }

@@ -157,9 +157,9 @@ QJsonObject documentTagValues(const QSqlQuery& row)
     QJsonObject values;
     const QSqlRecord record = row.record();
     for (int i = 0; i < record.count(); ++i) {
-        const QString name = record.fieldName(i);
-        if (name != QLatin1String("CONTENT")) {
-            values.insert('#' + name, record.value(i).toString());
+        const QString tag = documentColumnTag(record.fieldName(i));
+        if (!tag.isEmpty()) {
+            values.insert(tag, record.value(i).toString());
         }
     }
     return values;
@@ -167,6 +167,16 @@ QJsonObject documentTagValues(const QSqlQuery& row)
 
 QJsonObject documentTagContent(const QSqlQuery& row)
 {
+    return documentTagContent(row.value("CONTENT"));
+}
+
+QJsonObject documentTagContent(const QVariant& content)
+{
     // By way of text: bytes that are no UTF-8 spoil a character, not the whole document.
-    return parseJsonColumn(row.value("CONTENT").toString());
+    return parseJsonColumn(content.toString());
+}
+
+QString documentColumnTag(const QString& column)
+{
+    return column == QLatin1String("CONTENT") ? QString() : '#' + column;
 }

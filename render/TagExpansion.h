@@ -40,3 +40,9 @@ QJsonObject documentTagValues(const QSqlQuery& row);
 
 /// The fields of the form in the current row of `docs`, by tag; empty if `CONTENT` is no object.
 QJsonObject documentTagContent(const QSqlQuery& row);
+
+/// The same for the value of `CONTENT`.
+QJsonObject documentTagContent(const QVariant& content);
+
+/// The tag of a column of `docs`; empty for `CONTENT`, which has none.
+QString documentColumnTag(const QString& column);

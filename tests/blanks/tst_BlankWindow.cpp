@@ -45,6 +45,7 @@ private slots:
     void cleanup();
 
     void window();
+    void canvasCoversWhatIsBehind();
     void panesOpenAsToldAndCanBeDragged();
     void propertiesFitTheirPane();
     void treeRowsAndToolTips();
@@ -333,6 +334,23 @@ void tst_BlankWindow::window()
     QCOMPARE(find<QPushButton>("buttonAccept")->property("btnRole1").toString(), QString("accept"));
     QCOMPARE(find<QPushButton>("buttonReject")->text(), QString("Отмена"));
     QCOMPARE(find<QPushButton>("buttonReject")->property("btnRole1").toString(), QString("reject"));
+}
+
+/// The canvas says that it paints all of itself, and so it does: nothing of another colour is left
+/// where it was drawn onto.
+void tst_BlankWindow::canvasCoversWhatIsBehind()
+{
+    open({});
+    editor->show();
+    QVERIFY(QTest::qWaitForWindowExposed(editor.get()));
+    QVERIFY(view->viewport()->testAttribute(Qt::WA_OpaquePaintEvent));
+    view->scene()->clear();
+    QImage picture(view->viewport()->size(), QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    view->viewport()->render(&picture, QPoint(), QRegion(), QWidget::RenderFlags());
+    QImage expected(picture.size(), picture.format());
+    expected.fill(QColor(0xB9, 0xE5, 0xFF));
+    QCOMPARE(picture, expected);
 }
 
 void tst_BlankWindow::panesOpenAsToldAndCanBeDragged()

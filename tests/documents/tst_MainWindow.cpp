@@ -100,6 +100,9 @@ private slots:
     void fillReadsTheContentOnce();
     void rowsStayWholeUnderSorting_data();
     void rowsStayWholeUnderSorting();
+    void fillSortsAsTheTableDoes_data();
+    void fillSortsAsTheTableDoes();
+    void fillIsOneChange();
     void sortsByTextOfAnyColumn();
     void changedCellKeepsItsPlaceInTheOrder();
     void filterQueryIsComposed_data();
@@ -624,6 +627,77 @@ void tst_MainWindow::rowsStayWholeUnderSorting()
     QVERIFY(order == Qt::AscendingOrder
                 ? std::is_sorted(texts.begin(), texts.end())
                 : std::is_sorted(texts.begin(), texts.end(), std::greater<QString>()));
+}
+
+void tst_MainWindow::fillSortsAsTheTableDoes_data()
+{
+    QTest::addColumn<Qt::SortOrder>("order");
+    QTest::newRow("ascending") << Qt::AscendingOrder;
+    QTest::newRow("descending") << Qt::DescendingOrder;
+}
+
+/// Texts that begin alike, prefixes of one another, characters outside the first plane and equal
+/// ones, whose rows keep the order of the query either way.
+void tst_MainWindow::fillSortsAsTheTableDoes()
+{
+    QFETCH(Qt::SortOrder, order);
+    const QStringList groups = {"11",
+                                "",
+                                "Иванова-Петровская 2",
+                                "Иванова-Петр",
+                                "Иванова-Петровская 1",
+                                "Иванова-Петровская 10",
+                                "иванова",
+                                "Иванова-Пет",
+                                "Я",
+                                "Ё",
+                                QString::fromUtf8("\xF0\x9F\x98\x80"),
+                                QString::fromUtf8("\xEF\xBC\xA1"),
+                                "A",
+                                "Иванова-Петровская"};
+    for (int i = 0; i < 3 * groups.size(); ++i) {
+        addDocument("Ким", groups[i % groups.size()], 1, "2024-06-20");
+    }
+    open();
+    list()->sortByColumn(1, order);
+    m_window->updateDocsTable(QString()); // sorting stays on, as after a restore
+
+    QStringList expected = groups + groups + groups;
+    std::stable_sort(expected.begin(), expected.end(),
+                     [order](const QString& left, const QString& right) {
+                         return order == Qt::AscendingOrder ? left < right : right < left;
+                     });
+    const QStringList shown = rowTexts(list());
+    for (int row = 0; row < list()->rowCount(); ++row) {
+        QCOMPARE(list()->item(row, 1)->text(), expected[row]);
+        const bool isSame = row > 0 && expected[row] == expected[row - 1];
+        QVERIFY(!isSame || list()->item(row - 1, 0)->data(Qt::UserRole).toInt() <
+                               list()->item(row, 0)->data(Qt::UserRole).toInt());
+    }
+    list()->sortItems(1, order);
+    QCOMPARE(rowTexts(list()), shown);
+}
+
+void tst_MainWindow::fillIsOneChange()
+{
+    addSample();
+    open();
+    for (const bool isSorted : {false, true}) {
+        if (isSorted) {
+            list()->sortByColumn(0, Qt::AscendingOrder);
+        }
+        const QSignalSpy changes(list()->model(), &QAbstractItemModel::dataChanged);
+        const QSignalSpy sorts(list()->model(), &QAbstractItemModel::layoutChanged);
+        const QSignalSpy indicator(list()->horizontalHeader(), &QHeaderView::sortIndicatorChanged);
+        m_window->updateDocsTable(QString());
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes[0][0].toModelIndex(), list()->model()->index(0, 0));
+        QCOMPARE(changes[0][1].toModelIndex(), list()->model()->index(3, 3));
+        QCOMPARE(sorts.size(), 0);
+        QCOMPARE(indicator.size(), 0);
+        QVERIFY(list()->isSortingEnabled());
+        QVERIFY(list()->horizontalHeader()->isSortIndicatorShown());
+    }
 }
 
 void tst_MainWindow::sortsByTextOfAnyColumn()
