@@ -6,8 +6,11 @@
 WheelGuard::WheelGuard(QWidget* editor)
     : QObject(editor)
 {
-    // The default policy of these editors would give them the focus with the first wheel step.
-    editor->setFocusPolicy(Qt::StrongFocus);
+    // The default policy of these editors would give them the focus with the first wheel step. One
+    // that a table has made a part of its own round keeps what it has.
+    if (editor->focusPolicy() == Qt::WheelFocus) {
+        editor->setFocusPolicy(Qt::StrongFocus);
+    }
     editor->installEventFilter(this);
 }
 
