@@ -21,6 +21,14 @@ bool isLeftover(const QString& name)
     return ours.match(name).hasMatch();
 }
 
+/// Nothing that a companion writes is one: whoever names a database as a target means another file.
+bool isDatabase(const QString& path)
+{
+    const QByteArray mark("SQLite format 3", 16); // with its zero byte
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.read(mark.size()) == mark;
+}
+
 } // namespace
 
 TargetFile::TargetFile(const QString& path, Links links)
@@ -35,7 +43,7 @@ bool TargetFile::isAllowed(const QString& path, Links links)
     if (target.isSymLink() && links == Links::Replace) {
         return true;
     }
-    return !target.exists() || target.isFile();
+    return !target.exists() || (target.isFile() && !isDatabase(path));
 }
 
 bool TargetFile::open()

@@ -4,7 +4,7 @@
 #include <QString>
 
 /// A file that gets its name whole or not at all. Until then an older one of the name stands as it
-/// was; what is no regular file (a folder, a device, a pipe) is never replaced.
+/// was; what is no regular file (a folder, a device, a pipe) is never replaced, and no database is.
 class TargetFile
 {
 public:
@@ -18,7 +18,8 @@ public:
 
     explicit TargetFile(const QString& path, Links links = Links::Follow);
 
-    /// Whether a file may take this name: none has it, or a regular one, or a link as told above.
+    /// Whether a file may take this name: none has it, or a regular one that is no database, or a
+    /// link as told above.
     static bool isAllowed(const QString& path, Links links = Links::Follow);
 
     /// False if the name may not be taken or nothing can be written beside it.

@@ -74,7 +74,7 @@ ItemPropertiesTable::ItemPropertiesTable(QTableWidget* widget, QObject* parent)
 
 bool ItemPropertiesTable::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
+    if (event->type() == QEvent::Resize) {
         fitColumns(static_cast<QResizeEvent*>(event)->size().width());
     }
     return QObject::eventFilter(watched, event);

@@ -56,16 +56,22 @@ QString coordinates(const QLocale& locale, const QPointF& point)
     return lengthText(point.x(), 1, locale) + "; " + lengthText(point.y(), 1, locale);
 }
 
-/// A text in quotes, on one line and no longer than a line.
-QString quoted(const QLocale& locale, const QString& text)
+/// A text on one line and no longer than a line.
+QString shortened(const QString& text)
 {
     constexpr int longest = 60;
-    QString line = onOneLine(text);
-    if (line.size() > longest) {
-        const int end = longest - 1;
-        line = line.left(line.at(end - 1).isHighSurrogate() ? end - 1 : end) + QChar(0x2026);
+    if (text.size() <= longest) {
+        return onOneLine(text);
     }
-    return inLanguageOf(locale, QString::fromUtf8("«%1»"), QString::fromUtf8("“%1”")).arg(line);
+    const int end = longest - 1;
+    return onOneLine(text.left(text.at(end - 1).isHighSurrogate() ? end - 1 : end)) + QChar(0x2026);
+}
+
+/// The same in quotes.
+QString quoted(const QLocale& locale, const QString& text)
+{
+    return inLanguageOf(locale, QString::fromUtf8("«%1»"), QString::fromUtf8("“%1”"))
+        .arg(shortened(text));
 }
 
 /// Numbers with neighbours joined: "3, 7–9".
@@ -243,11 +249,11 @@ QString documentWords(const QLocale& locale, const Finding::Document& document)
     QStringList parts = {inLanguageOf(locale, "документ ", "document ") + document.id.toString()};
     const QString person = QString(document.surname + ' ' + document.name).trimmed();
     if (!person.isEmpty()) {
-        parts << person;
+        parts << shortened(person);
     }
     const QString number = QString(document.blankSeries + ' ' + document.blankNumber).trimmed();
     if (!number.isEmpty()) {
-        parts << inLanguageOf(locale, "бланк № ", "form no. ") + number;
+        parts << inLanguageOf(locale, "бланк № ", "form no. ") + shortened(number);
     }
     return parts.join(", ");
 }

@@ -25,8 +25,9 @@ OrgDataFile readOrgData()
     if (!file.open(QIODevice::ReadOnly)) {
         return OrgDataFile::Broken;
     }
-    const QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
+    constexpr qint64 largest = 16 << 20; // five strings; a device has no end
+    const QByteArray content = file.read(largest + 1);
+    if (file.error() != QFileDevice::NoError || content.size() > largest) {
         return OrgDataFile::Broken;
     }
     const QJsonDocument document = QJsonDocument::fromJson(content);

@@ -2,6 +2,7 @@
 
 #include <QDataStream>
 #include <QFile>
+#include <QFileInfo>
 #include <QTextStream>
 
 #include "app/TargetFile.h"
@@ -53,10 +54,28 @@ int failToWrite(QTextStream& err, const QString& path, const TargetFile& file)
 {
     const QString reason = file.errorString();
     return failOnFile(err, path,
-                      reason.isEmpty() ? inUserLanguage("это не обычный файл, он не заменяется",
-                                                        "this is no regular file, it is not "
-                                                        "replaced")
-                                       : reason);
+                      reason.isEmpty()
+                          ? QFileInfo(path).isFile()
+                                ? inUserLanguage("это база данных, она не заменяется",
+                                                 "this is a database, it is not replaced")
+                                : inUserLanguage("это не обычный файл, он не заменяется",
+                                                 "this is no regular file, it is not "
+                                                 "replaced")
+                          : reason);
+}
+
+/// What is read is kept in memory whole, and a device has no end.
+constexpr qint64 largestInput = 64 << 20;
+
+QString tooLarge()
+{
+    return inUserLanguage("это не файл, или он слишком велик", "this is no file, or too large");
+}
+
+bool isSameFile(const QString& one, const QString& other)
+{
+    const QString path = QFileInfo(one).canonicalFilePath();
+    return !path.isEmpty() && path == QFileInfo(other).canonicalFilePath();
 }
 
 int make(const QString& manifestPath, const QString& packagePath, QTextStream& out,
@@ -66,9 +85,18 @@ int make(const QString& manifestPath, const QString& packagePath, QTextStream& o
     if (!manifest.open(QIODevice::ReadOnly)) {
         return failOnFile(err, manifestPath, manifest.errorString());
     }
+    const QByteArray text = manifest.read(largestInput + 1);
+    if (text.size() > largestInput) {
+        return failOnFile(err, manifestPath, tooLarge());
+    }
+    if (isSameFile(manifestPath, packagePath)) {
+        return failOnFile(err, packagePath,
+                          inUserLanguage("это само описание, оно не заменяется",
+                                         "this is the manifest itself, it is not replaced"));
+    }
     UpdatePackage package;
     QString error;
-    if (!packageFromManifest(manifest.readAll(), package, error)) {
+    if (!packageFromManifest(text, package, error)) {
         return fail(err, manifestPath + ": " + error);
     }
     TargetFile file(packagePath);
@@ -93,10 +121,18 @@ int show(const QString& packagePath, QTextStream& out, QTextStream& err)
     if (!file.open(QIODevice::ReadOnly)) {
         return failOnFile(err, packagePath, file.errorString());
     }
+    if (!QFileInfo(packagePath).isFile() || file.size() > largestInput) {
+        return failOnFile(err, packagePath, tooLarge());
+    }
     QDataStream stream(&file);
     UpdatePackage package;
     const bool whole = readUpdatePackage(stream, package);
     out << jsonForTerminal(manifestFromPackage(package));
+    out.flush();
+    if (out.status() != QTextStream::Ok) {
+        return fail(err, inUserLanguage("не удалось записать в стандартный вывод",
+                                        "can't write to the standard output"));
+    }
     if (!whole) {
         return fail(err, packagePath + ": " +
                              inUserLanguage("пакет обрывается после части %1",

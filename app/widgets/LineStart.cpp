@@ -44,6 +44,10 @@ bool LineStart::isForGood(const QFocusEvent& focusOut)
 
 bool LineStart::eventFilter(QObject* watched, QEvent* event)
 {
+    // One that is being destroyed loses the focus, and is no line edit any more.
+    if (!qobject_cast<QLineEdit*>(watched)) {
+        return QObject::eventFilter(watched, event);
+    }
     switch (event->type()) {
     case QEvent::FocusIn:
         // The base class selects the text after Tab, with the cursor behind it.

@@ -344,6 +344,8 @@ void tst_FindingWords::whereItIs()
     QCOMPARE(russian.where(found), QString("Документ 17; бланк «Диплом»"));
     QCOMPARE(russian.item(found), QString());
     QCOMPARE(english.page(Finding::Document(), found.blank), QString("blank “Диплом”"));
+    found.document = {17, QString(100, 'x'), "", "", ""};
+    QCOMPARE(russian.where(found), "Документ 17, " + QString(59, 'x') + "…; бланк «Диплом»");
     QCOMPARE(english.more(7), QString("and 7 more"));
     QCOMPARE(russian.more(7), QString("и ещё замечаний: 7"));
 }

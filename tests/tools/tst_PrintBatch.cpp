@@ -135,6 +135,7 @@ private slots:
     void killedRunKeepsTheOlderFile();
     void linkInAFolderIsReplaced();
     void whatIsNoFileIsNeverReplaced();
+    void databaseIsNeverReplaced();
     void leftoversOfKilledRuns();
     void firstSignalEndsALongQuery();
     void unwritableFolder();
@@ -389,6 +390,20 @@ void tst_PrintBatch::whatIsNoFileIsNeverReplaced()
     QVERIFY(QFileInfo(device).isSymLink());
     QCOMPARE(directory.print({"--id", "1", "--output", "/dev/full"}).exitCode, failure);
     QVERIFY(!QFileInfo("/dev/full").isFile());
+}
+
+// Also behind a link that has the name of a page.
+void tst_PrintBatch::databaseIsNeverReplaced()
+{
+    const PrintDirectory directory;
+    QVERIFY(QFile::link(directory.path("docs.db"), directory.path("x.pdf")));
+    for (const QString& target : {directory.path("docs.db"), directory.path("x.pdf")}) {
+        const ProcessResult result = directory.print({"--id", "1", "--output", target});
+        QCOMPARE(result.exitCode, failure);
+    }
+    QFile database(directory.path("docs.db"));
+    QVERIFY(database.open(QIODevice::ReadOnly));
+    QVERIFY(database.read(15) == "SQLite format 3");
 }
 
 void tst_PrintBatch::leftoversOfKilledRuns()

@@ -29,6 +29,8 @@ private slots:
     void otherStatementsPass_data();
     void otherStatementsPass();
     void whatIsNoFileIsNeverReplaced();
+    void databaseOrManifestIsNeverReplaced();
+    void endlessInputIsRefused();
     void linkToAFileIsFollowed();
     void firstSignalEndsAReadThatWaits();
     void nothingForATerminal();
@@ -291,6 +293,32 @@ void tst_ZelvoraUpdate::whatIsNoFileIsNeverReplaced()
         QVERIFY(QFileInfo::exists(target) && !QFileInfo(target).isFile());
     }
     QVERIFY(QFileInfo(link).isSymLink());
+}
+
+void tst_ZelvoraUpdate::databaseOrManifestIsNeverReplaced()
+{
+    const QString source = write("good.json", manifest);
+    const QString database = write("docs.db", QByteArray("SQLite format 3\0 and the rest", 30));
+    const QString link = m_dir.filePath("link-to-database.bin");
+    QVERIFY(QFile::link(database, link));
+    for (const QString& target : {database, link}) {
+        const ProcessResult made = run({"make", source, target});
+        QCOMPARE(made.exitCode, 2);
+        QCOMPARE(QString::fromUtf8(made.err),
+                 "zelvora-update: " + target + ": this is a database, it is not replaced\n");
+    }
+    QCOMPARE(QFileInfo(database).size(), 30);
+    QCOMPARE(run({"make", source, source}).exitCode, 2);
+    QFile kept(source);
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), QByteArray(manifest));
+}
+
+void tst_ZelvoraUpdate::endlessInputIsRefused()
+{
+    QCOMPARE(run({"show", "/dev/zero"}).exitCode, 2);
+    QCOMPARE(run({"make", "/dev/zero", m_dir.filePath("x.bin")}).exitCode, 2);
+    QVERIFY(!QFileInfo::exists(m_dir.filePath("x.bin")));
 }
 
 void tst_ZelvoraUpdate::linkToAFileIsFollowed()
