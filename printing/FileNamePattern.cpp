@@ -7,8 +7,9 @@
 
 namespace {
 
-/// The longest name of a file in bytes, on any file system in use.
-constexpr int mostBytes = 255;
+/// The longest name of a file in bytes, on any file system in use, less what is put behind it while
+/// a file takes the place of an older one (".XXXXXX").
+constexpr int mostBytes = 255 - 7;
 
 bool isForbidden(const QString& text, int index)
 {

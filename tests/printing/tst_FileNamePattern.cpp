@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "app/TargetFile.h"
 #include "printing/FileNamePattern.h"
 #include "support/PrintFixture.h"
 
@@ -35,6 +36,7 @@ private slots:
     void longNames();
     void longNamesThatAreTheSame();
     void anotherSuffix();
+    void fileOfTheLongestNameIsReplaced();
     void documentThatCannotBeRead();
     void filesOfAllNames();
 
@@ -207,22 +209,22 @@ void tst_FileNamePattern::longNames_data()
 {
     QTest::addColumn<QString>("surname");
     QTest::addColumn<QString>("stem");
-    // 255 bytes less 4 of the suffix: 251, of which Cyrillic letters, of 2 bytes, fill 250.
-    QTest::newRow("longest") << QString(251, 'a') << QString(251, 'a');
-    QTest::newRow("one more") << QString(252, 'a') << QString(251, 'a');
-    QTest::newRow("Cyrillic") << QString(130, QChar(0x416)) << QString(125, QChar(0x416));
+    // 255 bytes less 7 for a name beside it and 4 of the suffix: 244, 122 Cyrillic letters.
+    QTest::newRow("longest") << QString(244, 'a') << QString(244, 'a');
+    QTest::newRow("one more") << QString(245, 'a') << QString(244, 'a');
+    QTest::newRow("Cyrillic") << QString(130, QChar(0x416)) << QString(122, QChar(0x416));
     QTest::newRow("Cyrillic from an odd byte")
-        << 'a' + QString(130, QChar(0x416)) << 'a' + QString(125, QChar(0x416));
-    // 4 bytes each, 62 of them 248.
+        << 'a' + QString(130, QChar(0x416)) << 'a' + QString(121, QChar(0x416));
+    // 4 bytes each, 61 of them 244.
     QTest::newRow("beyond 16 bits") << QString::fromUcs4(U"\U0001F600").repeated(70)
-                                    << QString::fromUcs4(U"\U0001F600").repeated(62);
-    // A letter of a byte and its mark of 2 stay together: 83 times 3 is 249.
+                                    << QString::fromUcs4(U"\U0001F600").repeated(61);
+    // A letter of a byte and its mark of 2 stay together: 81 times 3 is 243.
     QTest::newRow("marks") << (QString("q") + QChar(0x301)).repeated(100)
-                           << (QString("q") + QChar(0x301)).repeated(83);
-    // A letter with more marks than fit: a byte and 125 marks are 251.
+                           << (QString("q") + QChar(0x301)).repeated(81);
+    // A letter with more marks than fit: a byte and 121 marks are 243.
     QTest::newRow("nothing but marks")
-        << 'q' + QString(300, QChar(0x301)) << 'q' + QString(125, QChar(0x301));
-    QTest::newRow("a blank at the cut") << QString(250, 'a') + " b" << QString(250, 'a');
+        << 'q' + QString(300, QChar(0x301)) << 'q' + QString(121, QChar(0x301));
+    QTest::newRow("a blank at the cut") << QString(243, 'a') + " b" << QString(243, 'a');
 }
 
 void tst_FileNamePattern::longNames()
@@ -231,7 +233,7 @@ void tst_FileNamePattern::longNames()
     QFETCH(QString, stem);
     const QString name = nameOf("{#LNAME}.pdf", {{"LNAME", surname}});
     QCOMPARE(name, stem + ".pdf");
-    QVERIFY(name.toUtf8().size() <= 255);
+    QVERIFY(name.toUtf8().size() <= 248);
 }
 
 void tst_FileNamePattern::longNamesThatAreTheSame()
@@ -243,9 +245,9 @@ void tst_FileNamePattern::longNamesThatAreTheSame()
         names << pattern.nameFor(document(m_app->addDocument({}, {{"LNAME", letters + end}})))
                      .value();
     }
-    // 255 less 4 and the 4 of " (2)": 247, 123 letters.
-    QCOMPARE(names, (QStringList{letters.left(125) + ".pdf", letters.left(123) + " (2).pdf",
-                                 letters.left(123) + " (3).pdf"}));
+    // 248 less 4 and the 4 of " (2)": 240, 120 letters.
+    QCOMPARE(names, (QStringList{letters.left(122) + ".pdf", letters.left(120) + " (2).pdf",
+                                 letters.left(120) + " (3).pdf"}));
 }
 
 void tst_FileNamePattern::anotherSuffix()
@@ -253,6 +255,17 @@ void tst_FileNamePattern::anotherSuffix()
     FileNamePattern pattern("{#LNAME}.png", ".png");
     QCOMPARE(pattern.nameFor(document(m_app->addDocument())).value(), QString("Иванов.png"));
     QCOMPARE(pattern.nameFor(document(m_app->addDocument())).value(), QString("Иванов (2).png"));
+}
+
+void tst_FileNamePattern::fileOfTheLongestNameIsReplaced()
+{
+    const QString path = m_app->path(nameOf("{#LNAME}", {{"LNAME", QString(300, 'a')}}));
+    for (const char* content : {"old", "new"}) {
+        TargetFile file(path);
+        QVERIFY(file.open());
+        QCOMPARE(file.device().write(content), qint64(3));
+        QVERIFY(file.commit());
+    }
 }
 
 // A name with its tags in it would not tell whose document it is.
