@@ -7,6 +7,7 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+#include "blanks/BlankRecord.h"
 #include "forms/FormDefinitions.h"
 #include "store/Schema.h"
 #include "tools/SettledDatabase.h"
@@ -254,7 +255,9 @@ void DatabaseCheck::checkDocuments()
 void DatabaseCheck::checkBlanks()
 {
     QSqlQuery query(m_database);
-    if (!select(query, "blanks", "ID, FORM_ID, BACKGROUND_IMG, CONTENT, SIZE_WIDTH, SIZE_HEIGHT")) {
+    if (!select(query, "blanks",
+                "ID, FORM_ID, BACKGROUND_IMG, CONTENT, SIZE_WIDTH, SIZE_HEIGHT, PAPER_FORMAT"))
+    {
         return;
     }
     while (query.next()) {
@@ -262,6 +265,7 @@ void DatabaseCheck::checkBlanks()
         checkFormReference(query.value(1), row, "FORM_ID");
         checkBlankSize(query.value(4), row + ", SIZE_WIDTH");
         checkBlankSize(query.value(5), row + ", SIZE_HEIGHT");
+        checkPaperFormat(query.value(6), row + ", PAPER_FORMAT");
         const QString background = query.value(2).toString();
         if (!background.isEmpty()) {
             checkFile(QFileInfo(m_path).path() + "/" + background, row, "BACKGROUND_IMG");
@@ -295,6 +299,18 @@ void DatabaseCheck::checkBlankSize(const QVariant& millimetres, const QString& p
     }
     const QString text = millimetres.toString();
     find(place, "не размер от 0 до 500 мм: " + text, "no size from 0 to 500 mm: " + text);
+}
+
+void DatabaseCheck::checkPaperFormat(const QVariant& code, const QString& place)
+{
+    // A blank of another one prints on whatever paper the printer has.
+    const bool isKnown =
+        QVector<int>{PaperFormat::a4, PaperFormat::a5, PaperFormat::customMm}.contains(
+            code.toInt());
+    if (!code.isNull() && !isKnown) {
+        find(place, "нет формата бумаги с кодом " + code.toString(),
+             "there is no paper format with the code " + code.toString());
+    }
 }
 
 void DatabaseCheck::checkExchangeTemplates()

@@ -48,6 +48,7 @@ private:
     void checkForms();
     void checkDocuments();
     void checkBlanks();
+    void checkPaperFormat(const QVariant& code, const QString& place);
     void checkBlankSize(const QVariant& millimetres, const QString& place);
     void checkExchangeTemplates();
 

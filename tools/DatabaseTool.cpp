@@ -137,9 +137,7 @@ int check(const QString& path, QTextStream& out, QTextStream& err)
     return success;
 }
 
-} // namespace
-
-int runDatabaseTool(const QStringList& arguments, QTextStream& out, QTextStream& err)
+int runCommand(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
     if (arguments.contains("--help") || arguments.contains("-h")) {
         out << helpText();
@@ -170,4 +168,16 @@ int runDatabaseTool(const QStringList& arguments, QTextStream& out, QTextStream&
         << onOneLine(command) << '\n'
         << helpText();
     return failure;
+}
+
+} // namespace
+
+int runDatabaseTool(const QStringList& arguments, QTextStream& out, QTextStream& err)
+{
+    const int status = runCommand(arguments, out, err);
+    QString error;
+    if (!flushOutput(out, &error)) {
+        return fail(err, error);
+    }
+    return status;
 }

@@ -29,10 +29,9 @@ int fail(QTextStream& err, const QString& reason)
 /// The status, unless what was written came to nothing: a status may be all that a script reads.
 int afterWriting(QTextStream& out, QTextStream& err, int status)
 {
-    out.flush();
-    if (out.status() != QTextStream::Ok) {
-        return fail(err, inUserLanguage("не удалось записать в стандартный вывод",
-                                        "can't write to the standard output"));
+    QString error;
+    if (!flushOutput(out, &error)) {
+        return fail(err, error);
     }
     return status;
 }

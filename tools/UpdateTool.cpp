@@ -128,10 +128,9 @@ int show(const QString& packagePath, QTextStream& out, QTextStream& err)
     UpdatePackage package;
     const bool whole = readUpdatePackage(stream, package);
     out << jsonForTerminal(manifestFromPackage(package));
-    out.flush();
-    if (out.status() != QTextStream::Ok) {
-        return fail(err, inUserLanguage("не удалось записать в стандартный вывод",
-                                        "can't write to the standard output"));
+    QString error;
+    if (!flushOutput(out, &error)) {
+        return fail(err, error);
     }
     if (!whole) {
         return fail(err, packagePath + ": " +

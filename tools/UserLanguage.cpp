@@ -16,3 +16,16 @@ void prepareTerminal(QTextStream& stream)
         stream.setCodec("UTF-8");
     }
 }
+
+bool flushOutput(QTextStream& out, QString* error)
+{
+    out.flush();
+    if (out.status() == QTextStream::Ok) {
+        return true;
+    }
+    if (error) {
+        *error = inUserLanguage("не удалось записать в стандартный вывод",
+                                "can't write to the standard output");
+    }
+    return false;
+}

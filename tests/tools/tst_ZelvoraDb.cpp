@@ -137,6 +137,7 @@ private slots:
     void checkFindsDamagedForms_data();
     void checkFindsDamagedForms();
     void checkFindsDamagedLayouts_data();
+    void fullOutputIsAFailure();
     void checkFindsDamagedLayouts();
     void checkLooksForFilesBesideTheDatabase();
     void checkAcceptsWhatTheProgramToo_data();
@@ -894,6 +895,9 @@ void tst_ZelvoraDb::checkFindsDamagedLayouts_data()
                 << QString("blanks ID 3, %1: no size from 0 to 500 mm: %2").arg(column, shown);
         }
     }
+    QTest::newRow("blank: unknown paper")
+        << "UPDATE blanks SET PAPER_FORMAT = 77 WHERE ID = 3"
+        << "blanks ID 3, PAPER_FORMAT: there is no paper format with the code 77";
     QTest::newRow("blank: form gone") << "DELETE FROM forms WHERE ID = 28"
                                       << "blanks ID 4, FORM_ID: there is no form with the ID 28";
 
@@ -902,6 +906,20 @@ void tst_ZelvoraDb::checkFindsDamagedLayouts_data()
     QTest::newRow("exchange: item without a tag")
         << "UPDATE export SET FIELDS = '{\"items\": [{\"col\": \"A\"}]}'"
         << "export ID 1, FIELDS, items[0]: the strings col and tag are missing";
+}
+
+// A status may be all that a script reads.
+void tst_ZelvoraDb::fullOutputIsAFailure()
+{
+    const QString program = QString(ZELVORA_BIN_DIR) + "/tools/zelvora-db";
+    const ProcessResult result =
+        runPython("import subprocess, sys\n"
+                  "full = open('/dev/full', 'w')\n"
+                  "sys.exit(subprocess.call([sys.argv[1], '--help'], stdout=full))\n",
+                  {program});
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(QString::fromUtf8(result.err),
+             QString("zelvora-db: can't write to the standard output\n"));
 }
 
 void tst_ZelvoraDb::checkFindsDamagedLayouts()
