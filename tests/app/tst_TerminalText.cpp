@@ -30,6 +30,7 @@ void tst_TerminalText::oneLine_data()
                                << "a  b c d";
     QTest::newRow("separators") << QString("a") + QChar(0x2028) + QChar(0x2029) << "a  ";
     QTest::newRow("zero and delete") << QString("a") + QChar(0) + QChar(0x7f) << "a  ";
+    QTest::newRow("direction") << QString("a") + QChar(0x202E) + "12" + QChar(0x2066) << "a 12 ";
     QTest::newRow("sequence in one character") << QString(QChar(0x9b)) + "2J"
                                                << " 2J";
 }
@@ -47,10 +48,12 @@ void tst_TerminalText::json()
     for (ushort code = 0; code < 0x100; ++code) {
         all += QChar(code);
     }
+    all += QChar(0x202E);
     const QJsonObject object = {{"all", all}, {"ещё", "🙂"}};
     const QString shown = jsonForTerminal(QJsonDocument(object).toJson());
     for (const QChar c : shown) {
         QVERIFY(c == '\n' || c.category() != QChar::Other_Control);
+        QVERIFY(c != QChar(0x202E));
     }
     QCOMPARE(QJsonDocument::fromJson(shown.toUtf8()).object(), object);
 }
