@@ -110,6 +110,7 @@ void tst_FindingWords::text(const char* name, const Finding& finding, const char
                         << jsonOf(kind, json);
 }
 
+// NOLINTNEXTLINE(readability-function-size): a table
 void tst_FindingWords::everyKind_data()
 {
     QTest::addColumn<Finding>("found");

@@ -424,7 +424,7 @@ void tst_PrintBatch::leftoversOfKilledRuns()
         file.write("x");
         QVERIFY(file.flush()); // now, and not after the time is set
         const int hours = name.contains("Young") ? 23 : 25;
-        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-3600 * hours),
+        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-qint64(3600) * hours),
                                  QFileDevice::FileModificationTime));
     }
     QCOMPARE(
