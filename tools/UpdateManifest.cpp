@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include "tools/RepeatedKey.h"
 #include "tools/UpdateStatement.h"
 #include "tools/UserLanguage.h"
 
@@ -15,7 +16,8 @@ const char* const argumentKey = "argument";
 
 bool isVersion(const QString& text)
 {
-    static const QRegularExpression numbers("^\\d{1,9}(\\.\\d{1,9}){3}$");
+    // A pattern's "$" would let a line end through.
+    static const QRegularExpression numbers("\\A[0-9]{1,9}(\\.[0-9]{1,9}){3}\\z");
     return numbers.match(text).hasMatch();
 }
 
@@ -44,6 +46,12 @@ public:
         if (parsed.error != QJsonParseError::NoError) {
             // The parser has gone one character beyond the one it does not understand.
             return fail(placeOf(json, qMax(parsed.offset - 1, 0)), parsed.errorString());
+        }
+        const std::optional<RepeatedKey> repeated = RepeatedKey::find(json);
+        if (repeated) {
+            return fail(placeOf(json, repeated->offset),
+                        inUserLanguage("ключ указан дважды: ", "the key is given twice: ") +
+                            repeated->key);
         }
         if (!document.isObject()) {
             return fail(inUserLanguage("начало файла", "top level"),

@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <QTextStream>
 
+#include <algorithm>
+
 #include "app/TargetFile.h"
 #include "app/TerminalText.h"
 #include "store/UpdatePackage.h"
@@ -115,6 +117,16 @@ int make(const QString& manifestPath, const QString& packagePath, QTextStream& o
     return success;
 }
 
+/// Whether the texts that a package holds are what its format says. Any bytes can be read as one.
+bool isPackage(const UpdatePackage& package)
+{
+    const auto isPart = [](const UpdatePart& part) {
+        return !parseUpdateJson(part.json).isEmpty();
+    };
+    return parseUpdateJson(package.header).value("update_version").isString() &&
+           std::all_of(package.parts.cbegin(), package.parts.cend(), isPart);
+}
+
 int show(const QString& packagePath, QTextStream& out, QTextStream& err)
 {
     QFile file(packagePath);
@@ -127,6 +139,10 @@ int show(const QString& packagePath, QTextStream& out, QTextStream& err)
     QDataStream stream(&file);
     UpdatePackage package;
     const bool whole = readUpdatePackage(stream, package);
+    if (!isPackage(package)) {
+        return failOnFile(err, packagePath,
+                          inUserLanguage("это не пакет обновления", "this is no update package"));
+    }
     out << jsonForTerminal(manifestFromPackage(package));
     QString error;
     if (!flushOutput(out, &error)) {

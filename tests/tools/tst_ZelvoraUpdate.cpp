@@ -23,6 +23,8 @@ private slots:
     void wrongManifest_data();
     void wrongManifest();
     void cutOffPackageIsShownAsFar();
+    void garbageIsNoPackage_data();
+    void garbageIsNoPackage();
     void fileErrors();
     void statementsAgainstTheTransaction_data();
     void statementsAgainstTheTransaction();
@@ -136,6 +138,13 @@ void tst_ZelvoraUpdate::wrongManifest_data()
     QTest::newRow("no version") << QByteArray("{}") << "update_version";
     QTest::newRow("three numbers")
         << QByteArray(R"({"update_version": "1.2.0"})") << "update_version";
+    QTest::newRow("line end behind the version")
+        << QByteArray(R"({"update_version": "9.2.0.0\n"})") << "update_version";
+    QTest::newRow("version twice") << QByteArray(R"({"update_version": "9.9.9.9", "parts": [],
+"update_version": "1.2.0.0"})") << "line 2, column 1: the key is given twice: update_version";
+    QTest::newRow("statement twice, once escaped")
+        << part + R"({"version": "1.2.0.0", "sql": "{\"a\": \"\\", "s\u0071l": "y"}]})"
+        << "line 1, column 87: the key is given twice: sql";
     QTest::newRow("unknown key") << QByteArray(R"({"update_version": "1.2.0.0", "part": []})")
                                  << "part: unknown";
     QTest::newRow("parts no array")
@@ -185,6 +194,31 @@ void tst_ZelvoraUpdate::cutOffPackageIsShownAsFar()
     QCOMPARE(shown.exitCode, 2);
     QVERIFY(shown.err.contains("cut off behind part 2"));
     QCOMPARE(QJsonDocument::fromJson(shown.out).object()["parts"].toArray().size(), 2);
+}
+
+// Almost any bytes are a byte array, and parts of nothing, to a stream.
+void tst_ZelvoraUpdate::garbageIsNoPackage_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("zeros") << QByteArray(64, 0);
+    QTest::newRow("no value") << QByteArray(4, '\xff');
+    QTest::newRow("text") << QByteArray("This is no package at all.");
+    QTest::newRow("no header") << packPackage("hello", {});
+    QTest::newRow("header without a version") << packPackage("{}", {});
+    QTest::newRow("part that is no object")
+        << packPackage(R"({"update_version":"1.2.0.0"})", {{"[1]", "DELETE FROM lists", ""}});
+}
+
+void tst_ZelvoraUpdate::garbageIsNoPackage()
+{
+    QFETCH(QByteArray, bytes);
+    const QString path = write("garbage.bin", bytes);
+    const ProcessResult shown = run({"show", path});
+    QCOMPARE(shown.exitCode, 2);
+    QCOMPARE(QString::fromUtf8(shown.err),
+             "zelvora-update: " + path + ": this is no update package\n");
+    QCOMPARE(shown.out, QByteArray());
 }
 
 void tst_ZelvoraUpdate::fileErrors()
