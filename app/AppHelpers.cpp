@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTextDocument>
@@ -33,6 +34,16 @@ void setAppDirPath(const QString& path)
 QString appFilePath(const QString& relative)
 {
     return appDirPath() + "/" + relative;
+}
+
+bool liesBelow(const QString& path, const QString& directory)
+{
+    const QString real = QFileInfo(path).canonicalFilePath();
+    QString above = QFileInfo(directory).canonicalFilePath();
+    if (!above.endsWith('/')) {
+        above += '/';
+    }
+    return real.startsWith(above);
 }
 
 QString plainMessage(const QString& text)

@@ -21,6 +21,10 @@ void setAppDirPath(const QString& path);
 /// Full path of a file below the application directory: its path, "/" and `relative`.
 QString appFilePath(const QString& relative);
 
+/// Whether what stands at a path lies below a directory, wherever links lead. False if nothing
+/// stands there.
+bool liesBelow(const QString& path, const QString& directory);
+
 /// A text for a message box that holds a text of others, such as a driver's message: it shows as it
 /// stands, and what looks like markup is none, which could load files.
 QString plainMessage(const QString& text);

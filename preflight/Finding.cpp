@@ -33,6 +33,9 @@ constexpr KindName kindNames[] = {
     {Finding::Kind::QrRefused, "qr-refused"},
     {Finding::Kind::QrTextCut, "qr-text-cut"},
     {Finding::Kind::BackgroundMissing, "background-missing"},
+    {Finding::Kind::BackgroundOutside, "background-outside"},
+    {Finding::Kind::PaperUnknown, "paper-unknown"},
+    {Finding::Kind::PageTooLarge, "page-too-large"},
     {Finding::Kind::PageWithoutArea, "page-without-area"},
     {Finding::Kind::PageWithoutFrames, "page-without-frames"},
 };

@@ -38,7 +38,10 @@ struct Finding
         QrRefused,         ///< a text that makes no symbol, so that nothing is printed
         QrTextCut,         ///< a text that ends in the symbol at a zero character
         BackgroundMissing, ///< a picture that cannot be loaded
-        PageWithoutArea,   ///< width or height 0: nothing is printed
+        BackgroundOutside, ///< a picture that is not below the application directory
+        PaperUnknown,      ///< a format that names no paper: the printer's own is taken
+        PageTooLarge,      ///< larger than any paper: its background is not loaded
+        PageWithoutArea,   ///< width or height 0 or no size: nothing is printed
         PageWithoutFrames  ///< nothing stands on the blank, or its frames cannot be read
     };
 
@@ -88,7 +91,8 @@ struct Finding
     QVector<int> partRows; ///< partly lost
     int column = 0;        ///< of the table, from 1
     QString tag;           ///< tag, dropped tail or family of the font
-    QString text;          ///< value, text of the cell, path of the picture or font used instead
+    QString text;          ///< value, text of the cell, path of the picture, font used instead,
+                           ///< or code of the paper or size of the page as they are stored
     QString printed;       ///< of the text of a cell, if the toolkit shortens it
 
     bool isOfBlank() const { return document.id.isNull(); }

@@ -35,6 +35,9 @@ constexpr KindCaption kindCaptions[] = {
     {Finding::Kind::QrRefused, "QR-код не напечатается", "no QR code"},
     {Finding::Kind::QrTextCut, "текст QR-кода обрезан", "text of QR code cut"},
     {Finding::Kind::BackgroundMissing, "нет фона", "no background"},
+    {Finding::Kind::BackgroundOutside, "фон не в папке программы", "background elsewhere"},
+    {Finding::Kind::PaperUnknown, "неизвестный формат бумаги", "unknown paper format"},
+    {Finding::Kind::PageTooLarge, "лист слишком велик", "page too large"},
     {Finding::Kind::PageWithoutArea, "лист без размера", "page without a size"},
     {Finding::Kind::PageWithoutFrames, "бланк без рамок", "blank without frames"},
 };
@@ -233,9 +236,28 @@ QString plainWords(const QLocale& locale, const Finding& finding)
     case Finding::Kind::BackgroundMissing:
         return inLanguageOf(locale, "фон не загружается: %1", "the background can't be loaded: %1")
             .arg(finding.text);
+    case Finding::Kind::BackgroundOutside:
+        return inLanguageOf(locale, "фон лежит вне папки программы: %1",
+                            "the background lies outside the application directory: %1")
+            .arg(finding.text);
+    case Finding::Kind::PaperUnknown:
+        return inLanguageOf(locale,
+                            "нет формата бумаги с кодом %1: лист напечатается на бумаге, которая "
+                            "выбрана в принтере",
+                            "there is no paper format with the code %1: the page prints on "
+                            "whatever paper the printer has")
+            .arg(shortened(finding.text));
+    case Finding::Kind::PageTooLarge:
+        return inLanguageOf(locale, "лист %1 мм больше любой бумаги: фон не загружается",
+                            "the page of %1 mm is larger than any paper: no background is loaded")
+            .arg(shortened(finding.text));
     case Finding::Kind::PageWithoutArea:
-        return inLanguageOf(locale, "ширина или высота листа 0: ничего не напечатается",
-                            "the width or height of the page is 0: nothing is printed");
+        return finding.text.isEmpty()
+                   ? inLanguageOf(locale, "ширина или высота листа 0: ничего не напечатается",
+                                  "the width or height of the page is 0: nothing is printed")
+                   : inLanguageOf(locale, "размера листа %1 мм не бывает: ничего не напечатается",
+                                  "a page can't have the size %1 mm: nothing is printed")
+                         .arg(shortened(finding.text));
     case Finding::Kind::PageWithoutFrames:
         return inLanguageOf(locale, "на бланке нет ни одной рамки: значения не напечатаются",
                             "there is no frame on the blank: no value is printed");

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 
+#include "app/AppHelpers.h"
 #include "blanks/BlankRecord.h"
 #include "preflight/Excess.h"
 #include "preflight/TableCheck.h"
@@ -18,6 +19,7 @@
 #include "render/QrPixmap.h"
 #include "render/TagExpansion.h"
 #include "render/page/FrameLabel.h"
+#include "render/page/PagePicture.h"
 #include "render/page/QrPixmapItem.h"
 
 namespace {
@@ -28,6 +30,13 @@ QString installedFamily(const QString& family)
     const QString installed = QFontInfo(QFont(family)).family();
     const QString plainName = family.section('[', 0, 0).trimmed(); // without the foundry
     return installed.compare(plainName, Qt::CaseInsensitive) == 0 ? family : installed;
+}
+
+/// As BlankPaper::storedSize() gives whole numbers of millimetres.
+QString sizeText(const QSizeF& size)
+{
+    return QString::number(size.width()) + QString::fromUtf8(" × ") +
+           QString::number(size.height());
 }
 
 bool hasText(const QJsonArray& row)
@@ -77,6 +86,11 @@ void PageCheck::check(const PageBuilder& page)
     if (m_unitLength <= 0) {
         Finding finding;
         finding.kind = Finding::Kind::PageWithoutArea;
+        const QSizeF size = page.blank().size;
+        // What is nothing but a size of 0 says so in plain words.
+        const bool isPlainZero =
+            page.blank().storedSize == sizeText(size) && size.width() >= 0 && size.height() >= 0;
+        finding.text = isPlainZero ? QString() : page.blank().storedSize;
         addOfBlank(nullptr, finding);
         return;
     }
@@ -132,16 +146,44 @@ void PageCheck::checkBlank(const PageBuilder& page)
         finding.kind = Finding::Kind::PageWithoutFrames;
         addOfBlank(nullptr, finding);
     }
-    const QString backgroundFile = page.blank().background.toString();
-    if (!backgroundFile.isEmpty() && !page.background()) {
+    checkPaper(page.blank());
+    checkBackground(page);
+    checkFonts(page.items());
+}
+
+void PageCheck::checkPaper(const PageBlank& blank)
+{
+    if (!blank.paper().isKnown()) {
         Finding finding;
+        finding.kind = Finding::Kind::PaperUnknown;
+        finding.text = blank.storedFormat;
+        addOfBlank(nullptr, finding);
+    }
+    if (isLargerThanPaper(blank.paper().pageSize())) {
+        Finding finding;
+        finding.kind = Finding::Kind::PageTooLarge;
+        finding.text = blank.storedSize;
+        addOfBlank(nullptr, finding);
+    }
+}
+
+void PageCheck::checkBackground(const PageBuilder& page)
+{
+    Finding finding;
+    finding.text = page.blank().background.toString();
+    if (finding.text.isEmpty() || isLargerThanPaper(page.blank().paper().pageSize())) {
+        return; // none, or more is wrong than the picture
+    }
+    if (!page.background()) {
         finding.kind = Finding::Kind::BackgroundMissing;
         finding.severity =
             m_isBackgroundPrinted ? Finding::Severity::Error : Finding::Severity::Warning;
-        finding.text = backgroundFile;
+        addOfBlank(nullptr, finding);
+    } else if (!liesBelow(appFilePath(finding.text), appDirPath())) {
+        finding.kind = Finding::Kind::BackgroundOutside;
+        finding.severity = Finding::Severity::Warning;
         addOfBlank(nullptr, finding);
     }
-    checkFonts(page.items());
 }
 
 void PageCheck::checkFonts(const QVector<PageItem>& items)

@@ -70,6 +70,8 @@ public:
 private:
     void takeRows(const PageBuilder& page);
     void checkBlank(const PageBuilder& page);
+    void checkPaper(const PageBlank& blank);
+    void checkBackground(const PageBuilder& page);
     void checkFonts(const QVector<PageItem>& items);
     void checkItem(const PageItem& item, const TagCheck& tags);
     void checkSymbol(const PageItem& item, const TagCheck& tags);

@@ -20,6 +20,7 @@
 #include "printing/PdfFile.h"
 #include "printing/calibration/CalibrationSheet.h"
 #include "printing/calibration/PrintOffsets.h"
+#include "render/page/PagePicture.h"
 #include "store/RecordLookup.h"
 #include "tools/Interruption.h"
 #include "tools/UserLanguage.h"
@@ -81,7 +82,7 @@ QString cantReadBlanks(const QString& reason)
 JobResult CalibrationJob::printSheet()
 {
     const std::optional<Blank> blank = findBlank();
-    if (!blank) {
+    if (!blank || !hasUsableSize(*blank)) {
         return JobResult::NotDone;
     }
     watchForInterruption(); // a sheet is printed whole
@@ -141,20 +142,14 @@ JobResult CalibrationJob::tellOffsets()
     constexpr int height = 210;
     std::optional<Blank> blank = Blank{
         QString(), BlankPaper(PaperOrientation::landscape, PaperFormat::a4, QSizeF(width, height)),
-        QPoint()};
+        QPoint(), QString()};
     if (!m_options.blank().isEmpty()) {
         blank = findBlank();
     }
-    if (!blank) {
+    if (!blank || !hasUsableSize(*blank)) {
         return JobResult::NotDone;
     }
-    const double unitLength = blank->paper.unitLength();
-    if (unitLength <= 0) {
-        return fail(inUserLanguage("ширина или высота бланка — ноль: ",
-                                   "the blank's width or height is zero: ") +
-                    blank->name);
-    }
-    const PrintOffsets offsets(unitLength);
+    const PrintOffsets offsets(blank->paper.unitLength());
     m_out << inWords(offsets.offsetFor(m_options.readOffsets().x()), horizontal()) << '\n'
           << inWords(offsets.offsetFor(m_options.readOffsets().y()), vertical()) << '\n';
     if (!blank->offsets.isNull()) {
@@ -199,7 +194,19 @@ std::optional<CalibrationJob::Blank> CalibrationJob::findBlank()
         return std::nullopt;
     }
     return Blank{query.value("NAME").toString(), BlankPaper::ofRow(query),
-                 QPoint(query.value("OFFSET_X").toInt(), query.value("OFFSET_Y").toInt())};
+                 QPoint(query.value("OFFSET_X").toInt(), query.value("OFFSET_Y").toInt()),
+                 BlankPaper::storedSize(query)};
+}
+
+bool CalibrationJob::hasUsableSize(const Blank& blank)
+{
+    if (blank.paper.unitLength() > 0 && !isLargerThanPaper(blank.paper.pageSize())) {
+        return true;
+    }
+    report(inUserLanguage("таких размеров у листа не бывает: %1 мм, бланк %2",
+                          "no sheet has such a size: %1 mm, blank %2")
+               .arg(blank.storedSize, blank.name));
+    return false;
 }
 
 JobResult CalibrationJob::fail(const QString& reason)

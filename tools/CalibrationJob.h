@@ -28,9 +28,13 @@ private:
         QString name;
         BlankPaper paper;
         QPoint offsets; // as they are set now, millimetres
+        QString storedSize;
     };
 
     std::optional<Blank> findBlank();
+
+    /// Whether scales and offsets for the blank make sense; false after a report.
+    bool hasUsableSize(const Blank& blank);
     JobResult printToFile(const CalibrationSheet& sheet);
     JobResult printToPrinter(const CalibrationSheet& sheet);
     JobResult reportTooSmall();

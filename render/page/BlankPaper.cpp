@@ -21,6 +21,15 @@ BlankPaper BlankPaper::ofRow(const QSqlQuery& row)
             QSizeF(row.value("SIZE_WIDTH").toInt(), row.value("SIZE_HEIGHT").toInt())};
 }
 
+QString BlankPaper::storedSize(const QSqlQuery& row)
+{
+    const auto text = [&row](const char* column) {
+        const QString stored = row.value(QLatin1String(column)).toString();
+        return stored.isEmpty() ? QString("0") : stored;
+    };
+    return text("SIZE_WIDTH") + QString::fromUtf8(" × ") + text("SIZE_HEIGHT");
+}
+
 void BlankPaper::setOn(QPrinter& printer) const
 {
     printer.setPageOrientation(isLandscape() ? QPageLayout::Landscape : QPageLayout::Portrait);

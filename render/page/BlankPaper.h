@@ -3,6 +3,7 @@
 #include <QPageSize>
 #include <QSize>
 #include <QSizeF>
+#include <QString>
 
 class QPrinter;
 class QSqlQuery;
@@ -19,12 +20,19 @@ public:
     /// The paper of the current row of `blanks`.
     static BlankPaper ofRow(const QSqlQuery& row);
 
+    /// `SIZE_WIDTH` and `SIZE_HEIGHT` of the current row of `blanks` as they are stored, for the
+    /// user: "297 × 210". Whatever is no number counts as 0 elsewhere.
+    static QString storedSize(const QSqlQuery& row);
+
     /// Sets orientation and page size on a printer. An unknown format leaves the printer's page
     /// size and writes a line to the log.
     void setOn(QPrinter& printer) const;
 
     /// The page in scene units.
     QSize pageSize() const;
+
+    /// Whether the format is one that there is. Another one leaves the printer's page size.
+    bool isKnown() const;
 
     /// The sheet as the printer holds it, width first, in millimetres; of an unknown format the
     /// one that a printer has by itself, A4.
@@ -35,7 +43,6 @@ public:
     double unitLength() const;
 
 private:
-    bool isKnown() const;
     bool isLandscape() const;
     QPageSize printerSize() const;
 

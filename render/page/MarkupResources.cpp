@@ -15,9 +15,10 @@ constexpr qint64 largestPicture = 16 << 20; // bytes
 constexpr qint64 largestStyleSheet = 16 << 10;
 constexpr qint64 mostBytes = 32 << 20; // of all files that a text names
 
-bool isBelow(const QString& path, const QString& directory, Qt::CaseSensitivity sensitivity)
+/// By the text alone, in which the case of letters may differ.
+bool isBelow(const QString& path, const QString& directory)
 {
-    return !directory.isEmpty() && path.startsWith(directory + '/', sensitivity);
+    return !directory.isEmpty() && path.startsWith(directory + '/', Qt::CaseInsensitive);
 }
 
 /// The file that a path means, relative to the application directory; empty if it may not be read.
@@ -33,14 +34,12 @@ QString permittedFile(const QString& name)
     const QString directory = QDir::cleanPath(appDirPath());
     const QString realDirectory = QFileInfo(directory).canonicalFilePath();
     const QString path = QDir::cleanPath(QDir(directory).absoluteFilePath(name));
-    if (!isBelow(path, directory, Qt::CaseInsensitive) &&
-        !isBelow(path, realDirectory, Qt::CaseInsensitive))
-    {
+    if (!isBelow(path, directory) && !isBelow(path, realDirectory)) {
         return QString();
     }
     const QString realPath = QFileInfo(path).canonicalFilePath();
-    const bool isPermitted = isBelow(realPath, realDirectory, Qt::CaseSensitive);
-    return isPermitted && QFileInfo(realPath).isFile() ? realPath : QString();
+    return liesBelow(realPath, realDirectory) && QFileInfo(realPath).isFile() ? realPath
+                                                                              : QString();
 }
 
 /// What a `data:` URL holds.

@@ -26,10 +26,15 @@ QPixmap loadPicture(const QString& path)
     return readPicture(reader, mostPixels);
 }
 
+bool isLargerThanPaper(const QSize& pageSize)
+{
+    constexpr int largestSide = 1 << 14; // scene units, over four metres
+    return qMax(pageSize.width(), pageSize.height()) > largestSide;
+}
+
 QPixmap loadPagePicture(const QString& path, const QSize& pageSize)
 {
-    constexpr int largestSide = 1 << 14; // scene units, over four metres: memory for no more
-    if (qMax(pageSize.width(), pageSize.height()) > largestSide) {
+    if (isLargerThanPaper(pageSize)) {
         return QPixmap();
     }
     // A scan takes far longer to load than the rest of a page to build.

@@ -13,6 +13,10 @@ QPixmap readPicture(QImageReader& reader, qint64 mostPixels);
 /// any scan of a page.
 QPixmap loadPicture(const QString& path);
 
-/// loadPicture() scaled into a page of that size in scene units; null also for a page that is
-/// larger than any paper. The last pictures are kept while their files stay as they are.
+/// Whether a page of that size in scene units is larger than any paper: there is memory for no
+/// picture of it.
+bool isLargerThanPaper(const QSize& pageSize);
+
+/// loadPicture() scaled into a page of that size in scene units; null also for a page where
+/// isLargerThanPaper(). The last pictures are kept while their files stay as they are.
 QPixmap loadPagePicture(const QString& path, const QSize& pageSize);

@@ -63,6 +63,8 @@ std::optional<PageBlank> PageBlank::read(const QVariant& id, const PageBlank& kn
     row.orientation = query.value("PAPER_ORIENTATION").toInt();
     row.format = query.value("PAPER_FORMAT").toInt();
     row.size = QSizeF(query.value("SIZE_WIDTH").toInt(), query.value("SIZE_HEIGHT").toInt());
+    row.storedSize = BlankPaper::storedSize(query);
+    row.storedFormat = query.value("PAPER_FORMAT").toString();
     row.offset = QPoint(query.value("OFFSET_X").toInt(), query.value("OFFSET_Y").toInt());
     row.fontFamily = query.value("FONT").toString();
     row.font = QFont(row.fontFamily);

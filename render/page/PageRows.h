@@ -43,7 +43,9 @@ struct PageBlank
     int orientation = 0; ///< see PaperOrientation
     int format = 0;      ///< see PaperFormat
     QSizeF size;         ///< of the page, millimetres
-    QPoint offset;       ///< of the print, millimetres
+    QString storedSize;  ///< see BlankPaper::storedSize()
+    QString storedFormat;
+    QPoint offset; ///< of the print, millimetres
     QString fontFamily;
     QFont font;
     QVariant background; ///< path of the picture from the application directory; null: none

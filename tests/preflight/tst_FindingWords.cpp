@@ -232,6 +232,23 @@ void tst_FindingWords::everyKind_data()
     text("background", named(Kind::BackgroundMissing, QString(), "нет.png"),
          "the background can't be loaded: нет.png", "фон не загружается: нет.png",
          "background-missing", R"({"text": "нет.png"})");
+    text("background elsewhere", named(Kind::BackgroundOutside, QString(), "../a.png"),
+         "the background lies outside the application directory: ../a.png",
+         "фон лежит вне папки программы: ../a.png", "background-outside",
+         R"({"text": "../a.png"})");
+    text("paper", named(Kind::PaperUnknown, QString(), "7"),
+         "there is no paper format with the code 7: the page prints on whatever paper the printer "
+         "has",
+         "нет формата бумаги с кодом 7: лист напечатается на бумаге, которая выбрана в принтере",
+         "paper-unknown", R"({"text": "7"})");
+    text("too large", named(Kind::PageTooLarge, QString(), "9000 × 210"),
+         "the page of 9000 × 210 mm is larger than any paper: no background is loaded",
+         "лист 9000 × 210 мм больше любой бумаги: фон не загружается", "page-too-large",
+         R"({"text": "9000 × 210"})");
+    text("impossible size", named(Kind::PageWithoutArea, QString(), "-5 × 210"),
+         "a page can't have the size -5 × 210 mm: nothing is printed",
+         "размера листа -5 × 210 мм не бывает: ничего не напечатается", "page-without-area",
+         R"({"text": "-5 × 210"})");
     text("no size", finding(Kind::PageWithoutArea),
          "the width or height of the page is 0: nothing is printed",
          "ширина или высота листа 0: ничего не напечатается", "page-without-area", "{}");
@@ -278,6 +295,9 @@ void tst_FindingWords::captions_data()
     row(Kind::QrRefused, "no QR code", "QR-код не напечатается");
     row(Kind::QrTextCut, "text of QR code cut", "текст QR-кода обрезан");
     row(Kind::BackgroundMissing, "no background", "нет фона");
+    row(Kind::BackgroundOutside, "background elsewhere", "фон не в папке программы");
+    row(Kind::PaperUnknown, "unknown paper format", "неизвестный формат бумаги");
+    row(Kind::PageTooLarge, "page too large", "лист слишком велик");
     row(Kind::PageWithoutArea, "page without a size", "лист без размера");
     row(Kind::PageWithoutFrames, "blank without frames", "бланк без рамок");
 }

@@ -103,6 +103,11 @@ private slots:
     void refusedSymbol();
     void symbolWithZeroCharacter();
     void background();
+    void backgroundOutside_data();
+    void backgroundOutside();
+    void unknownPaper();
+    void pageLargerThanPaper();
+    void pageWithoutArea_data();
     void pageWithoutArea();
     void emptyValues();
     void whatCannotBeRead();
@@ -862,13 +867,94 @@ void tst_PageCheck::background()
     VERIFY_NONE(sheet.check(items, {{"BACKGROUND_IMG", ""}}));
 }
 
-void tst_PageCheck::pageWithoutArea()
+void tst_PageCheck::backgroundOutside_data()
+{
+    QTest::addColumn<QString>("background");
+    QTest::newRow("a folder up") << "../%1/scan.png";
+    QTest::newRow("link to a file") << "link.png";
+    QTest::newRow("link to a folder") << "linked/scan.png";
+}
+
+// It is loaded, as the path says, but may be anyone's.
+void tst_PageCheck::backgroundOutside()
+{
+    QFETCH(QString, background);
+    CheckedPage sheet;
+    const QTemporaryDir outside(QFileInfo(sheet.path()).dir().filePath("outside-XXXXXX"));
+    QImage picture(100, 50, QImage::Format_RGB32);
+    picture.fill(Qt::green);
+    QVERIFY(picture.save(outside.filePath("scan.png")));
+    QVERIFY(QFile::link(outside.filePath("scan.png"), sheet.path("link.png")));
+    QVERIFY(QFile::link(outside.path(), sheet.path("linked")));
+    background = background.replace("%1", QFileInfo(outside.path()).fileName());
+    const QJsonArray items = {textItem("#LNAME", QRectF(100, 100, 400, 40))};
+    const QVector<Finding> findings = sheet.check(items, {{"BACKGROUND_IMG", background}});
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::BackgroundOutside);
+    QCOMPARE(findings[0].severity, Severity::Warning);
+    QCOMPARE(findings[0].text, background);
+    QVERIFY(findings[0].isOfBlank());
+}
+
+void tst_PageCheck::unknownPaper()
 {
     CheckedPage sheet;
+    const QJsonArray items = {textItem("#LNAME", QRectF(100, 100, 400, 40))};
+    for (const int format : {7, -1, 2}) {
+        const QVector<Finding> findings = sheet.check(items, {{"PAPER_FORMAT", format}});
+        QCOMPARE(findings.size(), 1);
+        QCOMPARE(findings[0].kind, Kind::PaperUnknown);
+        QCOMPARE(findings[0].severity, Severity::Error);
+        QCOMPARE(findings[0].text, QString::number(format));
+        QVERIFY(findings[0].isOfBlank());
+    }
+    for (const int format : {0, 42}) {
+        VERIFY_NONE(sheet.check(items, {{"PAPER_FORMAT", format}}));
+    }
+}
+
+// Its background has no memory, which is not the picture's fault.
+void tst_PageCheck::pageLargerThanPaper()
+{
+    CheckedPage sheet;
+    QImage picture(100, 50, QImage::Format_RGB32);
+    picture.fill(Qt::green);
+    QVERIFY(picture.save(sheet.path("scan.png")));
+    const QJsonArray items = {textItem("#LNAME", QRectF(100, 100, 400, 40))};
+    QVariantMap blank = {{"BACKGROUND_IMG", "scan.png"}, {"SIZE_WIDTH", 5000}};
+    for (const QString background : {"scan.png", ""}) {
+        blank["BACKGROUND_IMG"] = background;
+        const QVector<Finding> findings = sheet.check(items, blank);
+        QCOMPARE(findings.size(), 1);
+        QCOMPARE(findings[0].kind, Kind::PageTooLarge);
+        QCOMPARE(findings[0].severity, Severity::Error);
+        QCOMPARE(findings[0].text, QString::fromUtf8("5000 × 210"));
+    }
+    blank["SIZE_WIDTH"] = 4000; // 15118 of at most 16384 units
+    VERIFY_NONE(sheet.check(items, blank));
+}
+
+void tst_PageCheck::pageWithoutArea_data()
+{
+    QTest::addColumn<QVariant>("height");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("zero") << QVariant(0) << "";
+    QTest::newRow("nothing") << QVariant() << "";
+    QTest::newRow("negative") << QVariant(-5) << "297 × -5";
+    QTest::newRow("beyond any number") << QVariant(Q_INT64_C(99999999999)) << "297 × 99999999999";
+    QTest::newRow("no number") << QVariant("A4") << "297 × A4";
+}
+
+void tst_PageCheck::pageWithoutArea()
+{
+    QFETCH(QVariant, height);
+    QFETCH(QString, text);
+    CheckedPage sheet;
     const QVector<Finding> findings =
-        sheet.check({textItem("#LNAME", QRectF(100, 100, 400, 40))}, {{"SIZE_HEIGHT", 0}});
+        sheet.check({textItem("#LNAME", QRectF(100, 100, 400, 40))}, {{"SIZE_HEIGHT", height}});
     QCOMPARE(findings.size(), 1);
     QCOMPARE(findings[0].kind, Kind::PageWithoutArea);
+    QCOMPARE(findings[0].text, text);
     QVERIFY(sheet.print().ink().isNull());
 }
 

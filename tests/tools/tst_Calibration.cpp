@@ -41,7 +41,8 @@ private slots:
     void offsetsOfABlank();
     void offsetsOfABlankWithoutOffsets();
     void offsetsOfAShrunkPage();
-    void offsetsOfABlankWithoutArea();
+    void impossibleSizes_data();
+    void impossibleSizes();
     void unreadableNumber();
     void databaseStaysAsItWas();
 };
@@ -288,17 +289,44 @@ void tst_Calibration::offsetsOfAShrunkPage()
                      "remains\n"));
 }
 
-void tst_Calibration::offsetsOfABlankWithoutArea()
+void tst_Calibration::impossibleSizes_data()
 {
+    QTest::addColumn<QVariantMap>("columns");
+    QTest::addColumn<QString>("size");
+    QTest::newRow("no width") << QVariantMap{{"SIZE_WIDTH", 0}} << "0 × 210";
+    QTest::newRow("no size") << QVariantMap{{"SIZE_WIDTH", QVariant()}, {"SIZE_HEIGHT", QVariant()}}
+                             << "0 × 0";
+    QTest::newRow("negative") << QVariantMap{{"SIZE_HEIGHT", -210}} << "297 × -210";
+    QTest::newRow("negative, A4") << QVariantMap{{"SIZE_WIDTH", -5}, {"PAPER_FORMAT", 0}}
+                                  << "-5 × 210";
+    QTest::newRow("a hundred metres") << QVariantMap{{"SIZE_WIDTH", 100000}} << "100000 × 210";
+    QTest::newRow("beyond any number")
+        << QVariantMap{{"SIZE_WIDTH", Q_INT64_C(99999999999)}} << "99999999999 × 210";
+    QTest::newRow("no number") << QVariantMap{{"SIZE_WIDTH", "широкий"}} << "широкий × 210";
+}
+
+void tst_Calibration::impossibleSizes()
+{
+    QFETCH(QVariantMap, columns);
+    QFETCH(QString, size);
     PrintDirectory directory;
-    directory.addBlank({}, {{"NAME", "Пустой"}, {"SIZE_WIDTH", 0}});
-    const QStringList ask = {"--offsets", "2", "2", "--blank", "Пустой"};
-    const ProcessResult result = directory.print(ask);
-    QCOMPARE(result.exitCode, failure);
-    QCOMPARE(text(result.err),
-             QString("zelvora-print: the blank's width or height is zero: Пустой\n"));
-    QCOMPARE(text(directory.print(ask, russian).err),
-             QString("zelvora-print: ширина или высота бланка — ноль: Пустой\n"));
+    columns["NAME"] = "Пустой";
+    directory.addBlank({}, columns);
+    for (const QStringList& action :
+         {QStringList{"--offsets", "2", "2"},
+          QStringList{"--calibration", "--output", directory.path("x.pdf")}})
+    {
+        const QStringList ask = action + QStringList{"--blank", "Пустой"};
+        const ProcessResult result = directory.print(ask);
+        QCOMPARE(result.exitCode, failure);
+        QCOMPARE(
+            text(result.err),
+            QString("zelvora-print: no sheet has such a size: %1 mm, blank Пустой\n").arg(size));
+        QCOMPARE(text(directory.print(ask, russian).err),
+                 QString("zelvora-print: таких размеров у листа не бывает: %1 мм, бланк Пустой\n")
+                     .arg(size));
+    }
+    QVERIFY(!QFile::exists(directory.path("x.pdf")));
 }
 
 void tst_Calibration::unreadableNumber()
