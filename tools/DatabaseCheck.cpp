@@ -7,9 +7,11 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+#include "app/AppHelpers.h"
 #include "blanks/BlankRecord.h"
 #include "forms/FormDefinitions.h"
 #include "store/Schema.h"
+#include "store/TableShape.h"
 #include "tools/SettledDatabase.h"
 #include "tools/UserLanguage.h"
 
@@ -51,6 +53,7 @@ bool DatabaseCheck::run()
 {
     m_findings.clear();
     m_damagedTables.clear();
+    m_computedTables.clear();
     if (!QFileInfo(m_path).isFile()) {
         m_error = inUserLanguage("нет такого файла: ", "no such file: ") + m_path;
         return false;
@@ -120,6 +123,12 @@ void DatabaseCheck::checkIntegrity()
 
 void DatabaseCheck::checkTable(const TableDefinition& table)
 {
+    if (tableKind(m_database, table.name) == TableKind::Computed) {
+        m_computedTables << table.name;
+        find(table.name, "это не таблица с записями, а вычисления на её месте; они не выполнялись",
+             "this is no table of stored rows, but computations in its place; they were not run");
+        return;
+    }
     QSqlQuery query(m_database);
     query.exec("PRAGMA table_info(" + table.name + ")");
     QStringList present;
@@ -268,7 +277,7 @@ void DatabaseCheck::checkBlanks()
         checkPaperFormat(query.value(6), row + ", PAPER_FORMAT");
         const QString background = query.value(2).toString();
         if (!background.isEmpty()) {
-            checkFile(QFileInfo(m_path).path() + "/" + background, row, "BACKGROUND_IMG");
+            checkBackground(background, row);
         }
         if (query.value(3).isNull()) {
             continue; // never opened in the editor
@@ -285,6 +294,17 @@ void DatabaseCheck::checkBlanks()
                      "this is no object");
             }
         }
+    }
+}
+
+void DatabaseCheck::checkBackground(const QString& background, const QString& row)
+{
+    const QString directory = QFileInfo(m_path).path();
+    const QString path = directory + "/" + background;
+    checkFile(path, row, "BACKGROUND_IMG");
+    if (hasNeighbours() && QFileInfo(path).isFile() && !liesBelow(path, directory)) {
+        find(row + ", BACKGROUND_IMG", "файл лежит вне папки программы: " + path,
+             "the file lies outside the application directory: " + path);
     }
 }
 
@@ -423,10 +443,15 @@ void DatabaseCheck::checkFormReference(const QVariant& form, const QString& row,
     find(row + ", " + column, "нет формы с ID " + id, "there is no form with the ID " + id);
 }
 
+/// Only the application's own file has its neighbours beside it; an archive has not.
+bool DatabaseCheck::hasNeighbours() const
+{
+    return QFileInfo(m_path).fileName() == "docs.db";
+}
+
 void DatabaseCheck::checkFile(const QString& path, const QString& row, const QString& column)
 {
-    // Only the application's own file has its neighbours beside it; an archive has not.
-    if (QFileInfo(m_path).fileName() != "docs.db" || QFileInfo(path).isFile()) {
+    if (!hasNeighbours() || QFileInfo(path).isFile()) {
         return;
     }
     find(row + ", " + column, "нет файла " + path, "there is no file " + path);
@@ -434,6 +459,9 @@ void DatabaseCheck::checkFile(const QString& path, const QString& row, const QSt
 
 bool DatabaseCheck::select(QSqlQuery& query, const QString& table, const QString& columns)
 {
+    if (m_computedTables.contains(table)) {
+        return false; // reading it might not end
+    }
     query.setForwardOnly(true);
     if (query.exec("SELECT " + columns + " FROM " + table)) {
         return true;
@@ -448,8 +476,10 @@ QSet<int> DatabaseCheck::idsOf(const QString& table)
 {
     QSet<int> ids;
     QSqlQuery query(m_database);
-    query.setForwardOnly(true);
-    query.exec("SELECT ID FROM " + table);
+    if (!m_computedTables.contains(table)) {
+        query.setForwardOnly(true);
+        query.exec("SELECT ID FROM " + table);
+    }
     while (query.next()) {
         ids << query.value(0).toInt();
     }

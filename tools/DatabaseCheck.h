@@ -49,6 +49,7 @@ private:
     void checkDocuments();
     void checkBlanks();
     void checkPaperFormat(const QVariant& code, const QString& place);
+    void checkBackground(const QString& background, const QString& row);
     void checkBlankSize(const QVariant& millimetres, const QString& place);
     void checkExchangeTemplates();
 
@@ -58,6 +59,7 @@ private:
     void checkTableColumns(const QJsonValue& value, const QString& key, const QString& place);
     void checkTableColumn(const QJsonObject& column, const QString& place);
     void checkFormReference(const QVariant& form, const QString& row, const QString& column);
+    bool hasNeighbours() const;
     void checkFile(const QString& path, const QString& row, const QString& column);
 
     bool select(QSqlQuery& query, const QString& table, const QString& columns);
@@ -71,7 +73,8 @@ private:
     QString m_error;
     bool m_hasWaitingChange = false;
     QStringList m_findings;
-    QSet<QString> m_damagedTables; // reported already
+    QSet<QString> m_damagedTables;  // reported already
+    QSet<QString> m_computedTables; // see TableKind: never read
     QSet<int> m_listIds;
     QSet<int> m_formIds;
 };

@@ -1,11 +1,14 @@
 #include "tools/PrintTool.h"
 
+#include <QSqlDatabase>
 #include <QTextStream>
 
 #include "app/AppHelpers.h"
 #include "app/TerminalText.h"
 #include "store/DataBase.h"
 #include "store/OrgData.h"
+#include "store/Schema.h"
+#include "store/TableShape.h"
 #include "tools/CalibrationJob.h"
 #include "tools/CheckJob.h"
 #include "tools/JobResult.h"
@@ -100,6 +103,42 @@ bool readOrganisation(const PrintOptions& options, QTextStream& err)
     return true;
 }
 
+/// Why the open database is none to print from, though it may well be read; empty if it is.
+QString whyUnusable()
+{
+    const QSqlDatabase database = QSqlDatabase::database();
+    for (const TableDefinition& table : schemaTables()) {
+        const TableKind kind = tableKind(database, table.name);
+        if (kind == TableKind::Computed) {
+            return inUserLanguage("в базе данных вычисления на месте таблицы ",
+                                  "the database has computations in the place of the table ") +
+                   table.name;
+        }
+        const bool isPrinted = table.name == "docs" || table.name == "blanks";
+        const QStringList missing = missingColumns(database, table);
+        if (isPrinted && kind == TableKind::Stored && !missing.isEmpty()) {
+            return inUserLanguage("в таблице %1 нет столбца %2", "the table %1 has no column %2")
+                .arg(table.name, missing.first());
+        }
+    }
+    return QString();
+}
+
+/// Opens the database; false, after a report, if it can't be or is none of ours.
+bool openDatabase(QTextStream& err)
+{
+    if (!dataBase.open()) {
+        fail(err, inUserLanguage("не удалось открыть базу данных ", "can't open the database ") +
+                      appFilePath("docs.db"));
+        return false;
+    }
+    const QString reason = whyUnusable();
+    if (!reason.isEmpty()) {
+        fail(err, reason);
+    }
+    return reason.isEmpty();
+}
+
 } // namespace
 
 int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& err)
@@ -120,10 +159,8 @@ int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& er
     if (!readOrganisation(options, err)) {
         return failure;
     }
-    if (needsDatabase(options) && !dataBase.open()) {
-        return fail(err,
-                    inUserLanguage("не удалось открыть базу данных ", "can't open the database ") +
-                        appFilePath("docs.db"));
+    if (needsDatabase(options) && !openDatabase(err)) {
+        return failure;
     }
     return afterWriting(out, err, runAction(options, out, err));
 }

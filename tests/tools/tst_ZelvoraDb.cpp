@@ -781,6 +781,31 @@ void tst_ZelvoraDb::checkFindsDamagedTables_data()
                                "LIST_NAME TEXT, LIST_ITEMS TEXT); INSERT INTO lists SELECT * FROM "
                                "old"
                             << "lists.ID: this is no integer primary key";
+    // Neither of them is ever read: the check would not end, or take all memory.
+    const auto inPlaceOf = [](const QString& table, const QString& what) {
+        return QString("ALTER TABLE %1 RENAME TO old_%1; CREATE %2").arg(table, what);
+    };
+    const QString endless = "VIEW %1 AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 "
+                            "FROM n) SELECT i AS ID, n.*, old_%1.* FROM n, old_%1";
+    const QString computed =
+        ": this is no table of stored rows, but computations in its place; they were not run";
+    for (const QString table : {"docs", "forms", "lists", "blanks", "export", "zvsys"}) {
+        QTest::newRow(qPrintable("endless view of " + table))
+            << inPlaceOf(table, endless.arg(table)) << table + computed;
+    }
+    QTest::newRow("view under another spelling")
+        << inPlaceOf("lists", endless.arg("lists")).replace("VIEW lists", "VIEW Lists")
+        << "lists" + computed;
+    QTest::newRow("huge values of a view")
+        << inPlaceOf("docs", "VIEW docs AS SELECT 1 AS ID, 1 AS DOC_TYPE, zeroblob(900000000) AS "
+                             "CONTENT")
+        << "docs" + computed;
+    QTest::newRow("huge values of a computed column")
+        << inPlaceOf("docs", "TABLE docs (ID INTEGER PRIMARY KEY, DOC_TYPE INTEGER, CONTENT TEXT "
+                             "AS (zeroblob(900000000))); INSERT INTO docs (ID) VALUES (1)")
+        << "docs" + computed;
+    QTest::newRow("virtual table")
+        << inPlaceOf("docs", "VIRTUAL TABLE docs USING fts5 (CONTENT)") << "docs" + computed;
     QTest::newRow("two versions") << "INSERT INTO zvsys VALUES ('1.1.0.0')"
                                   << "zvsys: 2 rows where one is expected";
 }
@@ -965,6 +990,17 @@ void tst_ZelvoraDb::checkLooksForFilesBesideTheDatabase()
     result = run({"check", path("docs.db")});
     QCOMPARE(result.out, QByteArray("export ID 1, TEMPLATE: there is no file /no/such.xlsx\n"
                                     "Findings: 1\n"));
+
+    // A picture outside of the directory may be anyone's.
+    const QTemporaryDir outside;
+    QVERIFY(QFile::copy(sample("blanks/diploma-a5.png"), outside.filePath("a.png")));
+    QVERIFY(QFile::link(outside.filePath("a.png"), path("linked.png")));
+    sqlite(path("docs.db"), "UPDATE export SET TEMPLATE = ''; UPDATE blanks SET BACKGROUND_IMG = "
+                            "'linked.png' WHERE ID = 1");
+    result = run({"check", path("docs.db")});
+    QCOMPARE(result.out, "blanks ID 1, BACKGROUND_IMG: the file lies outside the application "
+                         "directory: " +
+                             path("linked.png").toUtf8() + "\nFindings: 1\n");
 
     // An archive has no neighbours.
     QVERIFY(QFile::rename(path("docs.db"), path("archive.zlv")));

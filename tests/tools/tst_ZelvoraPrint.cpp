@@ -46,6 +46,8 @@ private slots:
     void namesFitForFiles();
     void noDatabase();
     void brokenDatabase();
+    void unusableDatabase_data();
+    void unusableDatabase();
     void outputThatCannotBeWritten_data();
     void outputThatCannotBeWritten();
     void outputThatIsFull();
@@ -414,6 +416,43 @@ void tst_ZelvoraPrint::brokenDatabase()
         runPrint({"--dir", dir.path(), "--all", "--output", dir.filePath("x.pdf")});
     QCOMPARE(result.exitCode, failure);
     QVERIFY(result.err.contains("zelvora-print: can't read the documents: "));
+}
+
+void tst_ZelvoraPrint::unusableDatabase_data()
+{
+    QTest::addColumn<QString>("damage");
+    QTest::addColumn<QString>("message");
+    const QString endless =
+        "ALTER TABLE %1 RENAME TO old; CREATE VIEW %1 AS WITH RECURSIVE n(i) AS "
+        "(SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT old.* FROM n, old";
+    for (const QString table : {"docs", "blanks", "forms"}) {
+        QTest::newRow(qPrintable("endless view of " + table))
+            << endless.arg(table)
+            << "the database has computations in the place of the table " + table;
+    }
+    QTest::newRow("no content") << "ALTER TABLE docs DROP COLUMN CONTENT"
+                                << "the table docs has no column CONTENT";
+    QTest::newRow("no surname") << "ALTER TABLE docs RENAME COLUMN LNAME TO lname"
+                                << "the table docs has no column LNAME";
+    QTest::newRow("no offset") << "ALTER TABLE blanks DROP COLUMN OFFSET_X"
+                               << "the table blanks has no column OFFSET_X";
+}
+
+void tst_ZelvoraPrint::unusableDatabase()
+{
+    QFETCH(QString, damage);
+    QFETCH(QString, message);
+    PrintDirectory directory;
+    QCOMPARE(runProcess("sqlite3", {directory.path("docs.db"), damage}).err, QByteArray());
+    for (const QStringList& action :
+         {QStringList{"--output", directory.path("x.pdf")}, QStringList{"--check"}})
+    {
+        const ProcessResult result = directory.print(action + QStringList{"--id", "1"});
+        QCOMPARE(result.exitCode, failure);
+        QCOMPARE(QString::fromUtf8(result.err), "zelvora-print: " + message + "\n");
+        QCOMPARE(result.out, QByteArray());
+    }
+    QVERIFY(!QFile::exists(directory.path("x.pdf")));
 }
 
 void tst_ZelvoraPrint::outputThatCannotBeWritten_data()
