@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTemporaryFile>
 #include <QUuid>
 
 #include "app/WholeFile.h"
@@ -76,6 +77,12 @@ bool TargetFile::commit()
 QString TargetFile::errorString() const
 {
     return m_isRefused ? QString() : m_file.errorString();
+}
+
+bool canWriteInto(const QString& folder)
+{
+    QTemporaryFile probe(folder + "/.zelvora-XXXXXX.pdf");
+    return probe.open();
 }
 
 void removeLeftovers(const QString& folder)

@@ -42,6 +42,10 @@ private:
     QSaveFile m_file;
 };
 
+/// Whether a file can be made in the folder, which must exist. Tried with a hidden one, which goes
+/// again: rights alone do not tell.
+bool canWriteInto(const QString& folder);
+
 /// Removes what runs that were killed have left in the folder: hidden unfinished files, and only
 /// those with a name that the program alone gives. One that was written to within the last day may
 /// belong to a run that goes on.

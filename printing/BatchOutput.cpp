@@ -52,7 +52,7 @@ bool BatchOutput::open()
         return m_commonFile->open();
     case PrintTarget::Kind::FilePerDocument:
         removeLeftovers(m_target.place);
-        return QDir().mkpath(m_target.place);
+        return QDir().mkpath(m_target.place) && canWriteInto(m_target.place);
     case PrintTarget::Kind::Printer:
         break;
     }

@@ -20,7 +20,8 @@ public:
     explicit BatchOutput(const PrintTarget& target);
     ~BatchOutput();
 
-    /// Opens the common file, makes the folder or looks for the printer. False if it can't.
+    /// Opens the common file, makes the folder and tries whether it takes files, or looks for the
+    /// printer. False if it can't.
     bool open();
 
     /// Prints all copies of a sheet, whose page is built already. Tells what became of it.

@@ -1,7 +1,9 @@
 #include "tools/DocumentJob.h"
 
 #include <QDir>
+#include <QFileInfo>
 
+#include "app/TargetFile.h"
 #include "preflight/PageCheck.h"
 #include "tools/Interruption.h"
 #include "tools/PrintWords.h"
@@ -30,7 +32,7 @@ bool DocumentJob::selectDocuments()
 
 bool DocumentJob::makeFolder()
 {
-    if (QDir().mkpath(m_options.output())) {
+    if (QDir().mkpath(m_options.output()) && canWriteInto(m_options.output())) {
         return true;
     }
     reportNoFolder();
@@ -39,7 +41,10 @@ bool DocumentJob::makeFolder()
 
 void DocumentJob::reportNoFolder()
 {
-    report(inUserLanguage("не удалось создать каталог ", "can't make the folder ") +
+    const bool isThere = QFileInfo(m_options.output()).isDir();
+    report((isThere
+                ? inUserLanguage("в каталог нельзя записать файл: ", "the folder takes no files: ")
+                : inUserLanguage("не удалось создать каталог ", "can't make the folder ")) +
            m_options.output());
 }
 

@@ -22,7 +22,8 @@ protected:
     /// none.
     bool selectDocuments();
 
-    /// Makes the folder for a file a document if there is none; false, after a report, if it can't.
+    /// Makes the folder for a file a document if there is none; false, after a report, if it can't
+    /// or the folder takes no files.
     bool makeFolder();
     void reportNoFolder();
 

@@ -245,6 +245,12 @@ bool PrintOptions::parse(const QStringList& arguments)
     if (!twice.isEmpty()) {
         return fail("дважды указан ключ --", "given twice: --", twice);
     }
+    for (const char* name : {"dir", "org-data"}) {
+        // Not the usual place: a script's variable may be unset, and the pages another school's.
+        if (parser.isSet(QLatin1String(name)) && parser.value(QLatin1String(name)).isEmpty()) {
+            return fail("нет значения у ключа --", "no value is given to --", name);
+        }
+    }
     m_directory = parser.value("dir");
     m_organisationFile = parser.value("org-data");
     m_isQuiet = parser.isSet("quiet");

@@ -57,7 +57,12 @@ bool ProofJob::prepareTarget()
                                   "there are several documents: the pictures need a folder"));
             return false;
         }
-        return true;
+        const bool isUsable = TargetFile::isAllowed(m_options.output()) &&
+                              canWriteInto(QFileInfo(m_options.output()).path());
+        if (!isUsable) {
+            reportUnwritable(m_options.output());
+        }
+        return isUsable;
     }
     removeLeftovers(m_options.output());
     return makeFolder();

@@ -139,6 +139,7 @@ private slots:
     void leftoversOfKilledRuns();
     void firstSignalEndsALongQuery();
     void unwritableFolder();
+    void folderThatTakesNoFiles();
     void failureOfOneFile();
     void memoryDoesNotGrow();
     void progressOnATerminal();
@@ -478,6 +479,24 @@ void tst_PrintBatch::unwritableFolder()
     QCOMPARE(QString::fromUtf8(result.err), "zelvora-print: can't write the file " +
                                                 directory.path("out/1_Иванов_Иван.pdf") + "\n");
     QCOMPARE(directory.filesIn("out"), QStringList("2_Петрова_Иван.pdf"));
+}
+
+// Told before the long check, which would be for nothing.
+void tst_PrintBatch::folderThatTakesNoFiles()
+{
+    const PrintDirectory directory;
+    const QString folder = "/proc"; // for every user
+    if (!QFileInfo(folder).isDir()) {
+        QSKIP("there is no folder that refuses everybody");
+    }
+    for (const QStringList& action : {QStringList{}, QStringList{"--proof"}}) {
+        const ProcessResult result =
+            directory.print(action + QStringList{"--id", "1-3", "--output", folder});
+        QCOMPARE(result.exitCode, failure);
+        QCOMPARE(QString::fromUtf8(result.err),
+                 QString("zelvora-print: the folder takes no files: /proc\n"));
+        QCOMPARE(result.out, QByteArray());
+    }
 }
 
 void tst_PrintBatch::failureOfOneFile()

@@ -127,6 +127,8 @@ void tst_PrintOptions::wrongOptions_data()
     row("--all --printer p --copies 1 --copies 2", "given twice: --copies");
     row("--id 1 --output x.pdf --blank=", "no blank is named");
     row("--offsets 1 2 --blank=", "no blank is named");
+    row("--id 1 --output x.pdf --org-data=", "no value is given to --org-data");
+    row("--check --id 1 --dir=", "no value is given to --dir");
     row("--id 1 --output x.png", "this is no .pdf file: x.png");
     row("--proof --id 1 --output x.PDF", "this is no .png file: x.PDF");
     row("--calibration --blank 1 --output x.png", "this is no .pdf file: x.png");
