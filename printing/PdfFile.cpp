@@ -48,6 +48,7 @@ bool PdfFile::open()
     if (!TargetFile::isAllowed(m_path, m_links) || !m_part.open()) {
         return false;
     }
+    m_unfinished = std::make_unique<UnfinishedFile>(m_part.fileName());
     m_part.close(); // it stays there; the printer opens it by its name
     m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
     m_printer->setOutputFormat(QPrinter::PdfFormat);

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "app/TargetFile.h"
+#include "app/UnfinishedFile.h"
 
 /// A PDF file that comes to be whole or not at all: the pages go to a hidden file in the same
 /// folder, which replaces an older file of the name only when it is complete. Without commit()
@@ -39,6 +40,7 @@ private:
     QString m_path;
     TargetFile::Links m_links;
     QTemporaryFile m_part;
+    std::unique_ptr<UnfinishedFile> m_unfinished;
     std::unique_ptr<QPrinter> m_printer;
     QPageLayout m_plainLayout; // of a printer that no page has changed
     QPainter m_painter;        // ends before its printer

@@ -75,7 +75,7 @@ bool runBackupCommand(const QStringList& arguments, QTextStream& out, QTextStrea
     if (!readOptions(arguments, options, error)) {
         return fail(err, error);
     }
-    watchForInterruption();
+    watchForInterruption(std::chrono::seconds(5));
     DatabaseBackup backup(options.database, options.folder);
     switch (backup.make()) {
     case DatabaseBackup::Result::Made:

@@ -22,7 +22,6 @@
 #include "printing/calibration/PrintOffsets.h"
 #include "render/page/PagePicture.h"
 #include "store/RecordLookup.h"
-#include "tools/Interruption.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -85,7 +84,7 @@ JobResult CalibrationJob::printSheet()
     if (!blank || !hasUsableSize(*blank)) {
         return JobResult::NotDone;
     }
-    watchForInterruption(); // a sheet is printed whole
+    beginWork(); // a sheet is printed whole
     const CalibrationSheet sheet(blank->paper, blank->name);
     return m_options.target() == PrintOptions::Target::Printer ? printToPrinter(sheet)
                                                                : printToFile(sheet);

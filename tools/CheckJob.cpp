@@ -6,6 +6,7 @@
 #include "app/TerminalText.h"
 #include "preflight/PageCheck.h"
 #include "printing/BatchCheck.h"
+#include "tools/Interruption.h"
 #include "tools/PrintWords.h"
 #include "tools/UserLanguage.h"
 
@@ -22,7 +23,7 @@ JobResult CheckJob::run()
     const bool isWhole = check.run();
     m_progress.clear();
     writeTail();
-    if (!isWhole) {
+    if (!isWhole && !isReaderGone()) {
         report(inUserLanguage("прервано", "interrupted"));
     }
     if (m_summary.documents() == 0) {
@@ -51,7 +52,7 @@ void CheckJob::write(const Finding& finding)
     m_progress.clear();
     if (!m_options.asJson()) {
         m_out << m_words.sentence(finding) << '\n';
-        m_out.flush();
+        flushOutput(m_out);
         return;
     }
     QJsonObject json = finding.toJson();
@@ -59,6 +60,7 @@ void CheckJob::write(const Finding& finding)
     m_out << (m_isFirst ? "\n" : ",\n")
           << jsonForTerminal(QJsonDocument(json).toJson(QJsonDocument::Compact));
     m_isFirst = false;
+    flushOutput(m_out);
 }
 
 void CheckJob::writeTail()

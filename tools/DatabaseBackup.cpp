@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "app/TargetFile.h"
+#include "app/UnfinishedFile.h"
 #include "store/Schema.h"
 #include "tools/Interruption.h"
 #include "tools/SettledDatabase.h"
@@ -112,6 +113,7 @@ DatabaseBackup::Result DatabaseBackup::make()
     }
     removeLeftovers(m_folder);
     const QString part = unfinishedPath(m_folder, "zlv");
+    const UnfinishedFile unfinished(part);
     Result result = copyTo(part);
     if (result == Result::Made) {
         result = check(part);

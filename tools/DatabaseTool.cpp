@@ -9,6 +9,7 @@
 #include "store/Schema.h"
 #include "tools/BackupCommand.h"
 #include "tools/DatabaseCheck.h"
+#include "tools/Interruption.h"
 #include "tools/UserLanguage.h"
 
 namespace {
@@ -176,7 +177,7 @@ int runDatabaseTool(const QStringList& arguments, QTextStream& out, QTextStream&
 {
     const int status = runCommand(arguments, out, err);
     QString error;
-    if (!flushOutput(out, &error)) {
+    if (!flushOutput(out, &error) && !isReaderGone()) {
         return fail(err, error);
     }
     return status;

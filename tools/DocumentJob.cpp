@@ -26,7 +26,7 @@ bool DocumentJob::selectDocuments()
         sheet.copies = m_options.copies();
         sheet.withBackground = m_options.withBackground();
     }
-    watchForInterruption(); // until here there is nothing to lose
+    beginWork();
     return !m_sheets.isEmpty();
 }
 

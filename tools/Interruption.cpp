@@ -1,28 +1,75 @@
 #include "tools/Interruption.h"
 
+#include <atomic>
 #include <csignal>
+#include <thread>
+
+#include "app/UnfinishedFile.h"
 
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
+// Lock-free, as what a signal handler touches must be; read by another thread too.
+std::atomic<int> interruption{0}; // the signal; 0: none
+bool readerGone = false;
+
+/// Ends the program in the place of what is stuck.
+void guard(std::chrono::seconds patience)
+{
+    constexpr std::chrono::milliseconds pause(100);
+    while (interruption == 0) {
+        std::this_thread::sleep_for(pause);
+    }
+    std::this_thread::sleep_for(patience);
+    UnfinishedFile::removeAll();
+    std::signal(interruption, SIG_DFL);
+    std::raise(interruption);
+}
 
 } // namespace
 
 extern "C" {
 static void noteInterruption(int signal)
 {
-    interrupted = 1;
+    interruption = signal;
     std::signal(signal, SIG_DFL);
 }
 }
 
-void watchForInterruption()
+namespace {
+
+void watch(int signal)
 {
-    std::signal(SIGINT, noteInterruption);
-    std::signal(SIGTERM, noteInterruption);
+    if (std::signal(signal, noteInterruption) == SIG_IGN) {
+        std::signal(signal, SIG_IGN);
+    }
+}
+
+} // namespace
+
+void watchForInterruption(std::chrono::seconds patience)
+{
+    watch(SIGINT);
+    watch(SIGTERM);
+#ifdef SIGHUP
+    watch(SIGHUP);
+#endif
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, SIG_IGN); // what writes sees the error
+#endif
+    std::thread(guard, patience).detach();
 }
 
 bool isInterrupted()
 {
-    return interrupted != 0;
+    return interruption != 0 || readerGone;
+}
+
+void noteReaderGone()
+{
+    readerGone = true;
+}
+
+bool isReaderGone()
+{
+    return readerGone;
 }

@@ -85,7 +85,7 @@ void PrintJob::tellFindings()
         m_out << " (" << kindsInWords(m_summary) << ')';
     }
     m_out << '\n';
-    m_out.flush();
+    flushOutput(m_out);
 }
 
 void PrintJob::printSheets(PrintBatch& batch, BatchCheck* check)

@@ -11,6 +11,7 @@
 #include "store/TableShape.h"
 #include "tools/CalibrationJob.h"
 #include "tools/CheckJob.h"
+#include "tools/Interruption.h"
 #include "tools/JobResult.h"
 #include "tools/PrintJob.h"
 #include "tools/PrintOptions.h"
@@ -30,10 +31,11 @@ int fail(QTextStream& err, const QString& reason)
 }
 
 /// The status, unless what was written came to nothing: a status may be all that a script reads.
+/// A reader that went away wanted no more.
 int afterWriting(QTextStream& out, QTextStream& err, int status)
 {
     QString error;
-    if (!flushOutput(out, &error)) {
+    if (!flushOutput(out, &error) && !isReaderGone()) {
         return fail(err, error);
     }
     return status;

@@ -4,6 +4,7 @@
 #include <QTextStream>
 
 #include "app/TerminalText.h"
+#include "tools/Interruption.h"
 #include "tools/UserLanguage.h"
 
 PrintToolJob::PrintToolJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
@@ -23,11 +24,20 @@ bool PrintToolJob::hasPrinter()
     return false;
 }
 
+void PrintToolJob::beginWork()
+{
+    // A sheet on its way to a printer may be a numbered form.
+    constexpr int onPaper = 30;
+    constexpr int inFile = 5;
+    const bool isPrinter = m_options.target() == PrintOptions::Target::Printer;
+    watchForInterruption(std::chrono::seconds(isPrinter ? onPaper : inFile));
+}
+
 void PrintToolJob::tellFile(const QString& path)
 {
     m_progress.clear();
     m_out << onOneLine(path) << '\n';
-    m_out.flush();
+    flushOutput(m_out);
 }
 
 void PrintToolJob::report(const QString& message)

@@ -18,6 +18,9 @@ protected:
     /// Whether there is the printer that the options name; false after a report.
     bool hasPrinter();
 
+    /// From here on there is something to lose: see watchForInterruption().
+    void beginWork();
+
     void tellFile(const QString& path);
     void report(const QString& message);
     void reportUnwritable(const QString& path);

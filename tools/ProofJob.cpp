@@ -7,6 +7,7 @@
 #include "preflight/PageCheck.h"
 #include "preflight/ProofPicture.h"
 #include "printing/BatchCheck.h"
+#include "tools/Interruption.h"
 #include "tools/UserLanguage.h"
 
 ProofJob::ProofJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
@@ -26,7 +27,7 @@ JobResult ProofJob::run()
     }
     const bool isWhole = check.run();
     m_progress.clear();
-    if (!isWhole) {
+    if (!isWhole && !isReaderGone()) {
         report(inUserLanguage("прервано", "interrupted"));
     }
     if (m_written == 0) {

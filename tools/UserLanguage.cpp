@@ -4,6 +4,10 @@
 #include <QTextCodec>
 #include <QTextStream>
 
+#include <cerrno>
+
+#include "tools/Interruption.h"
+
 QString inUserLanguage(const QString& russian, const QString& english)
 {
     return QLocale::system().language() == QLocale::Russian ? russian : english;
@@ -19,9 +23,14 @@ void prepareTerminal(QTextStream& stream)
 
 bool flushOutput(QTextStream& out, QString* error)
 {
+    const bool tookAll = out.status() == QTextStream::Ok;
+    errno = 0;
     out.flush();
     if (out.status() == QTextStream::Ok) {
         return true;
+    }
+    if (tookAll && errno == EPIPE) {
+        noteReaderGone();
     }
     if (error) {
         *error = inUserLanguage("не удалось записать в стандартный вывод",

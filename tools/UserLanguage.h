@@ -9,8 +9,8 @@ class QTextStream;
 QString inUserLanguage(const QString& russian, const QString& english);
 
 /// Writes all that a stream of the standard output holds back; false, with what to say of it in
-/// `error`, if the output took not all that went there.
-bool flushOutput(QTextStream& out, QString* error);
+/// `error` (may be null), if the output took not all that went there. See noteReaderGone() too.
+bool flushOutput(QTextStream& out, QString* error = nullptr);
 
 /// Lets a stream to a terminal write Cyrillic letters: one whose encoding has none (the "C" locale)
 /// still gets readable UTF-8.

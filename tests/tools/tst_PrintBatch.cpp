@@ -91,11 +91,20 @@ QStringList readable(const QString& received)
 class LongBatch
 {
 public:
-    LongBatch()
+    /// Behind what a shell is to do before it becomes the program, if anything.
+    explicit LongBatch(const QString& shell = QString(), int documents = 600)
+        : directory(documents)
     {
         QVERIFY(QDir(directory.path()).mkdir("out"));
         writeFile(file, "old");
-        process.start(printProgram(), {"--dir", directory.path(), "--all", "--output", file});
+        process.start("sh", {"-c", shell + " exec \"$0\" \"$@\"", printProgram(), "--dir",
+                             directory.path(), "--all", "--output", file});
+    }
+
+    void signal(const QString& name)
+    {
+        const QStringList kill{"-c", "kill -" + name + " " + QString::number(process.processId())};
+        QCOMPARE(runProcess("sh", kill).exitCode, 0);
     }
 
     /// Whether pages stand in the hidden file beside it.
@@ -106,7 +115,7 @@ public:
         return !files.isEmpty() && files.first().size() > 10000;
     }
 
-    const ManyDocuments directory{600};
+    const ManyDocuments directory;
     const QString file = directory.path("out/x.pdf");
     QProcess process;
 };
@@ -130,7 +139,12 @@ private slots:
     void olderFileIsReplaced();
     void fullDiskKeepsTheOlderFile_data();
     void fullDiskKeepsTheOlderFile();
+    void interruptedRunLeavesNothing_data();
     void interruptedRunLeavesNothing();
+    void ignoredSignalStaysIgnored();
+    void firstSignalEndsAWriteThatWaits();
+    void readerThatGoesAway_data();
+    void readerThatGoesAway();
     void interruptedRunKeepsWholeFiles();
     void killedRunKeepsTheOlderFile();
     void linkInAFolderIsReplaced();
@@ -291,17 +305,110 @@ sys.exit(program.returncode)
     QCOMPARE(directory.filesIn("out"), QStringList("x.pdf"));
 }
 
+void tst_PrintBatch::interruptedRunLeavesNothing_data()
+{
+    QTest::addColumn<QString>("signal");
+    for (const char* signal : {"INT", "TERM", "HUP"}) {
+        QTest::newRow(signal) << signal;
+    }
+}
+
 void tst_PrintBatch::interruptedRunLeavesNothing()
 {
+    QFETCH(QString, signal);
     LongBatch batch;
     QTRY_VERIFY_WITH_TIMEOUT(batch.hasBegun(), 20000);
-    batch.process.terminate();
+    batch.signal(signal);
     QVERIFY(batch.process.waitForFinished());
     QCOMPARE(batch.process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(batch.process.exitCode(), failure);
     QVERIFY(batch.process.readAllStandardError().endsWith("interrupted; documents printed: 0\n"));
     QCOMPARE(contentOf(batch.file), QByteArray("old"));
     QCOMPARE(batch.directory.filesIn("out"), QStringList("x.pdf"));
+}
+
+void tst_PrintBatch::ignoredSignalStaysIgnored()
+{
+    LongBatch batch("trap '' HUP;", 100); // as under nohup
+    QTRY_VERIFY_WITH_TIMEOUT(batch.hasBegun(), 20000);
+    batch.signal("HUP");
+    QVERIFY(batch.process.waitForFinished());
+    QCOMPARE(batch.process.exitCode(), success);
+    QCOMPARE(PdfMeasure(batch.file).pageCount(), 104); // with the four that are always there
+}
+
+// The pipe that nobody reads is full: the program waits for ever, with its pages beside the target.
+void tst_PrintBatch::firstSignalEndsAWriteThatWaits()
+{
+    const ManyDocuments directory(20);
+    QVERIFY(QDir(directory.path()).mkdir("out"));
+    const QString file = directory.path("out/x.pdf");
+    writeFile(file, "old");
+    const ProcessResult result = runPython(
+        R"(
+import os, subprocess, sys, time
+reader, writer = os.pipe()
+os.set_blocking(writer, False)
+try:
+    while True:
+        os.write(writer, b'x')
+except BlockingIOError:
+    os.set_blocking(writer, True)
+program = subprocess.Popen(sys.argv[1:], stdout=writer)
+def waits():  # in a call on standard output
+    with open('/proc/%d/syscall' % program.pid) as call:
+        return call.read().split()[1:2] == ['0x1']
+while not waits():
+    time.sleep(0.05)
+program.terminate()
+print(program.wait(timeout=40))
+)",
+        {printProgram(), "--dir", directory.path(), "--all", "--output", file});
+    QCOMPARE(result.out, QByteArray("-15\n"));
+    QCOMPARE(contentOf(file), QByteArray("old"));
+    QCOMPARE(directory.filesIn("out"), QStringList("x.pdf"));
+}
+
+// As with "| head": nobody is told, and nothing is left behind.
+void tst_PrintBatch::readerThatGoesAway_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("errors");
+    QTest::newRow("check") << QStringList{"--check", "--margins", "100"} << "";
+    QTest::newRow("proof") << QStringList{"--proof", "--output", "out"} << "";
+    QTest::newRow("file") << QStringList{"--output", "out/x.pdf"} << "";
+    QTest::newRow("folder") << QStringList{"--output", "out"}
+                            << "zelvora-print: interrupted; documents printed: ";
+}
+
+void tst_PrintBatch::readerThatGoesAway()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, errors);
+    const ManyDocuments directory(100);
+    QVERIFY(QDir(directory.path()).mkdir("out"));
+    const ProcessResult result = runPython(
+        R"(
+import os, signal, subprocess, sys
+reader, writer = os.pipe()
+os.close(reader)
+# Python itself ignores the signal.
+program = subprocess.Popen(sys.argv[2:], stdout=writer, stderr=subprocess.PIPE, cwd=sys.argv[1],
+                           preexec_fn=lambda: signal.signal(signal.SIGPIPE, signal.SIG_DFL))
+errors = program.communicate()[1]
+sys.stdout.buffer.write(errors)
+sys.exit(min(program.returncode, 0))
+)",
+        QStringList{directory.path(), printProgram(), "--dir", directory.path(), "--id", "1-100"} +
+            arguments);
+    QCOMPARE(result.exitCode, 0); // it ended by itself
+    const QString told = QString::fromUtf8(result.out);
+    QVERIFY2(errors.isEmpty() ? told.isEmpty() : told.startsWith(errors), qPrintable(told));
+    QVERIFY2(told.count('\n') <= 1, qPrintable(told));
+    for (const QString& name : directory.filesIn("out")) {
+        QVERIFY2(!name.startsWith('.'), qPrintable(name));
+    }
+    QVERIFY(directory.filesIn("out").size() <= 1);
 }
 
 void tst_PrintBatch::interruptedRunKeepsWholeFiles()
