@@ -6,6 +6,9 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QStringList>
+
+#include <algorithm>
 
 #include "tools/UserLanguage.h"
 
@@ -25,6 +28,23 @@ bool holdsChange(const QString& journal)
     char first = 0;
     return QFileInfo(journal).isFile() && file.open(QIODevice::ReadOnly) && file.getChar(&first) &&
            first != 0;
+}
+
+QString writeAheadLogOf(const QString& path)
+{
+    return path + "-wal";
+}
+
+/// Whether readers of the file make two more beside it, and leave them there if they must not write
+/// to it: as it is when the database keeps a log ahead of its writes, and nobody has it open.
+bool isLogMadeByReaders(const QString& path)
+{
+    constexpr qint64 headSize = 20;
+    constexpr int versions = 18; // of the format for writing and for reading, a byte each
+    QFile file(path);
+    const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(headSize) : QByteArray();
+    return head.mid(versions) == QByteArray(2, 2) &&
+           !(QFileInfo::exists(writeAheadLogOf(path)) && QFileInfo::exists(path + "-shm"));
 }
 
 /// Looks into a database, at which an interrupted change is undone where the options allow that.
@@ -48,11 +68,23 @@ QSqlError lookInto(const QString& path, const QString& options)
     return error;
 }
 
-/// Enough to see that nobody wrote to the two files while they were copied.
+/// The files that hold the database, as far as they are there.
+QStringList filesOf(const QString& path)
+{
+    QStringList files = {path};
+    for (const QString& name : {journalOf(path), writeAheadLogOf(path)}) {
+        if (QFileInfo(name).isFile()) {
+            files << name;
+        }
+    }
+    return files;
+}
+
+/// Enough to see that nobody wrote to the files while they were copied.
 QString stateOf(const QString& path)
 {
     QString state;
-    for (const QString& name : {path, journalOf(path)}) {
+    for (const QString& name : filesOf(path)) {
         const QFileInfo file(name);
         state += QString("%1 %2;").arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch());
     }
@@ -69,28 +101,39 @@ SettledDatabase::SettledDatabase(const QString& path)
 bool SettledDatabase::settle()
 {
     constexpr int attempts = 5;
-    for (int i = 0; i < attempts && isRefused(); ++i) {
-        m_folder = std::make_unique<QTemporaryDir>();
+    for (int i = 0; i < attempts; ++i) {
+        m_hasWaitingChange = isRefused();
+        if (!m_hasWaitingChange && !isLogMadeByReaders(m_path)) {
+            return true;
+        }
         const QString before = stateOf(m_path);
-        if (!m_folder->isValid() || !QFile::copy(m_path, path()) ||
-            !QFile::copy(journalOf(m_path), journalOf(path())))
-        {
+        if (!copyFiles()) {
             m_error = inUserLanguage("не удалось скопировать базу данных с её журналом: ",
                                      "the database cannot be copied with its journal: ") +
                       m_path;
             return false;
         }
         if (stateOf(m_path) == before) {
-            // A copy of files that must not be written would not let itself be written either.
-            for (const QString& name : {path(), journalOf(path())}) {
-                QFile::setPermissions(name, QFile::ReadOwner | QFile::WriteOwner);
-            }
             lookInto(path(), QString());
             return true;
         }
         m_folder.reset(); // another program is at it
     }
+    m_hasWaitingChange = false;
     return true;
+}
+
+bool SettledDatabase::copyFiles()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    const QStringList files = filesOf(m_path);
+    return m_folder->isValid() &&
+           std::all_of(files.cbegin(), files.cend(), [this](const auto& file) {
+               const QString copy = path() + file.mid(m_path.size());
+               // A copy of a file that must not be written would not let itself be written either.
+               return QFile::copy(file, copy) &&
+                      QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
+           });
 }
 
 QString SettledDatabase::path() const

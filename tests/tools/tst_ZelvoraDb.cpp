@@ -147,6 +147,8 @@ private slots:
     void checkFindsADamagedPage();
     void checkSeesBeyondAnInterruptedChange();
     void checkOfADatabaseInUse();
+    void checkLeavesNoLog_data();
+    void checkLeavesNoLog();
 
 private:
     void checkFindsTheDamage();
@@ -1114,6 +1116,56 @@ void tst_ZelvoraDb::checkOfADatabaseInUse()
         {path("copy.db"), QString(ZELVORA_BIN_DIR) + "/tools/zelvora-db", "check",
          path("copy.db")});
     QCOMPARE(QString::fromUtf8(result.out), "Nothing found: " + path("copy.db") + "\n");
+}
+
+void tst_ZelvoraDb::checkLeavesNoLog_data()
+{
+    QTest::addColumn<QStringList>("files");
+    QTest::newRow("closed") << QStringList{"copy.db"};
+    QTest::newRow("killed, without its index") << QStringList{"copy.db", "copy.db-wal"};
+    QTest::newRow("killed") << QStringList{"copy.db", "copy.db-shm", "copy.db-wal"};
+}
+
+// A database that keeps a log ahead of its writes, as another program may have left it. Mere
+// reading makes a log and its index.
+void tst_ZelvoraDb::checkLeavesNoLog()
+{
+    QFETCH(QStringList, files);
+    QVERIFY(QFile::copy(sample(), path("live.db")));
+    QVERIFY(QDir(m_dir->path()).mkdir("left"));
+    const ProcessResult made = runPython(R"(
+import shutil, sqlite3, sys
+folder, *files = sys.argv[1:]
+database = sqlite3.connect(folder + '/live.db', isolation_level=None)
+database.execute('PRAGMA journal_mode = WAL')
+if len(files) == 1:
+    database.execute("UPDATE docs SET CONTENT = '[]' WHERE ID = 7")
+    database.close()
+else:  # the change stands in the log only
+    database.execute('PRAGMA wal_checkpoint(TRUNCATE)')
+    database.execute("UPDATE docs SET CONTENT = '[]' WHERE ID = 7")
+for name in files:
+    shutil.copy(folder + '/' + name.replace('copy', 'live'), folder + '/left/' + name)
+)",
+                                         QStringList{m_dir->path()} + files);
+    QCOMPARE(made.err, QByteArray());
+    const QString database = path("left/copy.db");
+    const QByteArray before = hashOf(database) + hashOf(database + "-wal");
+    QVERIFY(QDir(m_dir->path()).mkdir("archives"));
+    for (const QStringList& command :
+         {QStringList{"check", database}, QStringList{"backup", database, path("archives")}})
+    {
+        const ProcessResult result = run(command);
+        const bool isCheck = command[0] == "check";
+        QVERIFY2(result.exitCode == (isCheck ? 1 : 0), result.out + result.err);
+        QVERIFY2(!isCheck || result.out.startsWith("docs ID 7, CONTENT: "), result.out);
+        QCOMPARE(QDir(path("left")).entryList(QDir::Files | QDir::Hidden), files);
+        QCOMPARE(hashOf(database) + hashOf(database + "-wal"), before);
+    }
+    const QStringList archives = QDir(path("archives")).entryList(QDir::Files | QDir::Hidden);
+    QCOMPARE(archives.size(), 1);
+    QCOMPARE(sqliteValue(path("archives/" + archives[0]), "SELECT CONTENT FROM docs WHERE ID = 7"),
+             QString("[]"));
 }
 
 QTEST_GUILESS_MAIN(tst_ZelvoraDb)
