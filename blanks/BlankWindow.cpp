@@ -20,6 +20,7 @@
 #include "app/AppStyle.h"
 #include "app/widgets/CellTextDelegate.h"
 #include "blanks/BlankRecord.h"
+#include "blanks/FontFamily.h"
 #include "blanks/ItemPropertiesTable.h"
 #include "blanks/ResizableRectItem.h"
 #include "blanks/TableLayoutDialog.h"
@@ -229,7 +230,7 @@ void BlankWindow::loadBlank()
         return;
     }
     buildPage(query);
-    blankFont.setFamily(query.value("FONT").toString());
+    blankFont.setFamily(searchableFamily(query.value("FONT").toString()));
     setSize(blankFont, query.value("FONT_SIZE").toInt());
     blankFont = pageFont(blankFont);
 
@@ -554,7 +555,7 @@ QFont BlankWindow::itemFont(const QJsonObject& item) const
     QFont font = blankFont;
     const QString family = item["font"].toString();
     if (!family.isEmpty()) {
-        font.setFamily(family);
+        font.setFamily(searchableFamily(family));
     }
     setSize(font, item["font_size"].toInt());
     return font;

@@ -11,3 +11,9 @@ void showFontFamily(QFontComboBox* combo, const QString& family)
     combo->setEditText(family);
     combo->lineEdit()->home(false);
 }
+
+QString searchableFamily(const QString& family)
+{
+    constexpr int longest = 256;
+    return family.size() <= longest ? family : QString();
+}

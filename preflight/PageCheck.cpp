@@ -12,6 +12,7 @@
 
 #include "app/AppHelpers.h"
 #include "blanks/BlankRecord.h"
+#include "blanks/FontFamily.h"
 #include "preflight/Excess.h"
 #include "preflight/TableCheck.h"
 #include "preflight/TagCheck.h"
@@ -27,7 +28,7 @@ namespace {
 /// The family that the system has for a family; the same if it has it.
 QString installedFamily(const QString& family)
 {
-    const QString installed = QFontInfo(QFont(family)).family();
+    const QString installed = QFontInfo(QFont(searchableFamily(family))).family();
     const QString plainName = family.section('[', 0, 0).trimmed(); // without the foundry
     return installed.compare(plainName, Qt::CaseInsensitive) == 0 ? family : installed;
 }

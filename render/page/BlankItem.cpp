@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "blanks/BlankRecord.h"
+#include "blanks/FontFamily.h"
 
 namespace {
 
@@ -76,7 +77,7 @@ QFont BlankItem::font(const QFont& blankFont) const
     QFont font = blankFont;
     const QString family = json["font"].toString();
     if (!family.isEmpty()) {
-        font.setFamily(family);
+        font.setFamily(searchableFamily(family));
     }
     const int pointSize = json["font_size"].toInt(0);
     if (pointSize > sizeOfBlank) {

@@ -3,6 +3,7 @@
 #include <QSqlQuery>
 #include <QSqlRecord>
 
+#include "blanks/FontFamily.h"
 #include "render/TagExpansion.h"
 #include "render/page/SqlFailure.h"
 #include "store/JsonColumn.h"
@@ -67,7 +68,7 @@ std::optional<PageBlank> PageBlank::read(const QVariant& id, const PageBlank& kn
     row.storedFormat = query.value("PAPER_FORMAT").toString();
     row.offset = QPoint(query.value("OFFSET_X").toInt(), query.value("OFFSET_Y").toInt());
     row.fontFamily = query.value("FONT").toString();
-    row.font = QFont(row.fontFamily);
+    row.font = QFont(searchableFamily(row.fontFamily));
     const int fontSize = query.value("FONT_SIZE").toInt();
     if (fontSize > 0) {
         row.font.setPointSize(fontSize);

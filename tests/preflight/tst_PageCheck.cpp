@@ -6,6 +6,8 @@
 
 #include "forms/FormDefinitions.h"
 #include "preflight/FindingWords.h"
+#include "render/page/BlankItem.h"
+#include "render/page/PageRows.h"
 #include "support/CheckedPage.h"
 
 #ifdef Q_OS_LINUX
@@ -105,6 +107,7 @@ private slots:
     void background();
     void backgroundOutside_data();
     void backgroundOutside();
+    void endlessFontNames();
     void unknownPaper();
     void pageLargerThanPaper();
     void pageWithoutArea_data();
@@ -894,6 +897,26 @@ void tst_PageCheck::backgroundOutside()
     QCOMPARE(findings[0].severity, Severity::Warning);
     QCOMPARE(findings[0].text, background);
     QVERIFY(findings[0].isOfBlank());
+}
+
+// The system is never asked for them: that takes memory by their length, each time.
+void tst_PageCheck::endlessFontNames()
+{
+    const QString endless(100000, 'F');
+    CheckedPage sheet;
+    QJsonObject item = textItem("#LNAME", QRectF(100, 100, 400, 40));
+    const QVector<Finding> ofBlank = sheet.check({item}, {{"FONT", endless}});
+    item["font"] = endless;
+    const QVector<Finding> ofItem = sheet.check({item});
+    for (const QVector<Finding>& findings : {ofBlank, ofItem}) {
+        QCOMPARE(findings.size(), 1);
+        QCOMPARE(findings[0].kind, Kind::FontReplaced);
+        QCOMPARE(findings[0].tag, endless);
+    }
+    QVERIFY(BlankItem(item).font(QFont()).family().size() < 1000);
+    const std::optional<PageBlank> blank = PageBlank::read(1, PageBlank(), nullptr);
+    QVERIFY(blank && blank->fontFamily == endless);
+    QVERIFY(blank->font.family().size() < 1000);
 }
 
 void tst_PageCheck::unknownPaper()
