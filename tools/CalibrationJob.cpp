@@ -22,7 +22,6 @@
 #include "printing/calibration/PrintOffsets.h"
 #include "store/RecordLookup.h"
 #include "tools/Interruption.h"
-#include "tools/UserLanguage.h"
 
 namespace {
 
@@ -45,35 +44,34 @@ struct Axis
 
 Axis horizontal()
 {
-    return {"Смещение печати X", inUserLanguage("вправо", "right"),
-            inUserLanguage("влево", "left")};
+    return {"Смещение печати X", CalibrationJob::tr("right"), CalibrationJob::tr("left")};
 }
 
 Axis vertical()
 {
-    return {"Смещение печати Y", inUserLanguage("вниз", "down"), inUserLanguage("вверх", "up")};
+    return {"Смещение печати Y", CalibrationJob::tr("down"), CalibrationJob::tr("up")};
 }
 
 /// "Смещение печати X: 2 mm: moves the print 1.85 mm left, 0.15 mm right remains".
 QString inWords(const PrintOffsets::Offset& offset, const Axis& axis)
 {
     constexpr double nothing = 0.005; // would be written as 0.00
-    const QString moved =
-        offset.value == 0 ? inUserLanguage("печать не сдвинется", "moves nothing")
-                          : inUserLanguage("сдвинет печать на %1 мм %2", "moves the print %1 mm %2")
-                                .arg(hundredths(offset.moved), axis.wayOf(offset.moved));
+    const QString moved = offset.value == 0
+                              ? CalibrationJob::tr("moves nothing")
+                              : CalibrationJob::tr("moves the print %1 mm %2")
+                                    .arg(hundredths(offset.moved), axis.wayOf(offset.moved));
     const QString remaining =
         std::abs(offset.remaining) < nothing
-            ? inUserLanguage("остатка нет", "nothing remains")
-            : inUserLanguage("остаток %1 мм %2", "%1 mm %2 remains")
+            ? CalibrationJob::tr("nothing remains")
+            : CalibrationJob::tr("%1 mm %2 remains")
                   .arg(hundredths(offset.remaining), axis.wayOf(offset.remaining));
-    return inUserLanguage("%1: %2 мм — %3, %4", "%1: %2 mm: %3, %4")
+    return CalibrationJob::tr("%1: %2 mm: %3, %4")
         .arg(axis.setting, QString::number(offset.value), moved, remaining);
 }
 
 QString cantReadBlanks(const QString& reason)
 {
-    return inUserLanguage("не удалось прочитать бланки: ", "can't read the blanks: ") + reason;
+    return CalibrationJob::tr("can't read the blanks: %1").arg(reason);
 }
 
 } // namespace
@@ -125,13 +123,12 @@ JobResult CalibrationJob::printToPrinter(const CalibrationSheet& sheet)
     case CalibrationSheet::Result::PrinterRefused:
         break;
     }
-    return fail(inUserLanguage("принтер не принял лист", "the printer refused the sheet"));
+    return fail(tr("the printer refused the sheet"));
 }
 
 JobResult CalibrationJob::reportTooSmall()
 {
-    return fail(inUserLanguage("лист бланка меньше %1 мм, шкалы на нём не поместятся",
-                               "the blank's sheet is smaller than %1 mm, too small for scales")
+    return fail(tr("the blank's sheet is smaller than %1 mm, too small for scales")
                     .arg(CalibrationSheet::smallestSide));
 }
 
@@ -150,17 +147,14 @@ JobResult CalibrationJob::tellOffsets()
     }
     const double unitLength = blank->paper.unitLength();
     if (unitLength <= 0) {
-        return fail(inUserLanguage("ширина или высота бланка — ноль: ",
-                                   "the blank's width or height is zero: ") +
-                    blank->name);
+        return fail(tr("the blank's width or height is zero: %1").arg(blank->name));
     }
     const PrintOffsets offsets(unitLength);
     m_out << inWords(offsets.offsetFor(m_options.readOffsets().x()), horizontal()) << '\n'
           << inWords(offsets.offsetFor(m_options.readOffsets().y()), vertical()) << '\n';
     if (!blank->offsets.isNull()) {
-        m_out << inUserLanguage("Сейчас у бланка «%1» X %2 мм, Y %3 мм: новые числа заменяют их.",
-                                "The blank \"%1\" has X %2 mm, Y %3 mm now: the new values replace "
-                                "them.")
+        m_out << tr("The blank \"%1\" has X %2 mm, Y %3 mm now: the new values replace "
+                    "them.")
                      .arg(onOneLine(blank->name), QString::number(blank->offsets.x()),
                           QString::number(blank->offsets.y()))
               << '\n';
@@ -174,9 +168,8 @@ std::optional<CalibrationJob::Blank> CalibrationJob::findBlank()
     QString error;
     const QVariantList ids = recordsByIdOrName("blanks", "NAME", m_options.blank(), &error);
     if (ids.isEmpty()) {
-        fail(error.isEmpty()
-                 ? inUserLanguage("нет бланка ", "there is no blank ") + m_options.blank()
-                 : cantReadBlanks(error));
+        fail(error.isEmpty() ? tr("there is no blank %1").arg(m_options.blank())
+                             : cantReadBlanks(error));
         return std::nullopt;
     }
     if (ids.size() > 1) {
@@ -185,9 +178,7 @@ std::optional<CalibrationJob::Blank> CalibrationJob::findBlank()
         for (const QVariant& id : ids) {
             texts << id.toString();
         }
-        fail(inUserLanguage("бланков с таким названием несколько, укажите номер: ",
-                            "several blanks have this name, give an ID: ") +
-             texts.join(", "));
+        fail(tr("several blanks have this name, give an ID: %1").arg(texts.join(", ")));
         return std::nullopt;
     }
     QSqlQuery query;

@@ -7,7 +7,6 @@
 #include "preflight/PageCheck.h"
 #include "printing/BatchCheck.h"
 #include "tools/PrintWords.h"
-#include "tools/UserLanguage.h"
 
 JobResult CheckJob::run()
 {
@@ -23,7 +22,7 @@ JobResult CheckJob::run()
     m_progress.clear();
     writeTail();
     if (!isWhole) {
-        report(inUserLanguage("прервано", "interrupted"));
+        report(tr("interrupted"));
     }
     if (m_summary.documents() == 0) {
         return JobResult::NotDone;

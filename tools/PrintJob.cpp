@@ -7,7 +7,6 @@
 #include "printing/BatchCheck.h"
 #include "printing/PrintBatch.h"
 #include "tools/PrintWords.h"
-#include "tools/UserLanguage.h"
 
 namespace {
 
@@ -134,8 +133,7 @@ JobResult PrintJob::print(PrintBatch& batch, BatchCheck* check)
 
 void PrintJob::reportInterruption(int printed)
 {
-    report(inUserLanguage("прервано; напечатано документов: ", "interrupted; documents printed: ") +
-           QString::number(printed));
+    report(tr("interrupted; documents printed: %n", nullptr, printed));
 }
 
 void PrintJob::sheetChecked(int sheet, PageCheck& check)

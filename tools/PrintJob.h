@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QSet>
 
 #include "preflight/CheckSummary.h"
@@ -16,6 +17,8 @@ class PrintBatch;
 /// are named on `out`, failures on `err`.
 class PrintJob : public DocumentJob
 {
+    Q_DECLARE_TR_FUNCTIONS(PrintJob)
+
 public:
     using DocumentJob::DocumentJob;
 

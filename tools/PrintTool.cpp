@@ -1,5 +1,6 @@
 #include "tools/PrintTool.h"
 
+#include <QCoreApplication>
 #include <QTextStream>
 
 #include "app/AppHelpers.h"
@@ -15,6 +16,12 @@
 #include "tools/UserLanguage.h"
 
 namespace {
+
+/// What this file says, in the language of the user.
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(PrintTool)
+};
 
 constexpr int success = 0;
 constexpr int someFailed = 1;
@@ -88,13 +95,11 @@ bool readOrganisation(const PrintOptions& options, QTextStream& err)
     }
     const OrgDataFile found = readOrgData();
     if (found == OrgDataFile::Broken && (isNamed || printsDocuments(options))) {
-        fail(err, inUserLanguage("не удалось прочитать данные организации ",
-                                 "can't read the organisation's data ") +
-                      orgDataPath);
+        fail(err, Text::tr("can't read the organisation's data %1").arg(orgDataPath));
         return false;
     }
     if (found == OrgDataFile::Missing && isNamed) {
-        fail(err, inUserLanguage("нет файла ", "there is no file ") + orgDataPath);
+        fail(err, Text::tr("there is no file %1").arg(orgDataPath));
         return false;
     }
     return true;
@@ -107,7 +112,7 @@ int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& er
     PrintOptions options;
     if (!options.parse(arguments)) {
         fail(err, options.error());
-        err << inUserLanguage("Справка: zelvora-print --help\n", "Help: zelvora-print --help\n");
+        err << Text::tr("Help: zelvora-print --help") << '\n';
         return failure;
     }
     if (options.helpWanted()) {
@@ -121,9 +126,7 @@ int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& er
         return failure;
     }
     if (needsDatabase(options) && !dataBase.open()) {
-        return fail(err,
-                    inUserLanguage("не удалось открыть базу данных ", "can't open the database ") +
-                        appFilePath("docs.db"));
+        return fail(err, Text::tr("can't open the database %1").arg(appFilePath("docs.db")));
     }
     return afterWriting(out, err, runAction(options, out, err));
 }

@@ -7,7 +7,6 @@
 #include "preflight/PageCheck.h"
 #include "preflight/ProofPicture.h"
 #include "printing/BatchCheck.h"
-#include "tools/UserLanguage.h"
 
 ProofJob::ProofJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
     : DocumentJob(options, out, err)
@@ -27,7 +26,7 @@ JobResult ProofJob::run()
     const bool isWhole = check.run();
     m_progress.clear();
     if (!isWhole) {
-        report(inUserLanguage("прервано", "interrupted"));
+        report(tr("interrupted"));
     }
     if (m_written == 0) {
         return JobResult::NotDone;
@@ -53,8 +52,7 @@ bool ProofJob::prepareTarget()
     if (m_options.target() == PrintOptions::Target::OneFile) {
         removeLeftovers(QFileInfo(m_options.output()).path());
         if (m_sheets.size() > 1) {
-            report(inUserLanguage("документов несколько: рисункам нужен каталог",
-                                  "there are several documents: the pictures need a folder"));
+            report(tr("there are several documents: the pictures need a folder"));
             return false;
         }
         return true;
@@ -86,12 +84,9 @@ bool ProofJob::write(int sheet, PageCheck& check)
     const QImage picture =
         ProofPicture(check, m_options.resolution(), m_options.withBackground()).draw();
     if (picture.isNull()) {
-        report(
-            (check.sheetSize().isEmpty()
-                 ? inUserLanguage("лист без размера, нет рисунка ",
-                                  "the page has no size, there is no picture ")
-                 : inUserLanguage("не хватает памяти для рисунка ", "no memory for the picture ")) +
-            path);
+        report((check.sheetSize().isEmpty() ? tr("the page has no size, there is no picture %1")
+                                            : tr("no memory for the picture %1"))
+                   .arg(path));
         return false;
     }
     const bool isOneFile = m_options.target() == PrintOptions::Target::OneFile;

@@ -7,8 +7,6 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
-#include "tools/UserLanguage.h"
-
 namespace {
 
 const char* const connectionName = "settle-database";
@@ -75,9 +73,7 @@ bool SettledDatabase::settle()
         if (!m_folder->isValid() || !QFile::copy(m_path, path()) ||
             !QFile::copy(journalOf(m_path), journalOf(path())))
         {
-            m_error = inUserLanguage("не удалось скопировать базу данных с её журналом: ",
-                                     "the database cannot be copied with its journal: ") +
-                      m_path;
+            m_error = tr("the database cannot be copied with its journal: %1").arg(m_path);
             return false;
         }
         if (stateOf(m_path) == before) {

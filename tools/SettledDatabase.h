@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -10,6 +11,8 @@
 /// undoes that change first. Here that happens to a copy: the file itself is never changed.
 class SettledDatabase
 {
+    Q_DECLARE_TR_FUNCTIONS(SettledDatabase)
+
 public:
     explicit SettledDatabase(const QString& path);
 

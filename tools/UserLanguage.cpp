@@ -1,12 +1,25 @@
 #include "tools/UserLanguage.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 #include <QTextCodec>
 #include <QTextStream>
 
-QString inUserLanguage(const QString& russian, const QString& english)
+#include "translations/Translation.h"
+
+namespace {
+
+/// What this file says, in the language of the user.
+class Text
 {
-    return QLocale::system().language() == QLocale::Russian ? russian : english;
+    Q_DECLARE_TR_FUNCTIONS(UserLanguage)
+};
+
+} // namespace
+
+void useUserLanguage()
+{
+    Translation(QLocale::system()).install();
 }
 
 void prepareTerminal(QTextStream& stream)
@@ -24,8 +37,7 @@ bool flushOutput(QTextStream& out, QString* error)
         return true;
     }
     if (error) {
-        *error = inUserLanguage("не удалось записать в стандартный вывод",
-                                "can't write to the standard output");
+        *error = Text::tr("can't write to the standard output");
     }
     return false;
 }

@@ -4,9 +4,9 @@
 
 class QTextStream;
 
-/// One of two wordings of a message: the Russian one if the user's locale is Russian, the English
-/// one otherwise.
-QString inUserLanguage(const QString& russian, const QString& english);
+/// Makes a program speak the language of its user (see Translation): the system's locale decides.
+/// The application object must exist.
+void useUserLanguage();
 
 /// Writes all that a stream of the standard output holds back; false, with what to say of it in
 /// `error`, if the output took not all that went there.

@@ -25,6 +25,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv)
 int main(int argc, char* argv[])
 {
     const std::unique_ptr<QCoreApplication> app = makeApplication(argc, argv);
+    useUserLanguage();
     QTextStream out(stdout);
     QTextStream err(stderr);
     prepareTerminal(out);

@@ -26,6 +26,7 @@ int main(int argc, char* argv[])
     qInstallMessageHandler(writeLog);
     useNoDisplay();
     const QApplication app(argc, argv);
+    useUserLanguage();
     QTextStream out(stdout);
     QTextStream err(stderr);
     prepareTerminal(out);

@@ -9,6 +9,7 @@
 int main(int argc, char* argv[])
 {
     const QCoreApplication app(argc, argv);
+    useUserLanguage();
     QTextStream out(stdout);
     QTextStream err(stderr);
     prepareTerminal(out);
