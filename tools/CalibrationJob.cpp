@@ -5,8 +5,6 @@
 #include <QPainter>
 #include <QPrinter>
 #include <QPrinterInfo>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QStringList>
 #include <QTextStream>
 #include <QVariant>
@@ -20,6 +18,7 @@
 #include "printing/PdfFile.h"
 #include "printing/calibration/CalibrationSheet.h"
 #include "printing/calibration/PrintOffsets.h"
+#include "render/page/PageRows.h"
 #include "store/RecordLookup.h"
 #include "tools/Interruption.h"
 
@@ -181,16 +180,12 @@ std::optional<CalibrationJob::Blank> CalibrationJob::findBlank()
         fail(tr("several blanks have this name, give an ID: %1").arg(texts.join(", ")));
         return std::nullopt;
     }
-    QSqlQuery query;
-    query.setForwardOnly(true);
-    query.prepare("SELECT * FROM blanks WHERE ID = ?");
-    query.addBindValue(ids.first());
-    if (!query.exec() || !query.next()) {
-        fail(cantReadBlanks(query.lastError().text()));
+    const std::optional<PageBlank> row = PageBlank::read(ids.first(), PageBlank(), &error);
+    if (!row) {
+        fail(cantReadBlanks(error));
         return std::nullopt;
     }
-    return Blank{query.value("NAME").toString(), BlankPaper::ofRow(query),
-                 QPoint(query.value("OFFSET_X").toInt(), query.value("OFFSET_Y").toInt())};
+    return Blank{row->name, row->paper(), row->offset};
 }
 
 JobResult CalibrationJob::fail(const QString& reason)

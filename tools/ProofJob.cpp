@@ -74,10 +74,7 @@ bool ProofJob::write(int sheet, PageCheck& check)
 {
     const std::optional<QString> target = pathFor(sheet);
     if (!target) {
-        SheetOutcome outcome;
-        outcome.state = SheetOutcome::State::Failed;
-        outcome.reason = SheetOutcome::Reason::Unreadable;
-        report(sheet, outcome);
+        report(sheet, SheetOutcome::failed(SheetOutcome::Reason::Unreadable));
         return false;
     }
     const QString& path = *target;

@@ -5,7 +5,6 @@
 #include <QSizeF>
 
 class QPrinter;
-class QSqlQuery;
 
 /// The sheet of paper that a blank's row asks the printer for, and the scale at which the page,
 /// whose size comes from other columns of the row, is put on it.
@@ -15,9 +14,6 @@ public:
     /// `orientation` and `format` are codes of the columns `PAPER_ORIENTATION` and `PAPER_FORMAT`;
     /// `size` holds `SIZE_WIDTH` and `SIZE_HEIGHT` in millimetres.
     BlankPaper(int orientation, int format, const QSizeF& size);
-
-    /// The paper of the current row of `blanks`.
-    static BlankPaper ofRow(const QSqlQuery& row);
 
     /// Sets orientation and page size on a printer. An unknown format leaves the printer's page
     /// size and writes a line to the log.
