@@ -74,6 +74,8 @@ void setSize(QFont& font, int points)
     }
 }
 
+// kept: the page of the paper's format, whatever the sizes say that the preview lays the page out
+// by.
 QSize pageSize(const QSqlQuery& blank)
 {
     const int format = blank.value("PAPER_FORMAT").toInt();

@@ -77,6 +77,7 @@ void PageBuilder::addItem(const QJsonObject& object)
     item.font = item.blankItem.font(m_blank.font);
     const QJsonObject docField = docFieldOf(item);
     if (item.blankItem.kind == BlankItemKind::qr) {
+        // kept: at the frame's corner, in the symbol's own size, whatever the frame's.
         item.symbol = new QrPixmapItem(QPixmap());
         item.symbol->setPos(item.blankItem.geometry.topLeft());
     } else if (isTable(item, docField)) {

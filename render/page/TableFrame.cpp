@@ -75,6 +75,7 @@ void fillCell(QTableWidget* table, int row, int column, const QString& text, con
         }
         return;
     }
+    // kept: without alignment, whatever `columns_align`, `h_align` and `v_align` say.
     auto* cell = new QTableWidgetItem(text);
     cell->setFont(font);
     table->setItem(row, column, cell);

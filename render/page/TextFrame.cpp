@@ -26,6 +26,7 @@ void TextFrame::fill(const PageFrame& frame, const BlankItem& item, const QStrin
                                       item.lineSpacing);
     }
     const int lineHeight = static_cast<int>(item.lineSpacing * 100.0F);
+    // kept: values are not escaped. Documents hold markup on purpose, such as "<b>".
     const QString markup =
         "<p style=\"line-height: " + QString::number(lineHeight) + "%;\">" + text + "</p>";
     frame.label->setText(QString(markup).replace('\n', "<br>"));
