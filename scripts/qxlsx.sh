@@ -4,8 +4,8 @@
 
 readonly qxlsx_release=trixie
 
-# build_qxlsx WORK_DIR PREFIX [CMAKE_OPTION...]
-build_qxlsx() {
+# make_qxlsx WORK_DIR PREFIX [CMAKE_OPTION...]
+make_qxlsx() {
     local -r work_dir=$1 prefix=$2
     shift 2
     download_sources "$work_dir/apt" "$qxlsx_release" --tar-only libqt5qxlsx </dev/null >>"${log_file:?}" 2>&1 ||
