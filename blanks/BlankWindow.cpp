@@ -18,6 +18,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/StoredPath.h"
 #include "app/widgets/CellTextDelegate.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/ItemPropertiesTable.h"
@@ -250,7 +251,8 @@ void BlankWindow::buildPage(const QSqlQuery& blank)
     scene->clear();
     scene->setSceneRect(page);
     scene->addRect(page, QPen(Qt::black), QBrush(Qt::white));
-    const QString background = appFilePath(blank.value("BACKGROUND_IMG").toString());
+    const QString background =
+        storedFilePath(appDirPath(), blank.value("BACKGROUND_IMG").toString());
     scene->addPixmap(loadPagePicture(background, backgroundSize));
 }
 

@@ -7,6 +7,7 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+#include "app/StoredPath.h"
 #include "blanks/BlankRecord.h"
 #include "forms/FormDefinitions.h"
 #include "store/Schema.h"
@@ -258,7 +259,8 @@ void DatabaseCheck::checkBlanks()
         checkPaperFormat(query.value(6), row + ", PAPER_FORMAT");
         const QString background = query.value(2).toString();
         if (!background.isEmpty()) {
-            checkFile(QFileInfo(m_path).path() + "/" + background, row, "BACKGROUND_IMG");
+            checkFile(storedFilePath(QFileInfo(m_path).path(), background), row,
+                      "BACKGROUND_IMG");
         }
         if (query.value(3).isNull()) {
             continue; // never opened in the editor

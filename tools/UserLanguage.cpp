@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QLocale>
-#include <QTextCodec>
 #include <QTextStream>
 
 #include "translations/Translation.h"
@@ -20,14 +19,6 @@ class Text
 void useUserLanguage()
 {
     Translation(QLocale::system()).install();
-}
-
-void prepareTerminal(QTextStream& stream)
-{
-    constexpr ushort cyrillicLetter = 0x0416;
-    if (!QTextCodec::codecForLocale()->canEncode(QChar(cyrillicLetter))) {
-        stream.setCodec("UTF-8");
-    }
 }
 
 bool flushOutput(QTextStream& out, QString* error)

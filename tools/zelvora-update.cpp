@@ -1,8 +1,6 @@
 #include <QCoreApplication>
-#include <QTextStream>
 
-#include <cstdio>
-
+#include "app/StandardStream.h"
 #include "tools/UpdateTool.h"
 #include "tools/UserLanguage.h"
 
@@ -10,9 +8,7 @@ int main(int argc, char* argv[])
 {
     const QCoreApplication app(argc, argv);
     useUserLanguage();
-    QTextStream out(stdout);
-    QTextStream err(stderr);
-    prepareTerminal(out);
-    prepareTerminal(err);
+    StandardStream out(StandardStream::Channel::Output);
+    StandardStream err(StandardStream::Channel::Error);
     return runUpdateTool(QCoreApplication::arguments().mid(1), out, err);
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "app/AppHelpers.h"
+#include "app/StoredPath.h"
 #include "blanks/BlankRecord.h"
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
@@ -149,7 +150,8 @@ QPixmap PageBuilder::loadBackground() const
     if (m_blank.background.isNull()) {
         return QPixmap();
     }
-    return loadPagePicture(appFilePath(m_blank.background.toString()), m_blank.paper().pageSize());
+    return loadPagePicture(storedFilePath(appDirPath(), m_blank.background.toString()),
+                           m_blank.paper().pageSize());
 }
 
 QJsonObject PageBuilder::docFieldOf(const PageItem& item) const

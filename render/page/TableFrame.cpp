@@ -24,6 +24,7 @@ QTableWidget* makeTable(const QFont& font)
     auto* header = new PageWidget<QHeaderView>(Qt::Horizontal);
     auto* horizontalBar = new PageWidget<QScrollBar>(Qt::Horizontal);
     auto* verticalBar = new PageWidget<QScrollBar>(Qt::Vertical);
+    table->setStyle(PageStyle::shared());
     header->setStyle(PageStyle::shared());
     table->setHorizontalHeader(header);
     table->setHorizontalScrollBar(horizontalBar);

@@ -2,11 +2,13 @@
 
 #include "render/page/FrameLabel.h"
 #include "render/page/PageFont.h"
+#include "render/page/PageStyle.h"
 
 PageFrame TextFrame::make(const BlankItem& item, const QFont& font)
 {
     PageFrame frame = PageFrame::make();
     frame.label = new FrameLabel;
+    frame.label->setStyle(PageStyle::shared());
     frame.setContent(frame.label);
     frame.label->setFont(pageFont(font));
     frame.label->setWordWrap(true);

@@ -41,6 +41,7 @@ private slots:
     void detailsStayWithoutASelection();
     void failedDetailsAreLogged();
     void backgroundFitsTheView();
+    void backgroundNamedAsOnWindows();
     void previewOfTooManyPixels();
 
     void addBlank();
@@ -277,6 +278,19 @@ void tst_BlankDlg::backgroundFitsTheView()
     QVERIFY(qAbs(middle - view->width() / 2) <= 1);
     list()->selectRow(2);
     QVERIFY(picture()->pixmap().isNull());
+}
+
+void tst_BlankDlg::backgroundNamedAsOnWindows()
+{
+    QVERIFY(QDir(app->path()).mkpath("blanks"));
+    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(app->path("blanks/a.png")));
+    BlankRow row;
+    row.background = "Blanks\\A.PNG";
+    insertBlank(*app, row);
+    openList();
+    list()->selectRow(0);
+    QVERIFY(!picture()->pixmap().isNull());
+    QCOMPARE(text("backgroundEdit"), QString("Blanks\\A.PNG")); // shown as it is stored
 }
 
 void tst_BlankDlg::previewOfTooManyPixels()

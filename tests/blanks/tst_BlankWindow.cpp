@@ -54,6 +54,7 @@ private slots:
     void pageSize();
     void pageOfNoWidth();
     void backgroundIsScaledIntoTheSize();
+    void backgroundNamedAsOnWindows();
     void backgroundThatIsTooLarge();
     void missingBackgroundIsNoError();
     void contentWithoutItems_data();
@@ -496,6 +497,18 @@ void tst_BlankWindow::backgroundIsScaledIntoTheSize()
     QCOMPARE(background->pos(), QPointF(0, 0));
     QCOMPARE(background->pixmap().size(), QSize(1122, 374));
     QCOMPARE(background->pixmap().toImage().pixelColor(500, 200), QColor(Qt::red));
+}
+
+void tst_BlankWindow::backgroundNamedAsOnWindows()
+{
+    QVERIFY(QDir(app->path()).mkpath("blanks"));
+    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(app->path("blanks/a.png")));
+    BlankRow row;
+    row.background = "Blanks\\A.PNG";
+    open(row);
+    auto* background =
+        qgraphicsitem_cast<QGraphicsPixmapItem*>(scene()->items(Qt::AscendingOrder).last());
+    QVERIFY(background && !background->pixmap().isNull());
 }
 
 void tst_BlankWindow::backgroundThatIsTooLarge()
