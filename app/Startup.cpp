@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QPixmap>
 #include <QSplashScreen>
-#include <QTextStream>
 #include <QTimer>
 
 #include <algorithm>
@@ -16,6 +15,7 @@
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
 #include "app/SharpIcon.h"
+#include "app/StandardStream.h"
 #include "documents/MainWindow.h"
 #include "store/DataBase.h"
 #include "store/DataBaseUpdater.h"
@@ -37,8 +37,7 @@ bool versionRequested(int argc, const char* const* argv)
 
 void printVersion()
 {
-    QTextStream out(stdout);
-    out << appVersion << "\n";
+    StandardStream(StandardStream::Channel::Output) << appVersion << "\n";
 }
 
 int remainingSplashMs(bool timerValid, qint64 elapsedMs)

@@ -28,8 +28,8 @@ public:
     };
 
     explicit RatioReporter(Clock measured, Peers kind = Peers::Rivals)
-        : clock(measured)
-        , peerKind(kind)
+        : m_clock(measured)
+        , m_peerKind(kind)
     {
     }
 
@@ -49,13 +49,13 @@ public:
     {
         ConsoleReporter::Finalize();
         std::printf("\n%-20s %12s  %-14s %12s %8s\n", "case", "ours, us", "peer", "peer, us",
-                    peerKind == Peers::Rivals ? "faster" : "of floor");
-        for (const Subject& peer : subjects) {
+                    m_peerKind == Peers::Rivals ? "faster" : "of floor");
+        for (const Subject& peer : m_subjects) {
             const double ours = timeOfOurs(peer.caseName);
             if (peer.name == oursName || ours <= 0) {
                 continue;
             }
-            const double ratio = peerKind == Peers::Rivals ? peer.time / ours : ours / peer.time;
+            const double ratio = m_peerKind == Peers::Rivals ? peer.time / ours : ours / peer.time;
             std::printf("%-20s %12.1f  %-14s %12.1f %8.2f\n", peer.caseName.c_str(), ours,
                         peer.name.c_str(), peer.time, ratio);
         }
@@ -76,19 +76,19 @@ private:
         const std::string& name = run.run_name.function_name;
         const std::size_t slash = name.rfind('/');
         const double time =
-            (clock == Clock::Cpu ? run.GetAdjustedCPUTime() : run.GetAdjustedRealTime()) /
+            (m_clock == Clock::Cpu ? run.GetAdjustedCPUTime() : run.GetAdjustedRealTime()) /
             benchmark::GetTimeUnitMultiplier(run.time_unit) * 1e6;
         if (slash == std::string::npos || time <= 0) { // a failed run has no time
             return;
         }
 
-        subjects.push_back({name.substr(0, slash), name.substr(slash + 1), time});
+        m_subjects.push_back({name.substr(0, slash), name.substr(slash + 1), time});
     }
 
     /// Microseconds; 0 if ours failed.
     double timeOfOurs(const std::string& caseName) const
     {
-        for (const Subject& subject : subjects) {
+        for (const Subject& subject : m_subjects) {
             if (subject.caseName == caseName && subject.name == oursName) {
                 return subject.time;
             }
@@ -96,7 +96,7 @@ private:
         return 0;
     }
 
-    const Clock clock;
-    const Peers peerKind;
-    std::vector<Subject> subjects;
+    const Clock m_clock;
+    const Peers m_peerKind;
+    std::vector<Subject> m_subjects;
 };

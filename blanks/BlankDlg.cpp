@@ -14,6 +14,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/StoredPath.h"
 #include "app/widgets/RowFitPause.h"
 #include "app/widgets/TableItems.h"
 #include "blanks/BlankFormatDialog.h"
@@ -330,7 +331,7 @@ QString BlankDlg::formName(const QVariant& formId) const
 
 void BlankDlg::showBackground(const QString& path)
 {
-    QPixmap picture = loadPicture(appFilePath(path));
+    QPixmap picture = loadPicture(storedFilePath(appDirPath(), path));
     if (!picture.isNull()) {
         picture = picture.scaled(ui->backgroundView->size(), Qt::KeepAspectRatio,
                                  Qt::SmoothTransformation);

@@ -18,6 +18,7 @@
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/StoredPath.h"
 #include "app/widgets/CellTextDelegate.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/FontFamily.h"
@@ -75,6 +76,8 @@ void setSize(QFont& font, int points)
     }
 }
 
+// kept: the page of the paper's format, whatever the sizes say that the preview lays the page out
+// by.
 QSize pageSize(const QSqlQuery& blank)
 {
     const int format = blank.value("PAPER_FORMAT").toInt();
@@ -192,7 +195,7 @@ BlankWindow::BlankWindow(QWidget* parent)
     ui->propertiesWidget->verticalHeader()->setDefaultSectionSize(plainRowHeight);
     ui->blankTree->setColumnHidden(tagColumn, true);
     ui->blankTree->setItemDelegate(new CellTextDelegate(plainRowHeight, ui->blankTree));
-    properties = new ItemPropertiesTable(ui->propertiesWidget, this);
+    m_properties = new ItemPropertiesTable(ui->propertiesWidget, this);
     view->setScene(scene);
     ui->blankViewLayout->addWidget(view);
 
@@ -203,9 +206,9 @@ BlankWindow::BlankWindow(QWidget* parent)
     connect(scene, &QGraphicsScene::selectionChanged, this, &BlankWindow::sceneSelectionChanged);
     connect(view, &ZelvoraView::endDrag, this, &BlankWindow::invalidateCurrentItem);
     connect(ui->propertiesWidget, &QTableWidget::cellChanged, this, &BlankWindow::itemValueChanged);
-    connect(properties, &ItemPropertiesTable::propertyChanged, this,
+    connect(m_properties, &ItemPropertiesTable::propertyChanged, this,
             &BlankWindow::itemPropertyChanged);
-    connect(properties, &ItemPropertiesTable::columnsRequested, this, &BlankWindow::tableEdit);
+    connect(m_properties, &ItemPropertiesTable::columnsRequested, this, &BlankWindow::tableEdit);
 }
 
 BlankWindow::~BlankWindow()
@@ -223,7 +226,7 @@ void BlankWindow::loadBlank()
                     QString::number(blankId) + ";"))
     {
         logSqlFailure("Unable to execute select from blanks", query);
-        isUnread = true;
+        m_isUnread = true;
         return;
     }
     if (!query.next()) {
@@ -249,7 +252,8 @@ void BlankWindow::buildPage(const QSqlQuery& blank)
     scene->clear();
     scene->setSceneRect(page);
     scene->addRect(page, QPen(Qt::black), QBrush(Qt::white));
-    const QString background = appFilePath(blank.value("BACKGROUND_IMG").toString());
+    const QString background =
+        storedFilePath(appDirPath(), blank.value("BACKGROUND_IMG").toString());
     scene->addPixmap(loadPagePicture(background, backgroundSize));
 }
 
@@ -348,7 +352,7 @@ QGraphicsRectItem* BlankWindow::addFrame(const QJsonObject& item, QGraphicsItem*
 
 bool BlankWindow::saveBlank()
 {
-    if (isUnread) {
+    if (m_isUnread) {
         // The page is empty because the stored one could not be read, and must not replace it.
         QMessageBox::about(this, "Ошибка", "Ошибка сохранения бланка: SQL Error");
         return false;
@@ -426,13 +430,13 @@ void BlankWindow::treeItemDblClick(QTreeWidgetItem* leaf)
 
 void BlankWindow::sceneSelectionChanged()
 {
-    properties->clear();
+    m_properties->clear();
     const QGraphicsRectItem* frame = selectedFrame();
     if (!frame) {
         return;
     }
     valueGuard = false;
-    properties->show(itemObject(frame), geometryOf(frame));
+    m_properties->show(itemObject(frame), geometryOf(frame));
     valueGuard = true;
 }
 
@@ -455,7 +459,7 @@ void BlankWindow::itemPropertyChanged()
         return;
     }
     QJsonObject item = itemObject(frame);
-    properties->readProperties(item);
+    m_properties->readProperties(item);
     if (!isQr(item)) {
         QGraphicsTextItem* text = textChild(frame);
         text->setPlainText(item["value"].toString());
@@ -475,7 +479,7 @@ void BlankWindow::itemValueChanged(int row, int column)
         return;
     }
     QJsonObject item = itemObject(frame);
-    properties->readTypedCells(item);
+    m_properties->readTypedCells(item);
     setItemObject(frame, item);
 
     frame->setPos(item["pos_x"].toInt(), item["pos_y"].toInt());
@@ -493,7 +497,7 @@ void BlankWindow::invalidateCurrentItem()
         return;
     }
     valueGuard = false;
-    properties->showGeometry(geometryOf(frame));
+    m_properties->showGeometry(geometryOf(frame));
     valueGuard = true;
     refreshChild(frame, itemObject(frame));
 }

@@ -96,8 +96,8 @@ private:
     QGraphicsScene* scene;
     ZelvoraView* view;
     int blankId = 0;
-    bool isUnread = false; // the page stands empty, since its row could not be read
+    bool m_isUnread = false; // the page stands empty, since its row could not be read
     ResizeLimits resizeLimits;
     bool valueGuard = true; // false while the program itself fills the properties table
-    ItemPropertiesTable* properties;
+    ItemPropertiesTable* m_properties;
 };

@@ -119,6 +119,7 @@ void ResizableRectItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
         QGraphicsRectItem::mouseReleaseEvent(event);
         return;
     }
+    // kept: also without a move. A frame beyond the limits of its size changes then.
     applyResize(cursorPosition(event));
     setCursor(Qt::ArrowCursor);
 }

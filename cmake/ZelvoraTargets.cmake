@@ -21,10 +21,14 @@ function(zelvora_set_defaults target)
     endif()
 endfunction()
 
-# A program of the product: zelvora_add_program(name source...), installed beside the others. The
-# layout of a system package is another component, see packaging/.
+# A program of the product: zelvora_add_program(name source...), built by the target "programs" too and
+# installed beside the others. The layout of a system package is another component, see packaging/.
 function(zelvora_add_program name)
     add_executable(${name} ${ARGN})
+    if(NOT TARGET programs)
+        add_custom_target(programs)
+    endif()
+    add_dependencies(programs ${name})
     target_link_libraries(${name} PRIVATE zelvora_lib)
     zelvora_set_defaults(${name})
     install(TARGETS ${name} RUNTIME DESTINATION . COMPONENT portable)

@@ -265,6 +265,7 @@ bool buildContent(const QVariant& formId, QJsonObject* content)
     const QJsonArray fields = form["fields"].toArray();
     for (const QJsonValue& value : fields) {
         const QJsonObject field = value.toObject();
+        // kept: by the tag, so that the fields of a document stand in the order of their tags.
         fresh[field["tag"].toString()] = contentEntry(field);
     }
     *content = fresh;

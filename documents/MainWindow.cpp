@@ -362,6 +362,7 @@ void MainWindow::selChange()
 void MainWindow::applyFilters()
 {
     const SortingPause pause(ui->docsWidget);
+    // kept: pasted in as they were typed. An apostrophe makes the statement fail.
     QString query = "SELECT * FROM docs WHERE docs.TEMPLATE = 0 ";
     if (!ui->filterNameEdit->text().isEmpty()) {
         query += " AND docs.LNAME LIKE '%" + ui->filterNameEdit->text() + "%'";
@@ -410,52 +411,54 @@ void MainWindow::on_menuAction_LocalChangeOrgData_triggered()
 // kept: saving has the icon "load" and loading the icon "save", as users have learnt them.
 void MainWindow::createToolBars()
 {
-    startToolBar("toolBar", Qt::BottomToolBarArea);
-    addToolBarAction(":res/plus.png", "СОЗДАТЬ ДОКУМЕНТ", "Создать документ", &MainWindow::onNewDoc,
-                     QKeySequence::New);
-    addToolBarAction(":res/forms2.png", "СОЗДАТЬ КОПИЮ\nДОКУМЕНТА", "Создать копию документа",
-                     &MainWindow::onCopyDoc, Qt::CTRL + Qt::SHIFT + Qt::Key_N);
-    addToolBarAction(":res/edit1.png", "РЕДАКТИРОВАТЬ\nДОКУМЕНТ", "Редактировать документ",
+    QToolBar* bottom = addEmptyToolBar("toolBar", Qt::BottomToolBarArea);
+    addToolBarAction(bottom, ":res/plus.png", "СОЗДАТЬ ДОКУМЕНТ", "Создать документ",
+                     &MainWindow::onNewDoc, QKeySequence::New);
+    addToolBarAction(bottom, ":res/forms2.png", "СОЗДАТЬ КОПИЮ\nДОКУМЕНТА",
+                     "Создать копию документа", &MainWindow::onCopyDoc,
+                     Qt::CTRL + Qt::SHIFT + Qt::Key_N);
+    addToolBarAction(bottom, ":res/edit1.png", "РЕДАКТИРОВАТЬ\nДОКУМЕНТ", "Редактировать документ",
                      &MainWindow::onEditDoc, Qt::Key_F2);
-    addToolBarAction(":res/printer.png", "ПЕЧАТЬ", "Печать", &MainWindow::onPrintDoc,
+    addToolBarAction(bottom, ":res/printer.png", "ПЕЧАТЬ", "Печать", &MainWindow::onPrintDoc,
                      QKeySequence::Print);
-    addToolBarAction(":res/trash.png", "УДАЛИТЬ ДОКУМЕНТ", "Удалить выбранные документы",
+    addToolBarAction(bottom, ":res/trash.png", "УДАЛИТЬ ДОКУМЕНТ", "Удалить выбранные документы",
                      &MainWindow::onDeleteDoc, Qt::CTRL + Qt::Key_Delete);
-    alignToolBarIcons(m_toolBar);
+    alignToolBarIcons(bottom);
 
-    startToolBar("toolBarTop", Qt::TopToolBarArea);
-    addToolBarAction(":/res/forms1.png", "ФОРМЫ", "Формы и списки", &MainWindow::showForms,
+    QToolBar* top = addEmptyToolBar("toolBarTop", Qt::TopToolBarArea);
+    addToolBarAction(top, ":/res/forms1.png", "ФОРМЫ", "Формы и списки", &MainWindow::showForms,
                      Qt::CTRL + Qt::Key_1);
-    addToolBarAction(":/res/blanks.png", "БЛАНКИ", "Бланки", &MainWindow::showBlanks,
+    addToolBarAction(top, ":/res/blanks.png", "БЛАНКИ", "Бланки", &MainWindow::showBlanks,
                      Qt::CTRL + Qt::Key_2);
-    addToolBarAction(":/res/export.png", "ЭКСПОРТ\nИМПОРТ", "Экспорт и импорт",
+    addToolBarAction(top, ":/res/export.png", "ЭКСПОРТ\nИМПОРТ", "Экспорт и импорт",
                      &MainWindow::showExport, Qt::CTRL + Qt::Key_3);
-    m_toolBar->addSeparator();
-    addToolBarAction(":/res/load.png", "СОХРАНИТЬ\nВ АРХИВ", "Сохранить в архив",
+    top->addSeparator();
+    addToolBarAction(top, ":/res/load.png", "СОХРАНИТЬ\nВ АРХИВ", "Сохранить в архив",
                      &MainWindow::saveData, QKeySequence::Save);
-    addToolBarAction(":/res/save.png", "ЗАГРУЗИТЬ\nИЗ АРХИВА", "Загрузить из архива",
+    addToolBarAction(top, ":/res/save.png", "ЗАГРУЗИТЬ\nИЗ АРХИВА", "Загрузить из архива",
                      &MainWindow::loadData, QKeySequence::Open);
-    alignToolBarIcons(m_toolBar);
+    alignToolBarIcons(top);
 }
 
-void MainWindow::startToolBar(const QString& objectName, Qt::ToolBarArea area)
+QToolBar* MainWindow::addEmptyToolBar(const QString& objectName, Qt::ToolBarArea area)
 {
-    m_toolBar = new QToolBar(this);
-    m_toolBar->setObjectName(objectName);
-    m_toolBar->setMovable(false);
-    m_toolBar->setOrientation(Qt::Horizontal);
+    auto* bar = new QToolBar(this);
+    bar->setObjectName(objectName);
+    bar->setMovable(false);
+    bar->setOrientation(Qt::Horizontal);
     // kept: of the top bar too, which stays where it is.
-    m_toolBar->setAllowedAreas(Qt::BottomToolBarArea);
-    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    m_toolBar->setIconSize(QSize(40, 40));
-    m_toolBar->setStyleSheet(toolBarStyle);
-    addToolBar(area, m_toolBar);
+    bar->setAllowedAreas(Qt::BottomToolBarArea);
+    bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    bar->setIconSize(QSize(40, 40));
+    bar->setStyleSheet(toolBarStyle);
+    addToolBar(area, bar);
+    return bar;
 }
 
-void MainWindow::addToolBarAction(const QString& icon, const QString& text, const QString& toolTip,
-                                  Slot slot, const QKeySequence& shortcut)
+void MainWindow::addToolBarAction(QToolBar* bar, const QString& icon, const QString& text,
+                                  const QString& toolTip, Slot slot, const QKeySequence& shortcut)
 {
-    QAction* action = m_toolBar->addAction(sharpIcon(QIcon(icon)), text, this, slot);
+    QAction* action = bar->addAction(sharpIcon(QIcon(icon)), text, this, slot);
     action->setShortcut(shortcut);
     action->setToolTip(toolTip + " (" + shortcut.toString(QKeySequence::NativeText) + ")");
 }

@@ -64,9 +64,9 @@ private:
     using Slot = void (MainWindow::*)();
 
     void createToolBars();
-    void startToolBar(const QString& objectName, Qt::ToolBarArea area);
-    void addToolBarAction(const QString& icon, const QString& text, const QString& toolTip,
-                          Slot slot, const QKeySequence& shortcut);
+    QToolBar* addEmptyToolBar(const QString& objectName, Qt::ToolBarArea area);
+    void addToolBarAction(QToolBar* bar, const QString& icon, const QString& text,
+                          const QString& toolTip, Slot slot, const QKeySequence& shortcut);
     void setupTables();
     void connectSignals();
     void setupDates();
@@ -74,7 +74,6 @@ private:
     void insertRow(int row, const QVariant& id, const DocumentFields& fields);
 
     std::unique_ptr<Ui::MainWindow> ui;
-    QToolBar* m_toolBar = nullptr; // the one under construction
     QVariant m_currentDocId = -1;
     QString m_filterQuery;
 };

@@ -42,6 +42,7 @@ QString DocumentImport::readRow(int row)
 
 QString DocumentImport::insertStatement() const
 {
+    // kept: pasted in as they are. A value with an apostrophe stops the import at its row.
     const QString content = QString::fromUtf8(QJsonDocument(m_content).toJson());
     return "INSERT INTO docs (BLANK_SER, BLANK_NO, FNAME, LNAME, MNAME,BIRTH_DATE, DOC_TYPE, "
            "DOC_GROUP, ISSUE_DATE, EDIT_DATE, DUPLICATE,TEMPLATE, TEMPLATE_NAME, CONTENT) "

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "preflight/Finding.h"
+#include "translations/Translation.h"
 
 /// Says in words what the check of a page found: in Russian if the locale's language is Russian, in
 /// English otherwise, with the numbers as the locale writes them. No words have a line end.
@@ -35,5 +36,5 @@ public:
     QString more(int findings) const;
 
 private:
-    QLocale m_locale;
+    Translation m_translation;
 };

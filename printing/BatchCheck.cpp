@@ -1,6 +1,7 @@
 #include "printing/BatchCheck.h"
 
 #include "printing/BatchObserver.h"
+#include "printing/SheetOutcome.h"
 
 BatchCheck::BatchCheck(const QVector<PrintSheet>& sheets, BatchObserver& observer,
                        std::shared_ptr<PageSet> pages)
@@ -26,27 +27,9 @@ bool BatchCheck::checkSheet(int sheet)
     const PrintSheet& wanted = m_sheets[sheet];
     m_check.setBackgroundPrinted(wanted.withBackground);
     if (wanted.blank.id.isNull() || !m_check.check(wanted.document.id, wanted.blank.id)) {
-        m_observer.sheetNotChecked(sheet, outcomeWithoutPage(wanted));
+        m_observer.sheetNotChecked(sheet, SheetOutcome::withoutPage(wanted));
         return false;
     }
     m_observer.sheetChecked(sheet, m_check);
     return true;
-}
-
-SheetOutcome outcomeWithoutPage(const PrintSheet& sheet)
-{
-    SheetOutcome outcome;
-    outcome.state = SheetOutcome::State::Failed;
-    switch (sheet.blank.problem) {
-    case BlankChoice::Problem::NoBlanks:
-        outcome.reason = SheetOutcome::Reason::NoBlanks;
-        break;
-    case BlankChoice::Problem::NoSuchBlank:
-        outcome.reason = SheetOutcome::Reason::NoSuchBlank;
-        break;
-    case BlankChoice::Problem::None:
-        outcome.reason = SheetOutcome::Reason::Unreadable;
-        break;
-    }
-    return outcome;
 }

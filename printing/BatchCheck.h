@@ -6,7 +6,6 @@
 
 #include "preflight/PageCheck.h"
 #include "printing/PrintSheet.h"
-#include "printing/SheetOutcome.h"
 
 class BatchObserver;
 
@@ -33,6 +32,3 @@ private:
     BatchObserver& m_observer;
     PageCheck m_check;
 };
-
-/// Why a sheet can't be laid out on its blank; Unreadable if it has one.
-SheetOutcome outcomeWithoutPage(const PrintSheet& sheet);

@@ -11,23 +11,6 @@
 
 namespace {
 
-SheetOutcome printed(const QString& file)
-{
-    SheetOutcome outcome;
-    outcome.state = SheetOutcome::State::Printed;
-    outcome.file = file;
-    return outcome;
-}
-
-SheetOutcome failed(SheetOutcome::Reason reason, const QString& file = QString())
-{
-    SheetOutcome outcome;
-    outcome.state = SheetOutcome::State::Failed;
-    outcome.reason = reason;
-    outcome.file = file;
-    return outcome;
-}
-
 bool isPrinted(const SheetOutcome& outcome)
 {
     return outcome.state == SheetOutcome::State::Printed;
@@ -87,25 +70,25 @@ SheetOutcome BatchOutput::addCopies(PdfFile& file, const PrintSheet& sheet, Shee
         const bool isAdded = file.addPage(
             [&page](QPrinter& printer, QPainter& painter) { return page.print(printer, painter); });
         if (!isAdded) {
-            return failed(SheetOutcome::Reason::FileRefused, file.path());
+            return SheetOutcome::failed(SheetOutcome::Reason::FileRefused, file.path());
         }
     }
-    return printed(file.path());
+    return SheetOutcome::printed(file.path());
 }
 
 SheetOutcome BatchOutput::printToFile(const PrintSheet& sheet, SheetPage& page)
 {
     const std::optional<QString> name = m_names.nameFor(sheet.document);
     if (!name) {
-        return failed(SheetOutcome::Reason::Unreadable);
+        return SheetOutcome::failed(SheetOutcome::Reason::Unreadable);
     }
     PdfFile file(QDir(m_target.place).filePath(*name), TargetFile::Links::Replace);
     if (!file.open()) {
-        return failed(SheetOutcome::Reason::FileRefused, file.path());
+        return SheetOutcome::failed(SheetOutcome::Reason::FileRefused, file.path());
     }
     const SheetOutcome outcome = addCopies(file, sheet, page);
     if (isPrinted(outcome) && !file.commit()) {
-        return failed(SheetOutcome::Reason::FileRefused, file.path());
+        return SheetOutcome::failed(SheetOutcome::Reason::FileRefused, file.path());
     }
     return outcome;
 }
@@ -125,6 +108,7 @@ SheetOutcome BatchOutput::printToPrinter(const PrintSheet& sheet, SheetPage& pag
     printer->setDocName("Zelvora " + sheet.document.id.toString());
     printer->setCopyCount(sheet.copies);
     QPainter painter; // ends before its printer
-    return page.print(*printer, painter) ? printed(QString())
-                                         : failed(SheetOutcome::Reason::PrinterRefused);
+    return page.print(*printer, painter)
+               ? SheetOutcome::printed(QString())
+               : SheetOutcome::failed(SheetOutcome::Reason::PrinterRefused);
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "printing/BatchCheck.h"
 #include "printing/BatchObserver.h"
 
 using State = SheetOutcome::State;
@@ -64,14 +63,20 @@ SheetOutcome PrintBatch::reprint(int sheet)
     return m_end == End::Whole ? print(sheet) : m_outcomes[sheet];
 }
 
-bool PrintBatch::run()
+bool PrintBatch::printAll()
 {
     while (next() >= 0) {
         if (!m_observer.goesOn(next(), m_sheets.size())) {
-            break;
+            return false;
         }
         printNext();
     }
+    return true;
+}
+
+bool PrintBatch::run()
+{
+    printAll();
     return finish();
 }
 
@@ -122,7 +127,7 @@ SheetOutcome PrintBatch::print(int sheet)
         outcome.state = State::HeldBack;
         outcome.reason = Reason::Findings;
     } else if (wanted.blank.id.isNull() || !m_page.build(wanted)) {
-        outcome = outcomeWithoutPage(wanted);
+        outcome = SheetOutcome::withoutPage(wanted);
     } else {
         outcome = m_output.print(wanted, m_page);
     }

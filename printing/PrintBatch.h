@@ -17,8 +17,8 @@ class BatchObserver;
 /// preview. A sheet that can't be printed does not stop the rest; a file that can't be finished
 /// leaves an older one of its name as it was. The database must be open.
 ///
-/// Either run() prints all, or the caller begins, prints sheet by sheet as the user wishes, and
-/// finishes. Nothing happens between two calls.
+/// The caller begins, prints all or sheet by sheet as the user wishes, and finishes. Nothing
+/// happens between two calls.
 class PrintBatch
 {
 public:
@@ -62,6 +62,9 @@ public:
     /// and one was printed; otherwise none of them counts as printed. False if it ended early or
     /// the file could not be written, see end().
     bool finish();
+
+    /// Prints all that are left; false if the observer stopped it.
+    bool printAll();
 
     /// Prints all that are left, unless the observer stops it, and finishes. To be called after
     /// begin().

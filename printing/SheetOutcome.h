@@ -2,6 +2,8 @@
 
 #include <QString>
 
+struct PrintSheet;
+
 /// What became of a sheet of a batch.
 struct SheetOutcome
 {
@@ -25,6 +27,12 @@ struct SheetOutcome
         PrinterRefused, ///< the printer does not take the page
         Findings        ///< the check of its page found something
     };
+
+    static SheetOutcome printed(const QString& file);
+    static SheetOutcome failed(Reason reason, const QString& file = QString());
+
+    /// That a sheet can't be laid out on its blank: Unreadable if it has one.
+    static SheetOutcome withoutPage(const PrintSheet& sheet);
 
     State state = State::NotPrinted;
     Reason reason = Reason::None;

@@ -64,6 +64,7 @@ bool PrinPreviewDialog::buildScene(QGraphicsScene* page, const QVariant& documen
         return false;
     }
     ui->documentView->resetTransform();
+    // kept: shown whatever the box says that prints it.
     backgroundItem = page == scene ? m_builder->background() : nullptr;
     docValues = m_builder->document().values;
     docContent = m_builder->document().content;

@@ -70,28 +70,28 @@ class CodewordBits
 {
 public:
     CodewordBits(const std::uint8_t* firstCodeword, int codewordCount)
-        : codewords(firstCodeword)
-        , left(codewordCount * 8)
+        : m_codewords(firstCodeword)
+        , m_left(codewordCount * 8)
     {
     }
 
-    int count() const { return left; }
+    int count() const { return m_left; }
 
     bool takeBit()
     {
-        const int bit = codewords[position >> 3] >> (7 - (position & 7)) & 1;
-        ++position;
-        --left;
+        const int bit = m_codewords[m_position >> 3] >> (7 - (m_position & 7)) & 1;
+        ++m_position;
+        --m_left;
         return bit != 0;
     }
 
     /// At least eight bits must be left.
     std::uint8_t takeByte()
     {
-        const int offset = position & 7;
-        const std::uint8_t* const at = codewords + (position >> 3);
-        position += 8;
-        left -= 8;
+        const int offset = m_position & 7;
+        const std::uint8_t* const at = m_codewords + (m_position >> 3);
+        m_position += 8;
+        m_left -= 8;
         if (offset == 0) {
             return at[0];
         }
@@ -99,9 +99,9 @@ public:
     }
 
 private:
-    const std::uint8_t* const codewords;
-    int position = 0;
-    int left;
+    const std::uint8_t* const m_codewords;
+    int m_position = 0;
+    int m_left;
 };
 
 /// Four modules of a column, in the order of the rows.

@@ -28,6 +28,7 @@ ChangeOrgDataDlg::~ChangeOrgDataDlg() = default;
 
 void ChangeOrgDataDlg::saveOrgData()
 {
+    // kept: what else the file held is dropped.
     const QJsonObject object = {{"nameFormat1", orgNameFormat1},
                                 {"nameFormat2", orgNameFormat2},
                                 {"region", orgRegion},

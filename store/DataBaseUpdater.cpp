@@ -358,6 +358,7 @@ void DataBaseUpdater::insertListIds(QString& text)
 
 void DataBaseUpdater::fail(const QString& what, const QSqlQuery& query)
 {
+    // kept: no later success within the run clears it; callers look at it after a failure only.
     m_lastError = what + query.lastError().text();
     m_lastQuery = query.lastQuery();
 }

@@ -1,14 +1,20 @@
 #include "tools/BackupCommand.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QTextStream>
 
 #include "app/TerminalText.h"
 #include "tools/DatabaseBackup.h"
 #include "tools/Interruption.h"
-#include "tools/UserLanguage.h"
 
 namespace {
+
+/// What this file says, in the language of the user.
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(BackupCommand)
+};
 
 /// What the command is asked to do.
 struct BackupOptions
@@ -20,8 +26,7 @@ struct BackupOptions
 
 QString usage()
 {
-    return inUserLanguage("нужны файл и каталог: zelvora-db backup ФАЙЛ КАТАЛОГ [--keep ЧИСЛО]",
-                          "a file and a folder are needed: zelvora-db backup FILE DIR [--keep N]");
+    return Text::tr("a file and a folder are needed: zelvora-db backup FILE DIR [--keep N]");
 }
 
 bool readOptions(const QStringList& arguments, BackupOptions& options, QString& error)
@@ -31,7 +36,7 @@ bool readOptions(const QStringList& arguments, BackupOptions& options, QString& 
     const QCommandLineOption keep("keep", QString(), "keep");
     parser.addOption(keep);
     if (!parser.parse(QStringList("zelvora-db") + arguments)) {
-        error = inUserLanguage("ошибка в ключах: ", "wrong options: ") + parser.errorText();
+        error = Text::tr("wrong options: %1").arg(parser.errorText());
         return false;
     }
     const QStringList places = parser.positionalArguments();
@@ -40,7 +45,7 @@ bool readOptions(const QStringList& arguments, BackupOptions& options, QString& 
         return false;
     }
     if (parser.values(keep).size() > 1) {
-        error = inUserLanguage("дважды указан ключ --keep", "given twice: --keep");
+        error = Text::tr("given twice: --keep");
         return false;
     }
     options.database = places[0];
@@ -51,10 +56,8 @@ bool readOptions(const QStringList& arguments, BackupOptions& options, QString& 
     bool isNumber = false;
     options.kept = parser.value(keep).toInt(&isNumber);
     if (!isNumber || options.kept < 1 || options.kept > mostKept) {
-        error =
-            inUserLanguage("--keep — не число от 1 до %1: ", "--keep is no number from 1 to %1: ")
-                .arg(mostKept) +
-            parser.value(keep);
+        error = Text::tr("--keep is no number from 1 to %1: %2")
+                    .arg(QString::number(mostKept), parser.value(keep));
         return false;
     }
     return true;
@@ -79,17 +82,15 @@ bool runBackupCommand(const QStringList& arguments, QTextStream& out, QTextStrea
     DatabaseBackup backup(options.database, options.folder);
     switch (backup.make()) {
     case DatabaseBackup::Result::Made:
-        out << inUserLanguage("Создан архив ", "Made the archive ") << onOneLine(backup.archive())
-            << '\n';
+        out << Text::tr("Made the archive %1").arg(onOneLine(backup.archive())) << '\n';
         break;
     case DatabaseBackup::Result::Unchanged:
-        out << inUserLanguage("База не изменилась, её хранит архив ",
-                              "The database has not changed, it is kept in the archive ")
-            << onOneLine(backup.archive()) << '\n';
+        out << Text::tr("The database has not changed, it is kept in the archive %1")
+                   .arg(onOneLine(backup.archive()))
+            << '\n';
         break;
     case DatabaseBackup::Result::Interrupted:
-        return fail(
-            err, inUserLanguage("прервано, архив не создан", "interrupted, no archive was made"));
+        return fail(err, Text::tr("interrupted, no archive was made"));
     case DatabaseBackup::Result::Failed:
         return fail(err, backup.error());
     }
@@ -98,8 +99,7 @@ bool runBackupCommand(const QStringList& arguments, QTextStream& out, QTextStrea
     }
     const bool areRemoved = backup.removeBeyond(options.kept);
     for (const QString& path : backup.removed()) {
-        out << inUserLanguage("Удалён старый архив ", "Removed the old archive ") << onOneLine(path)
-            << '\n';
+        out << Text::tr("Removed the old archive %1").arg(onOneLine(path)) << '\n';
     }
     return areRemoved || fail(err, backup.error());
 }

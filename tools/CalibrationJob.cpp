@@ -5,8 +5,6 @@
 #include <QPainter>
 #include <QPrinter>
 #include <QPrinterInfo>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QStringList>
 #include <QTextStream>
 #include <QVariant>
@@ -21,8 +19,8 @@
 #include "printing/calibration/CalibrationSheet.h"
 #include "printing/calibration/PrintOffsets.h"
 #include "render/page/PagePicture.h"
+#include "render/page/PageRows.h"
 #include "store/RecordLookup.h"
-#include "tools/UserLanguage.h"
 
 namespace {
 
@@ -45,35 +43,34 @@ struct Axis
 
 Axis horizontal()
 {
-    return {"Смещение печати X", inUserLanguage("вправо", "right"),
-            inUserLanguage("влево", "left")};
+    return {"Смещение печати X", CalibrationJob::tr("right"), CalibrationJob::tr("left")};
 }
 
 Axis vertical()
 {
-    return {"Смещение печати Y", inUserLanguage("вниз", "down"), inUserLanguage("вверх", "up")};
+    return {"Смещение печати Y", CalibrationJob::tr("down"), CalibrationJob::tr("up")};
 }
 
 /// "Смещение печати X: 2 mm: moves the print 1.85 mm left, 0.15 mm right remains".
 QString inWords(const PrintOffsets::Offset& offset, const Axis& axis)
 {
     constexpr double nothing = 0.005; // would be written as 0.00
-    const QString moved =
-        offset.value == 0 ? inUserLanguage("печать не сдвинется", "moves nothing")
-                          : inUserLanguage("сдвинет печать на %1 мм %2", "moves the print %1 mm %2")
-                                .arg(hundredths(offset.moved), axis.wayOf(offset.moved));
+    const QString moved = offset.value == 0
+                              ? CalibrationJob::tr("moves nothing")
+                              : CalibrationJob::tr("moves the print %1 mm %2")
+                                    .arg(hundredths(offset.moved), axis.wayOf(offset.moved));
     const QString remaining =
         std::abs(offset.remaining) < nothing
-            ? inUserLanguage("остатка нет", "nothing remains")
-            : inUserLanguage("остаток %1 мм %2", "%1 mm %2 remains")
+            ? CalibrationJob::tr("nothing remains")
+            : CalibrationJob::tr("%1 mm %2 remains")
                   .arg(hundredths(offset.remaining), axis.wayOf(offset.remaining));
-    return inUserLanguage("%1: %2 мм — %3, %4", "%1: %2 mm: %3, %4")
+    return CalibrationJob::tr("%1: %2 mm: %3, %4")
         .arg(axis.setting, QString::number(offset.value), moved, remaining);
 }
 
 QString cantReadBlanks(const QString& reason)
 {
-    return inUserLanguage("не удалось прочитать бланки: ", "can't read the blanks: ") + reason;
+    return CalibrationJob::tr("can't read the blanks: %1").arg(reason);
 }
 
 } // namespace
@@ -125,13 +122,12 @@ JobResult CalibrationJob::printToPrinter(const CalibrationSheet& sheet)
     case CalibrationSheet::Result::PrinterRefused:
         break;
     }
-    return fail(inUserLanguage("принтер не принял лист", "the printer refused the sheet"));
+    return fail(tr("the printer refused the sheet"));
 }
 
 JobResult CalibrationJob::reportTooSmall()
 {
-    return fail(inUserLanguage("лист бланка меньше %1 мм, шкалы на нём не поместятся",
-                               "the blank's sheet is smaller than %1 mm, too small for scales")
+    return fail(tr("the blank's sheet is smaller than %1 mm, too small for scales")
                     .arg(CalibrationSheet::smallestSide));
 }
 
@@ -152,9 +148,8 @@ JobResult CalibrationJob::tellOffsets()
     m_out << inWords(offsets.offsetFor(m_options.readOffsets().x()), horizontal()) << '\n'
           << inWords(offsets.offsetFor(m_options.readOffsets().y()), vertical()) << '\n';
     if (!blank->offsets.isNull()) {
-        m_out << inUserLanguage("Сейчас у бланка «%1» X %2 мм, Y %3 мм: новые числа заменяют их.",
-                                "The blank \"%1\" has X %2 mm, Y %3 mm now: the new values replace "
-                                "them.")
+        m_out << tr("The blank \"%1\" has X %2 mm, Y %3 mm now: the new values replace "
+                    "them.")
                      .arg(onOneLine(blank->name), QString::number(blank->offsets.x()),
                           QString::number(blank->offsets.y()))
               << '\n';
@@ -168,9 +163,8 @@ std::optional<CalibrationJob::Blank> CalibrationJob::findBlank()
     QString error;
     const QVariantList ids = recordsByIdOrName("blanks", "NAME", m_options.blank(), &error);
     if (ids.isEmpty()) {
-        fail(error.isEmpty()
-                 ? inUserLanguage("нет бланка ", "there is no blank ") + m_options.blank()
-                 : cantReadBlanks(error));
+        fail(error.isEmpty() ? tr("there is no blank %1").arg(m_options.blank())
+                             : cantReadBlanks(error));
         return std::nullopt;
     }
     if (ids.size() > 1) {
@@ -179,22 +173,15 @@ std::optional<CalibrationJob::Blank> CalibrationJob::findBlank()
         for (const QVariant& id : ids) {
             texts << id.toString();
         }
-        fail(inUserLanguage("бланков с таким названием несколько, укажите номер: ",
-                            "several blanks have this name, give an ID: ") +
-             texts.join(", "));
+        fail(tr("several blanks have this name, give an ID: %1").arg(texts.join(", ")));
         return std::nullopt;
     }
-    QSqlQuery query;
-    query.setForwardOnly(true);
-    query.prepare("SELECT * FROM blanks WHERE ID = ?");
-    query.addBindValue(ids.first());
-    if (!query.exec() || !query.next()) {
-        fail(cantReadBlanks(query.lastError().text()));
+    const std::optional<PageBlank> row = PageBlank::read(ids.first(), PageBlank(), &error);
+    if (!row) {
+        fail(cantReadBlanks(error));
         return std::nullopt;
     }
-    return Blank{query.value("NAME").toString(), BlankPaper::ofRow(query),
-                 QPoint(query.value("OFFSET_X").toInt(), query.value("OFFSET_Y").toInt()),
-                 BlankPaper::storedSize(query)};
+    return Blank{row->name, row->paper(), row->offset, row->storedSize};
 }
 
 bool CalibrationJob::hasUsableSize(const Blank& blank)
@@ -202,9 +189,7 @@ bool CalibrationJob::hasUsableSize(const Blank& blank)
     if (blank.paper.unitLength() > 0 && !isLargerThanPaper(blank.paper.pageSize())) {
         return true;
     }
-    report(inUserLanguage("таких размеров у листа не бывает: %1 мм, бланк %2",
-                          "no sheet has such a size: %1 mm, blank %2")
-               .arg(blank.storedSize, blank.name));
+    report(tr("no sheet has such a size: %1 mm, blank %2").arg(blank.storedSize, blank.name));
     return false;
 }
 

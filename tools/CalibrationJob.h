@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QPoint>
 #include <QString>
 
@@ -16,6 +17,8 @@ class CalibrationSheet;
 /// options name a blank; it is never changed.
 class CalibrationJob : public PrintToolJob
 {
+    Q_DECLARE_TR_FUNCTIONS(CalibrationJob)
+
 public:
     using PrintToolJob::PrintToolJob;
 

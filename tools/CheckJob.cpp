@@ -8,7 +8,6 @@
 #include "printing/BatchCheck.h"
 #include "tools/Interruption.h"
 #include "tools/PrintWords.h"
-#include "tools/UserLanguage.h"
 
 JobResult CheckJob::run()
 {
@@ -24,7 +23,7 @@ JobResult CheckJob::run()
     m_progress.clear();
     writeTail();
     if (!isWhole && !isReaderGone()) {
-        report(inUserLanguage("прервано", "interrupted"));
+        report(tr("interrupted"));
     }
     if (m_summary.documents() == 0) {
         return JobResult::NotDone;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCoreApplication>
+
 #include "preflight/CheckSummary.h"
 #include "preflight/FindingWords.h"
 #include "tools/DocumentJob.h"
@@ -10,6 +12,8 @@
 /// The database must be open.
 class CheckJob : public DocumentJob
 {
+    Q_DECLARE_TR_FUNCTIONS(CheckJob)
+
 public:
     using DocumentJob::DocumentJob;
 

@@ -15,7 +15,6 @@
 #include "store/Schema.h"
 #include "tools/Interruption.h"
 #include "tools/SettledDatabase.h"
-#include "tools/UserLanguage.h"
 
 namespace {
 
@@ -105,11 +104,11 @@ DatabaseBackup::DatabaseBackup(const QString& database, const QString& folder)
 DatabaseBackup::Result DatabaseBackup::make()
 {
     if (!QFileInfo(m_database).isFile()) {
-        return fail(inUserLanguage("нет такого файла: ", "no such file: ") + m_database);
+        return fail(tr("no such file: %1").arg(m_database));
     }
     // Not made here: where a disk is not there today, its folder must not arise on another one.
     if (!QFileInfo(m_folder).isDir()) {
-        return fail(inUserLanguage("нет такого каталога: ", "no such folder: ") + m_folder);
+        return fail(tr("no such folder: %1").arg(m_folder));
     }
     removeLeftovers(m_folder);
     const QString part = unfinishedPath(m_folder, "zlv");
@@ -135,9 +134,7 @@ bool DatabaseBackup::removeBeyond(int number)
     for (int i = 0; i <= names.size() - number; ++i) {
         const QString path = QDir(m_folder).filePath(names[i]);
         if (!QFile::remove(path)) {
-            m_error = inUserLanguage("не удалось удалить старый архив ",
-                                     "cannot remove the old archive ") +
-                      path;
+            m_error = tr("cannot remove the old archive %1").arg(path);
             return false;
         }
         m_removed << path;
@@ -190,19 +187,16 @@ DatabaseBackup::Result DatabaseBackup::check(const QString& part)
     if (!isChecked || rows != QStringList("ok")) {
         constexpr int shownLength = 200;
         const QString firstFault = rows.value(0).simplified().left(shownLength);
-        return fail(inUserLanguage("база данных повреждена, архив не создан: ",
-                                   "the database is damaged, no archive was made: ") +
-                    m_database + " (" + (isChecked ? firstFault : archive.message()) + ")");
+        return fail(tr("the database is damaged, no archive was made: %1 (%2)")
+                        .arg(m_database, isChecked ? firstFault : archive.message()));
     }
     // An empty file is sound too, but would push the good archives out in the end.
     archive.run("SELECT name FROM sqlite_master WHERE type = 'table'", rows);
     for (const TableDefinition& table : schemaTables()) {
         const bool madeOnDemand = table.name == "zvsys";
         if (!madeOnDemand && !rows.contains(table.name)) {
-            return fail(inUserLanguage("в файле нет таблицы %1, архив не создан: ",
-                                       "the file has no table %1, no archive was made: ")
-                            .arg(table.name) +
-                        m_database);
+            return fail(tr("the file has no table %1, no archive was made: %2")
+                            .arg(table.name, m_database));
         }
     }
     return Result::Made;
@@ -232,8 +226,7 @@ DatabaseBackup::Result DatabaseBackup::giveName(const QString& part)
     }
     m_archive = QDir(m_folder).filePath(nameAt(time));
     if (!QFile::rename(part, m_archive)) {
-        return fail(inUserLanguage("не удалось записать файл ", "cannot write the file ") +
-                    m_archive);
+        return fail(tr("cannot write the file %1").arg(m_archive));
     }
     return Result::Made;
 }

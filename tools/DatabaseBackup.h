@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -9,6 +10,8 @@ class QDateTime;
 /// archive comes to be whole and checked, or not at all.
 class DatabaseBackup
 {
+    Q_DECLARE_TR_FUNCTIONS(DatabaseBackup)
+
 public:
     enum class Result
     {

@@ -8,12 +8,12 @@
 #include <QSqlQuery>
 
 #include "app/AppHelpers.h"
+#include "app/StoredPath.h"
 #include "blanks/BlankRecord.h"
 #include "forms/FormDefinitions.h"
 #include "store/Schema.h"
 #include "store/TableShape.h"
 #include "tools/SettledDatabase.h"
-#include "tools/UserLanguage.h"
 
 namespace {
 
@@ -55,7 +55,7 @@ bool DatabaseCheck::run()
     m_damagedTables.clear();
     m_computedTables.clear();
     if (!QFileInfo(m_path).isFile()) {
-        m_error = inUserLanguage("нет такого файла: ", "no such file: ") + m_path;
+        m_error = tr("no such file: %1").arg(m_path);
         return false;
     }
     SettledDatabase settled(m_path);
@@ -86,9 +86,7 @@ bool DatabaseCheck::checkOpened()
         }
     }
     if (!reason.isEmpty()) {
-        m_error = inUserLanguage("файл не читается как база данных: ",
-                                 "the file cannot be read as a database: ") +
-                  m_path + " (" + reason + ")";
+        m_error = tr("the file cannot be read as a database: %1 (%2)").arg(m_path, reason);
         return false;
     }
     checkIntegrity();
@@ -110,13 +108,13 @@ void DatabaseCheck::checkIntegrity()
 {
     QSqlQuery query(m_database);
     if (!query.exec("PRAGMA integrity_check")) {
-        find("SQLite", query.lastError().text(), query.lastError().text());
+        find("SQLite", query.lastError().text());
         return;
     }
     while (query.next()) {
         const QString result = query.value(0).toString();
         if (result != "ok") {
-            find("SQLite", result, result);
+            find("SQLite", result);
         }
     }
 }
@@ -125,8 +123,8 @@ void DatabaseCheck::checkTable(const TableDefinition& table)
 {
     if (tableKind(m_database, table.name) == TableKind::Computed) {
         m_computedTables << table.name;
-        find(table.name, "это не таблица с записями, а вычисления на её месте; они не выполнялись",
-             "this is no table of stored rows, but computations in its place; they were not run");
+        find(table.name, tr("this is no table of stored rows, but computations in its place; they "
+                            "were not run"));
         return;
     }
     QSqlQuery query(m_database);
@@ -145,7 +143,7 @@ void DatabaseCheck::checkTable(const TableDefinition& table)
     if (present.isEmpty()) {
         m_damagedTables << table.name;
         if (!madeOnDemand) {
-            find(table.name, "таблицы нет", "the table is missing");
+            find(table.name, tr("the table is missing"));
         }
         return;
     }
@@ -153,8 +151,7 @@ void DatabaseCheck::checkTable(const TableDefinition& table)
         const int position = present.indexOf(column.name);
         if (position < 0) {
             m_damagedTables << table.name;
-            find(table.name, "нет столбца " + column.name,
-                 "the column " + column.name + " is missing");
+            find(table.name, tr("the column %1 is missing").arg(column.name));
             continue;
         }
         checkColumnType(table.name, column, types[position], column.name == key);
@@ -173,10 +170,8 @@ void DatabaseCheck::checkOrder(const TableDefinition& table, const QStringList& 
     if (present.mid(0, expected.size()) == expected || m_damagedTables.contains(table.name)) {
         return;
     }
-    find(table.name,
-         "столбцы стоят не по порядку: " + present.join(", ") + "; нужно: " + expected.join(", "),
-         "the columns are out of order: " + present.join(", ") +
-             "; expected: " + expected.join(", "));
+    find(table.name, tr("the columns are out of order: %1; expected: %2")
+                         .arg(present.join(", "), expected.join(", ")));
 }
 
 void DatabaseCheck::checkColumnType(const QString& table, const ColumnDefinition& column,
@@ -185,13 +180,12 @@ void DatabaseCheck::checkColumnType(const QString& table, const ColumnDefinition
     const QString place = table + "." + column.name;
     if (column.type.contains("PRIMARY KEY")) {
         if (!isKey || type.toUpper() != "INTEGER") {
-            find(place, "это не целочисленный первичный ключ", "this is no integer primary key");
+            find(place, tr("this is no integer primary key"));
         }
         return;
     }
     if (isNumericType(column.type) != isNumericType(type)) {
-        find(place, "тип " + type + " вместо " + column.type,
-             "the type is " + type + " instead of " + column.type);
+        find(place, tr("the type is %1 instead of %2").arg(type, column.type));
     }
 }
 
@@ -206,9 +200,7 @@ void DatabaseCheck::checkVersion()
         rows++;
     }
     if (rows > 1) {
-        const QString count = QString::number(rows);
-        find("zvsys", "строк: " + count + ", а должна быть одна",
-             count + " rows where one is expected");
+        find("zvsys", tr("%n rows where one is expected", nullptr, rows));
     }
 }
 
@@ -223,8 +215,7 @@ void DatabaseCheck::checkLists()
         const QJsonArray items = arrayIn(query.value(1), "items", place);
         for (int i = 0; i < items.size(); i++) {
             if (!items[i].isString()) {
-                find(QString("%1, items[%2]").arg(place).arg(i), "это не строка",
-                     "this is no string");
+                find(QString("%1, items[%2]").arg(place).arg(i), tr("this is no string"));
             }
         }
     }
@@ -290,8 +281,7 @@ void DatabaseCheck::checkBlanks()
         const QJsonArray items = arrayIn(query.value(3), "fields", place);
         for (int i = 0; i < items.size(); i++) {
             if (!items[i].isObject()) {
-                find(QString("%1, fields[%2]").arg(place).arg(i), "это не объект",
-                     "this is no object");
+                find(QString("%1, fields[%2]").arg(place).arg(i), tr("this is no object"));
             }
         }
     }
@@ -300,11 +290,11 @@ void DatabaseCheck::checkBlanks()
 void DatabaseCheck::checkBackground(const QString& background, const QString& row)
 {
     const QString directory = QFileInfo(m_path).path();
-    const QString path = directory + "/" + background;
+    const QString path = storedFilePath(directory, background);
     checkFile(path, row, "BACKGROUND_IMG");
     if (hasNeighbours() && QFileInfo(path).isFile() && !liesBelow(path, directory)) {
-        find(row + ", BACKGROUND_IMG", "файл лежит вне папки программы: " + path,
-             "the file lies outside the application directory: " + path);
+        find(row + ", BACKGROUND_IMG",
+             tr("the file lies outside the application directory: %1").arg(path));
     }
 }
 
@@ -318,7 +308,7 @@ void DatabaseCheck::checkBlankSize(const QVariant& millimetres, const QString& p
         return;
     }
     const QString text = millimetres.toString();
-    find(place, "не размер от 0 до 500 мм: " + text, "no size from 0 to 500 mm: " + text);
+    find(place, tr("no size from 0 to 500 mm: %1").arg(text));
 }
 
 void DatabaseCheck::checkPaperFormat(const QVariant& code, const QString& place)
@@ -328,8 +318,7 @@ void DatabaseCheck::checkPaperFormat(const QVariant& code, const QString& place)
         QVector<int>{PaperFormat::a4, PaperFormat::a5, PaperFormat::customMm}.contains(
             code.toInt());
     if (!code.isNull() && !isKnown) {
-        find(place, "нет формата бумаги с кодом " + code.toString(),
-             "there is no paper format with the code " + code.toString());
+        find(place, tr("there is no paper format with the code %1").arg(code.toString()));
     }
 }
 
@@ -349,8 +338,8 @@ void DatabaseCheck::checkExchangeTemplates()
         const QJsonArray items = arrayIn(query.value(2), "items", place);
         for (int i = 0; i < items.size(); i++) {
             if (!items[i]["col"].isString() || !items[i]["tag"].isString()) {
-                find(QString("%1, items[%2]").arg(place).arg(i), "нет строк col и tag",
-                     "the strings col and tag are missing");
+                find(QString("%1, items[%2]").arg(place).arg(i),
+                     tr("the strings col and tag are missing"));
             }
         }
     }
@@ -359,12 +348,12 @@ void DatabaseCheck::checkExchangeTemplates()
 void DatabaseCheck::checkField(const QJsonValue& value, const QString& place)
 {
     if (!value.isObject()) {
-        find(place, "это не объект", "this is no object");
+        find(place, tr("this is no object"));
         return;
     }
     const QJsonObject field = value.toObject();
     if (field["tag"].toString().isEmpty()) {
-        find(place, "нет метки (tag)", "there is no tag");
+        find(place, tr("there is no tag"));
     }
     const QString named = place + " " + field["tag"].toString();
     checkTypeAndList(field, named);
@@ -376,7 +365,7 @@ void DatabaseCheck::checkField(const QJsonValue& value, const QString& place)
 void DatabaseCheck::checkEntry(const QJsonValue& value, const QString& place)
 {
     if (!value.isObject()) {
-        find(place, "это не объект", "this is no object");
+        find(place, tr("this is no object"));
         return;
     }
     const QJsonObject entry = value.toObject();
@@ -392,13 +381,13 @@ void DatabaseCheck::checkTypeAndList(const QJsonObject& object, const QString& p
     const QJsonValue type = object["type"];
     if (!type.isUndefined() && !(type.isDouble() && fieldTypeNames.contains(type.toInt(-1)))) {
         const QString text = type.toVariant().toString();
-        find(place, "неизвестный тип (type): " + text, "unknown type: " + text);
+        find(place, tr("unknown type: %1").arg(text));
         return;
     }
     const int list = object["list"].toInt();
     if (type.toInt() == FieldType::list && !m_listIds.contains(list)) {
         const QString id = QString::number(list);
-        find(place, "нет списка с ID " + id, "there is no list with the ID " + id);
+        find(place, tr("there is no list with the ID %1").arg(id));
     }
 }
 
@@ -406,7 +395,7 @@ void DatabaseCheck::checkTableColumns(const QJsonValue& value, const QString& ke
                                       const QString& place)
 {
     if (!value.isArray()) {
-        find(place, key + " — не массив", key + " is no array");
+        find(place, tr("%1 is no array").arg(key));
         return;
     }
     const QJsonArray columns = value.toArray();
@@ -422,14 +411,14 @@ void DatabaseCheck::checkTableColumn(const QJsonObject& column, const QString& p
     // A number, unlike its text, reads as 0 whatever it is.
     if (!type.isString() || !columnTypes.contains(type.toString())) {
         const QString text = type.toVariant().toString();
-        find(place, "неизвестный тип столбца (typeID): " + text, "unknown typeID: " + text);
+        find(place, tr("unknown typeID: %1").arg(text));
         return;
     }
     const QJsonValue list = column["listID"];
     const bool usesList = type.toString().toInt() == FieldType::list && !list.isUndefined();
     if (usesList && !m_listIds.contains(list.toString().toInt())) {
         const QString id = list.toVariant().toString();
-        find(place, "нет списка с ID " + id, "there is no list with the ID " + id);
+        find(place, tr("there is no list with the ID %1").arg(id));
     }
 }
 
@@ -440,7 +429,7 @@ void DatabaseCheck::checkFormReference(const QVariant& form, const QString& row,
         return;
     }
     const QString id = form.isNull() ? "NULL" : form.toString();
-    find(row + ", " + column, "нет формы с ID " + id, "there is no form with the ID " + id);
+    find(row + ", " + column, tr("there is no form with the ID %1").arg(id));
 }
 
 /// Only the application's own file has its neighbours beside it; an archive has not.
@@ -454,7 +443,7 @@ void DatabaseCheck::checkFile(const QString& path, const QString& row, const QSt
     if (!hasNeighbours() || QFileInfo(path).isFile()) {
         return;
     }
-    find(row + ", " + column, "нет файла " + path, "there is no file " + path);
+    find(row + ", " + column, tr("there is no file %1").arg(path));
 }
 
 bool DatabaseCheck::select(QSqlQuery& query, const QString& table, const QString& columns)
@@ -467,7 +456,7 @@ bool DatabaseCheck::select(QSqlQuery& query, const QString& table, const QString
         return true;
     }
     if (!m_damagedTables.contains(table)) {
-        find(table, query.lastError().text(), query.lastError().text());
+        find(table, query.lastError().text());
     }
     return false;
 }
@@ -491,12 +480,12 @@ QJsonObject DatabaseCheck::objectIn(const QVariant& value, const QString& place)
     QJsonParseError error = {0, QJsonParseError::NoError};
     const QJsonDocument document = QJsonDocument::fromJson(value.toByteArray(), &error);
     if (value.isNull()) {
-        find(place, "пусто (NULL)", "it is NULL");
+        find(place, tr("it is NULL"));
     } else if (error.error != QJsonParseError::NoError) {
         const QString reason = QString("%1 (%2)").arg(error.errorString()).arg(error.offset);
-        find(place, "это не JSON: " + reason, "this is no JSON: " + reason);
+        find(place, tr("this is no JSON: %1").arg(reason));
     } else if (!document.isObject()) {
-        find(place, "это не объект JSON", "this is no JSON object");
+        find(place, tr("this is no JSON object"));
     }
     return document.object();
 }
@@ -506,12 +495,12 @@ QJsonArray DatabaseCheck::arrayIn(const QVariant& value, const QString& key, con
     const int before = m_findings.size();
     const QJsonObject object = objectIn(value, place);
     if (m_findings.size() == before && !object[key].isArray()) {
-        find(place, "нет массива " + key, "the array " + key + " is missing");
+        find(place, tr("the array %1 is missing").arg(key));
     }
     return object[key].toArray();
 }
 
-void DatabaseCheck::find(const QString& place, const QString& russian, const QString& english)
+void DatabaseCheck::find(const QString& place, const QString& fault)
 {
-    m_findings << place + ": " + inUserLanguage(russian, english);
+    m_findings << place + ": " + fault;
 }

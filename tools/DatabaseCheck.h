@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QSet>
 #include <QSqlDatabase>
 #include <QString>
@@ -19,6 +20,8 @@ struct TableDefinition;
 /// names are looked for as well.
 class DatabaseCheck
 {
+    Q_DECLARE_TR_FUNCTIONS(DatabaseCheck)
+
 public:
     explicit DatabaseCheck(const QString& path);
 
@@ -66,7 +69,7 @@ private:
     QSet<int> idsOf(const QString& table);
     QJsonObject objectIn(const QVariant& value, const QString& place);
     QJsonArray arrayIn(const QVariant& value, const QString& key, const QString& place);
-    void find(const QString& place, const QString& russian, const QString& english);
+    void find(const QString& place, const QString& fault);
 
     const QString m_path;
     QSqlDatabase m_database;

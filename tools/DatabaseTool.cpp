@@ -1,5 +1,6 @@
 #include "tools/DatabaseTool.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QTextStream>
 
@@ -14,29 +15,19 @@
 
 namespace {
 
+/// What this file says, in the language of the user.
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(DatabaseTool)
+};
+
 constexpr int success = 0;
 constexpr int findingsExist = 1;
 constexpr int failure = 2;
 
 QString helpText()
 {
-    return inUserLanguage(
-        "Использование: zelvora-db КОМАНДА ПУТЬ\n"
-        "               zelvora-db backup ФАЙЛ КАТАЛОГ [--keep ЧИСЛО]\n"
-        "\n"
-        "  create ФАЙЛ     создать базу данных без документов, со стандартными формами и списками\n"
-        "  sample КАТАЛОГ  создать в каталоге учебный пример: базу данных, бланки с фонами,\n"
-        "                  двести документов, шаблоны документов и обмена с таблицами\n"
-        "  check ФАЙЛ      проверить базу данных, ничего в ней не меняя: структуру, записи JSON\n"
-        "                  и ссылки; у файла docs.db — также фоны и таблицы рядом с ним\n"
-        "  backup ФАЙЛ КАТАЛОГ\n"
-        "                  создать в каталоге архив базы данных (.zlv) с датой в имени, если\n"
-        "                  база изменилась; с ней в это время можно работать\n"
-        "  --keep ЧИСЛО    хранить столько последних архивов, более старые удалять\n"
-        "  --help          показать эту справку\n"
-        "\n"
-        "Существующие файлы никогда не перезаписываются. Код завершения: 0 — всё в порядке,\n"
-        "1 — проверка нашла ошибки, 2 — задание не выполнено.\n",
+    return Text::tr(
         "Usage: zelvora-db COMMAND PATH\n"
         "       zelvora-db backup FILE DIR [--keep N]\n"
         "\n"
@@ -63,43 +54,42 @@ int fail(QTextStream& err, const QString& reason)
     return failure;
 }
 
-QString fileExists()
+QString fileExists(const QString& path)
 {
-    return inUserLanguage("файл уже существует: ", "the file exists already: ");
+    return Text::tr("the file exists already: %1").arg(path);
 }
 
-QString whyNoSample(SampleResult result)
+QString whyNoSample(SampleResult result, const QString& detail)
 {
     switch (result) {
     case SampleResult::DatabaseExists:
-        return fileExists();
+        return fileExists(detail);
     case SampleResult::FolderRefused:
-        return inUserLanguage("не удалось создать каталог ", "cannot make the directory ");
+        return Text::tr("cannot make the directory %1").arg(detail);
     case SampleResult::FileRefused:
-        return inUserLanguage("не удалось записать файл ", "cannot write the file ");
+        return Text::tr("cannot write the file %1").arg(detail);
     case SampleResult::DatabaseNotFilled:
     case SampleResult::Done:
         break;
     }
-    return QString();
+    return detail;
 }
 
 QString noPathGiven()
 {
-    return inUserLanguage("не указан файл или каталог", "no file or folder is named");
+    return Text::tr("no file or folder is named");
 }
 
 int create(const QString& path, QTextStream& out, QTextStream& err)
 {
     if (QFileInfo::exists(path) || QFileInfo(path).isSymLink()) {
-        return fail(err, fileExists() + path);
+        return fail(err, fileExists(path));
     }
     QString error;
     if (!createDatabaseFile(path, &error, insertStandardContent)) {
-        return fail(err,
-                    inUserLanguage("база данных не создана: ", "no database was made: ") + error);
+        return fail(err, Text::tr("no database was made: %1").arg(error));
     }
-    out << inUserLanguage("Создана база данных ", "Made the database ") << onOneLine(path) << '\n';
+    out << Text::tr("Made the database %1").arg(onOneLine(path)) << '\n';
     return success;
 }
 
@@ -108,10 +98,9 @@ int sample(const QString& path, QTextStream& out, QTextStream& err)
     QString detail;
     const SampleResult result = createSampleDirectory(path, &detail);
     if (result != SampleResult::Done) {
-        return fail(err, whyNoSample(result) + detail);
+        return fail(err, whyNoSample(result, detail));
     }
-    out << inUserLanguage("Учебный пример создан в каталоге ", "Made the sample in ")
-        << onOneLine(path) << '\n';
+    out << Text::tr("Made the sample in %1").arg(onOneLine(path)) << '\n';
     return success;
 }
 
@@ -122,19 +111,18 @@ int check(const QString& path, QTextStream& out, QTextStream& err)
         return fail(err, check.error());
     }
     if (check.hasWaitingChange()) {
-        out << inUserLanguage("Последнее изменение базы прервано; его отменит следующее открытие. "
-                              "Проверено то, что останется.\n",
-                              "The last change of the database was interrupted; the next opening "
-                              "will undo it. What will remain was checked.\n");
+        out << Text::tr("The last change of the database was interrupted; the next opening "
+                        "will undo it. What will remain was checked.")
+            << '\n';
     }
     for (const QString& finding : check.findings()) {
         out << onOneLine(finding) << '\n';
     }
     if (!check.findings().isEmpty()) {
-        out << inUserLanguage("Найдено ошибок: ", "Findings: ") << check.findings().size() << '\n';
+        out << Text::tr("Findings: %n", nullptr, check.findings().size()) << '\n';
         return findingsExist;
     }
-    out << inUserLanguage("Ошибок не найдено: ", "Nothing found: ") << onOneLine(path) << '\n';
+    out << Text::tr("Nothing found: %1").arg(onOneLine(path)) << '\n';
     return success;
 }
 
@@ -165,8 +153,7 @@ int runCommand(const QStringList& arguments, QTextStream& out, QTextStream& err)
     if (command == "check") {
         return check(path, out, err);
     }
-    err << "zelvora-db: " << inUserLanguage("неизвестная команда: ", "unknown command: ")
-        << onOneLine(command) << '\n'
+    err << "zelvora-db: " << Text::tr("unknown command: %1").arg(onOneLine(command)) << '\n'
         << helpText();
     return failure;
 }

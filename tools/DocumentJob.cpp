@@ -7,7 +7,6 @@
 #include "preflight/PageCheck.h"
 #include "tools/Interruption.h"
 #include "tools/PrintWords.h"
-#include "tools/UserLanguage.h"
 
 bool DocumentJob::selectDocuments()
 {
@@ -16,10 +15,10 @@ bool DocumentJob::selectDocuments()
         return false;
     }
     for (const qint64 id : m_selection.unknownIds()) {
-        report(inUserLanguage("нет документа ", "there is no document ") + QString::number(id));
+        report(tr("there is no document %1").arg(QString::number(id)));
     }
     if (m_selection.documents().isEmpty() && allKnown()) {
-        report(inUserLanguage("таких документов нет", "there are no such documents"));
+        report(tr("there are no such documents"));
     }
     m_sheets = sheetsOf(m_selection.documents(), m_options.blank());
     for (PrintSheet& sheet : m_sheets) {
@@ -42,10 +41,8 @@ bool DocumentJob::makeFolder()
 void DocumentJob::reportNoFolder()
 {
     const bool isThere = QFileInfo(m_options.output()).isDir();
-    report((isThere
-                ? inUserLanguage("в каталог нельзя записать файл: ", "the folder takes no files: ")
-                : inUserLanguage("не удалось создать каталог ", "can't make the folder ")) +
-           m_options.output());
+    report((isThere ? tr("the folder takes no files: %1") : tr("can't make the folder %1"))
+               .arg(m_options.output()));
 }
 
 bool DocumentJob::prepare(PageCheck& check)

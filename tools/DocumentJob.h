@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QVector>
 
 #include "printing/BatchObserver.h"
@@ -14,6 +15,8 @@ class PageCheck;
 /// on `err` what can't be done and, if that is a terminal, how far it has come.
 class DocumentJob : public PrintToolJob, public BatchObserver
 {
+    Q_DECLARE_TR_FUNCTIONS(DocumentJob)
+
 public:
     using PrintToolJob::PrintToolJob;
 

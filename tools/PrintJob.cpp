@@ -7,7 +7,6 @@
 #include "printing/BatchCheck.h"
 #include "printing/PrintBatch.h"
 #include "tools/PrintWords.h"
-#include "tools/UserLanguage.h"
 
 namespace {
 
@@ -24,31 +23,38 @@ bool holdsBack(const Finding& finding)
 
 } // namespace
 
+PrintJob::PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
+    : DocumentJob(options, out, err)
+{
+}
+
+PrintJob::~PrintJob() = default;
+
 JobResult PrintJob::run()
 {
     if (!selectDocuments()) {
         return JobResult::NotDone;
     }
     const auto pages = std::make_shared<PageSet>();
-    BatchCheck check(m_sheets, *this, pages);
-    PrintBatch batch(m_sheets, m_options.printTarget(), *this, pages);
-    if (!batch.begin()) {
+    m_batch = std::make_unique<PrintBatch>(m_sheets, m_options.printTarget(), *this, pages);
+    if (!m_batch->begin()) {
         reportNoTarget();
         return JobResult::NotDone;
     }
-    const bool isChecked = m_sheets.size() >= 2 || m_options.isStrict();
-    if (isChecked && !prepare(check.pageCheck())) {
+    if (m_sheets.size() < 2 && !m_options.isStrict()) {
+        return print();
+    }
+    auto check = std::make_unique<BatchCheck>(m_sheets, *this, pages);
+    if (!prepare(check->pageCheck())) {
         return JobResult::NotDone;
     }
     // A common file gets its name only at the end: each of its pages is checked just before it is
     // printed, and laid out once. Elsewhere the check comes before the first sheet leaves.
     if (m_options.target() == PrintOptions::Target::OneFile) {
-        return print(batch, isChecked ? &check : nullptr);
+        m_checkOfNext = std::move(check);
+        return print();
     }
-    if (isChecked && !checkBeforehand(check)) {
-        return JobResult::NotDone;
-    }
-    return print(batch, nullptr);
+    return checkBeforehand(*check) ? print() : JobResult::NotDone;
 }
 
 void PrintJob::reportNoTarget()
@@ -88,34 +94,16 @@ void PrintJob::tellFindings()
     flushOutput(m_out);
 }
 
-void PrintJob::printSheets(PrintBatch& batch, BatchCheck* check)
+JobResult PrintJob::print()
 {
-    while (batch.next() >= 0) {
-        const int sheet = batch.next();
-        if (!goesOn(sheet, m_sheets.size())) {
-            return;
-        }
-        if (check) {
-            check->checkSheet(sheet);
-        }
-        if (m_withFindings.contains(sheet)) {
-            batch.holdBack(sheet);
-        }
-        batch.printNext();
-    }
+    const bool hadAllTheirTurn = m_batch->printAll();
     m_progress.clear();
-    if (check) {
+    if (hadAllTheirTurn && m_checkOfNext) {
         tellFindings();
     }
-}
-
-JobResult PrintJob::print(PrintBatch& batch, BatchCheck* check)
-{
-    printSheets(batch, check);
-    const bool isWhole = batch.finish();
-    m_progress.clear();
-    const int printed = batch.count(SheetOutcome::State::Printed);
-    switch (batch.end()) {
+    const bool isWhole = m_batch->finish();
+    const int printed = m_batch->count(SheetOutcome::State::Printed);
+    switch (m_batch->end()) {
     case PrintBatch::End::Stopped:
         reportInterruption(printed);
         break;
@@ -134,8 +122,18 @@ JobResult PrintJob::print(PrintBatch& batch, BatchCheck* check)
 
 void PrintJob::reportInterruption(int printed)
 {
-    report(inUserLanguage("прервано; напечатано документов: ", "interrupted; documents printed: ") +
-           QString::number(printed));
+    report(tr("interrupted; documents printed: %n", nullptr, printed));
+}
+
+bool PrintJob::goesOn(int sheet, int count)
+{
+    if (!DocumentJob::goesOn(sheet, count)) {
+        return false;
+    }
+    if (m_checkOfNext) {
+        m_checkOfNext->checkSheet(sheet);
+    }
+    return true;
 }
 
 void PrintJob::sheetChecked(int sheet, PageCheck& check)
@@ -143,7 +141,7 @@ void PrintJob::sheetChecked(int sheet, PageCheck& check)
     const QVector<Finding>& findings = check.findings();
     m_summary.add(findings);
     if (m_options.isStrict() && std::any_of(findings.cbegin(), findings.cend(), holdsBack)) {
-        m_withFindings << sheet;
+        m_batch->holdBack(sheet);
     }
 }
 

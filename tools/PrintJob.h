@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QSet>
+#include <QCoreApplication>
+
+#include <memory>
 
 #include "preflight/CheckSummary.h"
 #include "tools/DocumentJob.h"
@@ -16,8 +18,11 @@ class PrintBatch;
 /// are named on `out`, failures on `err`.
 class PrintJob : public DocumentJob
 {
+    Q_DECLARE_TR_FUNCTIONS(PrintJob)
+
 public:
-    using DocumentJob::DocumentJob;
+    PrintJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
+    ~PrintJob() override;
 
     JobResult run();
 
@@ -25,17 +30,18 @@ private:
     bool checkBeforehand(BatchCheck& check);
     void tellFindings();
 
-    /// Prints all sheets unless the user stops it, each after a look by the check if there is one.
-    void printSheets(PrintBatch& batch, BatchCheck* check);
-    JobResult print(PrintBatch& batch, BatchCheck* check);
+    JobResult print();
     void reportNoTarget();
     void reportInterruption(int printed);
 
+    bool goesOn(int sheet, int count) override;
     void sheetChecked(int sheet, PageCheck& check) override;
     void sheetNotChecked(int sheet, const SheetOutcome& outcome) override;
     void sheetDone(int sheet, const SheetOutcome& outcome) override;
     void fileWritten(const QString& path) override;
 
     CheckSummary m_summary;
-    QSet<int> m_withFindings; // sheets that are not to be printed
+    std::unique_ptr<PrintBatch> m_batch;
+    std::unique_ptr<BatchCheck>
+        m_checkOfNext; // looks at each sheet before its turn; null: none does
 };

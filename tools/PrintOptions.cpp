@@ -9,7 +9,6 @@
 #include "printing/FileNamePattern.h"
 #include "printing/calibration/PrintOffsets.h"
 #include "store/StoredDate.h"
-#include "tools/UserLanguage.h"
 
 namespace {
 
@@ -97,124 +96,6 @@ bool hasSuffix(const QString& path, const char* suffix)
     return path.endsWith(QLatin1String(suffix), Qt::CaseInsensitive);
 }
 
-QString russianHelp()
-{
-    return "Использование:\n"
-           "  zelvora-print [КЛЮЧИ] ДОКУМЕНТЫ КУДА             напечатать\n"
-           "  zelvora-print [КЛЮЧИ] --check ДОКУМЕНТЫ          проверить до печати\n"
-           "  zelvora-print [КЛЮЧИ] --proof ДОКУМЕНТЫ КУДА     нарисовать с рамками и замечаниями\n"
-           "  zelvora-print [КЛЮЧИ] --calibration --blank БЛАНК КУДА\n"
-           "                                                   напечатать лист со шкалами\n"
-           "  zelvora-print [КЛЮЧИ] --offsets X Y              вычислить смещение печати\n"
-           "\n"
-           "Печатает документы без окна, так же, как их печатает приложение.\n"
-           "\n"
-           "Документы:\n"
-           "  --id СПИСОК         номера и промежутки номеров: 5 или 3,7,10-20\n"
-           "  --all               все документы\n"
-           "  --surname ТЕКСТ     часть фамилии; отборы сочетаются\n"
-           "  --group ТЕКСТ       часть названия класса\n"
-           "  --type ФОРМА        номер или название формы\n"
-           "  --from ГГГГ-ММ-ДД   дата выдачи: с этого дня включительно\n"
-           "  --to ГГГГ-ММ-ДД     дата выдачи: по этот день включительно\n"
-           "  --where УСЛОВИЕ     условие SQL на столбцы таблицы docs\n"
-           "  --blank БЛАНК       номер или название бланка; без ключа — первый бланк формы\n"
-           "\n"
-           "Куда:\n"
-           "  --output ПУТЬ       файл .pdf (по странице на документ) или каталог (по файлу на\n"
-           "                      документ; создаётся, если его нет)\n"
-           "  --name ОБРАЗЕЦ      имена файлов в каталоге, с метками в фигурных скобках:\n"
-           "                      {#LNAME}_{#BLANK_NO}.pdf; без ключа — номер, фамилия и имя\n"
-           "  --printer ИМЯ       принтер вместо файла\n"
-           "\n"
-           "Печать:\n"
-           "  --background        печатать и фон бланка\n"
-           "  --copies ЧИСЛО      экземпляров каждого документа, от 1 до 99\n"
-           "  --strict            не печатать документы с замечаниями; предупреждения\n"
-           "                      о самом бланке печати не мешают\n"
-           "\n"
-           "Проверка (--check) и пробный рисунок (--proof):\n"
-           "  --margins ПОЛЯ      поля, на которых принтер не печатает, в мм: одно число или\n"
-           "                      ЛЕВОЕ,ВЕРХНЕЕ,ПРАВОЕ,НИЖНЕЕ; с ключом --printer — поля принтера\n"
-           "  --json              замечания в виде JSON\n"
-           "  --output ПУТЬ       файл .png или каталог для рисунков\n"
-           "  --resolution ЧИСЛО  точек на дюйм рисунка, от 36 до 1200; без ключа 150\n"
-           "\n"
-           "Настройка печати на место:\n"
-           "  --calibration       лист со шкалами для бумаги бланка\n"
-           "  --offsets X Y       по двум числам, снятым с листа, в мм, вычислить «Смещение\n"
-           "                      печати X» и «Смещение печати Y» для формата бланка\n"
-           "\n"
-           "Прочее:\n"
-           "  --dir КАТАЛОГ       каталог приложения с docs.db; без ключа — каталог программы\n"
-           "  --org-data ФАЙЛ     данные организации; без ключа — данные пользователя\n"
-           "  --quiet             не показывать ход работы\n"
-           "  --help              показать эту справку\n"
-           "\n"
-           "Код завершения: 0 — сделано всё; 1 — часть документов не напечатана либо проверка или\n"
-           "пробный рисунок дали замечания; 2 — задание не выполнено.\n";
-}
-
-QString englishHelp()
-{
-    return "Usage:\n"
-           "  zelvora-print [OPTIONS] DOCUMENTS TARGET         print\n"
-           "  zelvora-print [OPTIONS] --check DOCUMENTS        look for faults before printing\n"
-           "  zelvora-print [OPTIONS] --proof DOCUMENTS TARGET draw with frames and findings\n"
-           "  zelvora-print [OPTIONS] --calibration --blank BLANK TARGET\n"
-           "                                                   print a sheet of scales\n"
-           "  zelvora-print [OPTIONS] --offsets X Y            work out the print offsets\n"
-           "\n"
-           "Prints documents without a window, just as the application prints them.\n"
-           "\n"
-           "Documents:\n"
-           "  --id LIST           IDs and ranges of IDs: 5 or 3,7,10-20\n"
-           "  --all               all documents\n"
-           "  --surname TEXT      part of the surname; filters go together\n"
-           "  --group TEXT        part of the class\n"
-           "  --type FORM         ID or name of the form\n"
-           "  --from yyyy-MM-dd   date of issue: this day or later\n"
-           "  --to yyyy-MM-dd     date of issue: this day or earlier\n"
-           "  --where CONDITION   an SQL condition on the columns of the table docs\n"
-           "  --blank BLANK       ID or name of the blank; by default the first one of the form\n"
-           "\n"
-           "Target:\n"
-           "  --output PATH       a .pdf file (a page a document) or a folder (a file a document;\n"
-           "                      made if there is none)\n"
-           "  --name PATTERN      names of the files in a folder, with tags in braces:\n"
-           "                      {#LNAME}_{#BLANK_NO}.pdf; by default ID, surname and first name\n"
-           "  --printer NAME      a printer instead of a file\n"
-           "\n"
-           "Printing:\n"
-           "  --background        print the blank's background too\n"
-           "  --copies NUMBER     copies of each document, 1 to 99\n"
-           "  --strict            do not print documents with findings; warnings about the\n"
-           "                      blank hold nothing back\n"
-           "\n"
-           "Check (--check) and proof (--proof):\n"
-           "  --margins MARGINS   margins that the printer leaves blank, in mm: one number or\n"
-           "                      LEFT,TOP,RIGHT,BOTTOM; with --printer those of the printer\n"
-           "  --json              findings as JSON\n"
-           "  --output PATH       a .png file or a folder for the pictures\n"
-           "  --resolution NUMBER dots per inch of a picture, 36 to 1200; by default 150\n"
-           "\n"
-           "Calibration:\n"
-           "  --calibration       a sheet of scales for the blank's paper\n"
-           "  --offsets X Y       from two numbers read off that sheet, in mm, work out the print\n"
-           "                      offsets to enter in the blank's format\n"
-           "\n"
-           "Other:\n"
-           "  --dir DIR           application directory with docs.db; by default the program's "
-           "own\n"
-           "  --org-data FILE     the organisation's data; by default the user's own\n"
-           "  --quiet             show no progress\n"
-           "  --help              show this help\n"
-           "\n"
-           "Exit status: 0 if all was done and nothing found, 1 if some documents were not printed "
-           "or\n"
-           "there are findings, 2 if the job could not be done.\n";
-}
-
 } // namespace
 
 bool PrintOptions::parse(const QStringList& arguments)
@@ -232,23 +113,22 @@ bool PrintOptions::parse(const QStringList& arguments)
     addOptions(parser);
     const bool parsed = parser.parse(rest);
     if (!parser.unknownOptionNames().isEmpty()) {
-        return fail("неизвестный ключ: ", "unknown option: ", parser.unknownOptionNames().first());
+        return fail(tr("unknown option: %1").arg(parser.unknownOptionNames().first()));
     }
     if (!parsed) {
-        return fail("ошибка в ключах: ", "wrong options: ", parser.errorText());
+        return fail(tr("wrong options: %1").arg(parser.errorText()));
     }
     if (!parser.positionalArguments().isEmpty()) {
-        return fail(
-            "лишний аргумент: ", "unexpected argument: ", parser.positionalArguments().first());
+        return fail(tr("unexpected argument: %1").arg(parser.positionalArguments().first()));
     }
     const QString twice = givenTwice(parser);
     if (!twice.isEmpty()) {
-        return fail("дважды указан ключ --", "given twice: --", twice);
+        return fail(tr("given twice: --%1").arg(twice));
     }
     for (const char* name : {"dir", "org-data"}) {
         // Not the usual place: a script's variable may be unset, and the pages another school's.
         if (parser.isSet(QLatin1String(name)) && parser.value(QLatin1String(name)).isEmpty()) {
-            return fail("нет значения у ключа --", "no value is given to --", name);
+            return fail(tr("no value is given to --%1").arg(QLatin1String(name)));
         }
     }
     m_directory = parser.value("dir");
@@ -257,7 +137,7 @@ bool PrintOptions::parse(const QStringList& arguments)
     m_blank = parser.value("blank");
     if (parser.isSet("blank") && m_blank.isEmpty()) {
         // Not the first one of the form: a script's variable may be unset, and the paper another.
-        return fail("не указан бланк", "no blank is named");
+        return fail(tr("no blank is named"));
     }
     return parseAction(parser) && parseSelection(parser) && parseTarget(parser) &&
            parseManner(parser);
@@ -276,16 +156,16 @@ bool PrintOptions::takeReadOffsets(QStringList& arguments)
         const QString text = arguments.value(i);
         const std::optional<double> value = PrintOffsets::millimetres(text);
         if (!value) {
-            return fail("ключу --offsets нужны два числа, в миллиметрах",
-                        "--offsets needs two numbers, in millimetres",
-                        text.isEmpty() ? QString() : ": " + text);
+            return fail(text.isEmpty()
+                            ? tr("--offsets needs two numbers, in millimetres")
+                            : tr("--offsets needs two numbers, in millimetres: %1").arg(text));
         }
         values.append(*value);
     }
     m_readOffsets = QPointF(values[0], values[1]);
     arguments.erase(arguments.begin() + place, arguments.begin() + place + taken);
     if (arguments.contains("--offsets")) {
-        return fail("ключ --offsets указан дважды", "--offsets is given twice");
+        return fail(tr("--offsets is given twice"));
     }
     m_action = Action::Offsets;
     return true;
@@ -304,13 +184,12 @@ bool PrintOptions::parseAction(const QCommandLineParser& parser)
     take("proof", Action::Proof);
     take("calibration", Action::Calibration);
     if (actions > 1) {
-        return fail("возможен только один из ключей --check, --proof, --calibration и --offsets",
-                    "only one of --check, --proof, --calibration and --offsets is possible");
+        return fail(tr("only one of --check, --proof, --calibration and --offsets is possible"));
     }
     for (const OptionRule& rule : optionRules) {
         const QString name = QLatin1String(rule.name);
         if (parser.isSet(name) && (rule.actions & only(m_action)) == 0) {
-            return fail("здесь не нужен ключ --", "out of place here: --", name);
+            return fail(tr("out of place here: --%1").arg(name));
         }
     }
     return true;
@@ -332,14 +211,12 @@ bool PrintOptions::parseSelection(const QCommandLineParser& parser)
     const bool isAll = parser.isSet("all");
     if (parser.isSet("id")) {
         if (isAll || !filter.isEmpty()) {
-            return fail("ключ --id не сочетается с ключом ", "--id does not go with ",
-                        isAll ? QString("--all") : filter);
+            return fail(tr("--id does not go with %1").arg(isAll ? QString("--all") : filter));
         }
         return parseIds(parser.value("id"));
     }
     if (!isAll && filter.isEmpty()) {
-        return fail("какие документы? Нужен ключ --id, отбор или --all",
-                    "which documents? --id, a filter or --all is needed");
+        return fail(tr("which documents? --id, a filter or --all is needed"));
     }
     m_selection.surname = parser.value("surname");
     m_selection.group = parser.value("group");
@@ -361,8 +238,7 @@ bool PrintOptions::parseIds(const QString& list)
         const bool isRange = !match.captured(2).isNull();
         const qint64 last = match.captured(isRange ? 2 : 1).toLongLong(&isLast);
         if (!isFirst || !isLast || first > last) {
-            return fail("не номер и не промежуток номеров документов: ",
-                        "neither an ID nor a range of IDs: ", part);
+            return fail(tr("neither an ID nor a range of IDs: %1").arg(part));
         }
         m_selection.ids.append({first, last});
     }
@@ -375,15 +251,14 @@ bool PrintOptions::parseDate(const QString& text, QDate& date)
         return true;
     }
     date = QDate::fromString(text, storedDateFormat);
-    return date.isValid() ||
-           fail("дата не в виде ГГГГ-ММ-ДД: ", "no date of the form yyyy-MM-dd: ", text);
+    return date.isValid() || fail(tr("no date of the form yyyy-MM-dd: %1").arg(text));
 }
 
 bool PrintOptions::parseTarget(const QCommandLineParser& parser)
 {
     m_printer = parser.value("printer");
     if (parser.isSet("printer") && m_printer.isEmpty()) {
-        return fail("не указан принтер", "no printer is named");
+        return fail(tr("no printer is named"));
     }
     const bool isFile = parser.isSet("output");
     switch (m_action) {
@@ -391,17 +266,16 @@ bool PrintOptions::parseTarget(const QCommandLineParser& parser)
     case Action::Offsets:
         return true;
     case Action::Proof:
-        return isFile ? parseFileTarget(parser) : fail("нужен ключ --output", "--output is needed");
+        return isFile ? parseFileTarget(parser) : fail(tr("--output is needed"));
     case Action::Print:
     case Action::Calibration:
         break;
     }
     if (m_action == Action::Calibration && m_blank.isEmpty()) {
-        return fail("нужен ключ --blank", "--blank is needed");
+        return fail(tr("--blank is needed"));
     }
     if (isFile == parser.isSet("printer")) {
-        return fail("нужен один из ключей --output и --printer",
-                    "one of --output and --printer is needed");
+        return fail(tr("one of --output and --printer is needed"));
     }
     if (isFile) {
         return parseFileTarget(parser);
@@ -414,7 +288,7 @@ bool PrintOptions::parseFileTarget(const QCommandLineParser& parser)
 {
     m_output = parser.value("output");
     if (m_output.isEmpty()) {
-        return fail("не указан файл или каталог", "no file or folder is named");
+        return fail(tr("no file or folder is named"));
     }
     const char* const suffix = m_action == Action::Proof ? pngSuffix : pdfSuffix;
     const bool isFolder = QFileInfo(m_output).isDir();
@@ -423,8 +297,7 @@ bool PrintOptions::parseFileTarget(const QCommandLineParser& parser)
     const bool isOtherFile =
         !isFolder && (hasSuffix(m_output, pdfSuffix) || hasSuffix(m_output, pngSuffix));
     if (m_target != Target::OneFile && (isOtherFile || m_action == Action::Calibration)) {
-        return fail(QString("это не файл %1: ").arg(suffix),
-                    QString("this is no %1 file: ").arg(suffix), m_output);
+        return fail(tr("this is no %1 file: %2").arg(suffix, m_output));
     }
     return true;
 }
@@ -439,11 +312,10 @@ bool PrintOptions::parseManner(const QCommandLineParser& parser)
     m_asJson = parser.isSet("json");
     m_namePattern = parser.value("name");
     if (parser.isSet("name") && m_target != Target::FilePerDocument) {
-        return fail("ключ --name нужен только с каталогом", "--name goes with a folder only");
+        return fail(tr("--name goes with a folder only"));
     }
     if (!FileNamePattern(m_namePattern).isValid()) {
-        return fail("в образце имён не сходятся фигурные скобки: ",
-                    "the braces of the name pattern do not match: ", m_namePattern);
+        return fail(tr("the braces of the name pattern do not match: %1").arg(m_namePattern));
     }
     return parseNumber(parser, "copies", 1, mostCopies, m_copies) &&
            parseNumber(parser, "resolution", leastResolution, mostResolution, m_resolution) &&
@@ -460,9 +332,8 @@ bool PrintOptions::parseNumber(const QCommandLineParser& parser, const char* opt
     const QString text = parser.value(QLatin1String(option));
     number = text.toInt(&isNumber);
     return (isNumber && number >= least && number <= most) ||
-           fail(QString("--%1 — не число от %2 до %3: ").arg(option).arg(least).arg(most),
-                QString("--%1 is no number from %2 to %3: ").arg(option).arg(least).arg(most),
-                text);
+           fail(tr("--%1 is no number from %2 to %3: %4")
+                    .arg(option, QString::number(least), QString::number(most), text));
 }
 
 bool PrintOptions::parseMargins(const QString& text)
@@ -483,8 +354,7 @@ bool PrintOptions::parseMargins(const QString& text)
         m_margins = QMarginsF(values[0], values[1], values[2], values[3]);
     }
     return m_margins.has_value() ||
-           fail("поля — не одно и не четыре числа в миллиметрах: ",
-                "the margins are neither one nor four numbers of millimetres: ", text);
+           fail(tr("the margins are neither one nor four numbers of millimetres: %1").arg(text));
 }
 
 PrintTarget PrintOptions::printTarget() const
@@ -496,13 +366,69 @@ PrintTarget PrintOptions::printTarget() const
     return target;
 }
 
-bool PrintOptions::fail(const QString& russian, const QString& english, const QString& detail)
+bool PrintOptions::fail(const QString& message)
 {
-    m_error = inUserLanguage(russian, english) + detail;
+    m_error = message;
     return false;
 }
 
 QString PrintOptions::helpText()
 {
-    return inUserLanguage(russianHelp(), englishHelp());
+    return tr(
+        "Usage:\n"
+        "  zelvora-print [OPTIONS] DOCUMENTS TARGET         print\n"
+        "  zelvora-print [OPTIONS] --check DOCUMENTS        look for faults before printing\n"
+        "  zelvora-print [OPTIONS] --proof DOCUMENTS TARGET draw with frames and findings\n"
+        "  zelvora-print [OPTIONS] --calibration --blank BLANK TARGET\n"
+        "                                                   print a sheet of scales\n"
+        "  zelvora-print [OPTIONS] --offsets X Y            work out the print offsets\n"
+        "\n"
+        "Prints documents without a window, just as the application prints them.\n"
+        "\n"
+        "Documents:\n"
+        "  --id LIST           IDs and ranges of IDs: 5 or 3,7,10-20\n"
+        "  --all               all documents\n"
+        "  --surname TEXT      part of the surname; filters go together\n"
+        "  --group TEXT        part of the class\n"
+        "  --type FORM         ID or name of the form\n"
+        "  --from yyyy-MM-dd   date of issue: this day or later\n"
+        "  --to yyyy-MM-dd     date of issue: this day or earlier\n"
+        "  --where CONDITION   an SQL condition on the columns of the table docs\n"
+        "  --blank BLANK       ID or name of the blank; by default the first one of the form\n"
+        "\n"
+        "Target:\n"
+        "  --output PATH       a .pdf file (a page a document) or a folder (a file a document;\n"
+        "                      made if there is none)\n"
+        "  --name PATTERN      names of the files in a folder, with tags in braces:\n"
+        "                      {#LNAME}_{#BLANK_NO}.pdf; by default ID, surname and first name\n"
+        "  --printer NAME      a printer instead of a file\n"
+        "\n"
+        "Printing:\n"
+        "  --background        print the blank's background too\n"
+        "  --copies NUMBER     copies of each document, 1 to 99\n"
+        "  --strict            do not print documents with findings; warnings about the\n"
+        "                      blank hold nothing back\n"
+        "\n"
+        "Check (--check) and proof (--proof):\n"
+        "  --margins MARGINS   margins that the printer leaves blank, in mm: one number or\n"
+        "                      LEFT,TOP,RIGHT,BOTTOM; with --printer those of the printer\n"
+        "  --json              findings as JSON\n"
+        "  --output PATH       a .png file or a folder for the pictures\n"
+        "  --resolution NUMBER dots per inch of a picture, 36 to 1200; by default 150\n"
+        "\n"
+        "Calibration:\n"
+        "  --calibration       a sheet of scales for the blank's paper\n"
+        "  --offsets X Y       from two numbers read off that sheet, in mm, work out the print\n"
+        "                      offsets to enter in the blank's format\n"
+        "\n"
+        "Other:\n"
+        "  --dir DIR           application directory with docs.db; by default the program's "
+        "own\n"
+        "  --org-data FILE     the organisation's data; by default the user's own\n"
+        "  --quiet             show no progress\n"
+        "  --help              show this help\n"
+        "\n"
+        "Exit status: 0 if all was done and nothing found, 1 if some documents were not printed "
+        "or\n"
+        "there are findings, 2 if the job could not be done.\n");
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QMarginsF>
 #include <QPointF>
 #include <QString>
@@ -15,6 +16,8 @@ class QCommandLineParser;
 /// What the printing program is asked to do: its command line, read and checked.
 class PrintOptions
 {
+    Q_DECLARE_TR_FUNCTIONS(PrintOptions)
+
 public:
     enum class Action
     {
@@ -60,7 +63,7 @@ public:
     static QString helpText();
 
 private:
-    bool fail(const QString& russian, const QString& english, const QString& detail = QString());
+    bool fail(const QString& message);
     bool takeReadOffsets(QStringList& arguments);
     bool parseAction(const QCommandLineParser& parser);
     bool parseSelection(const QCommandLineParser& parser);

@@ -1,5 +1,6 @@
 #include "tools/PrintTool.h"
 
+#include <QCoreApplication>
 #include <QSqlDatabase>
 #include <QTextStream>
 
@@ -19,6 +20,12 @@
 #include "tools/UserLanguage.h"
 
 namespace {
+
+/// What this file says, in the language of the user.
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(PrintTool)
+};
 
 constexpr int success = 0;
 constexpr int someFailed = 1;
@@ -93,13 +100,11 @@ bool readOrganisation(const PrintOptions& options, QTextStream& err)
     }
     const OrgDataFile found = readOrgData();
     if (found == OrgDataFile::Broken && (isNamed || printsDocuments(options))) {
-        fail(err, inUserLanguage("не удалось прочитать данные организации ",
-                                 "can't read the organisation's data ") +
-                      orgDataPath);
+        fail(err, Text::tr("can't read the organisation's data %1").arg(orgDataPath));
         return false;
     }
     if (found == OrgDataFile::Missing && isNamed) {
-        fail(err, inUserLanguage("нет файла ", "there is no file ") + orgDataPath);
+        fail(err, Text::tr("there is no file %1").arg(orgDataPath));
         return false;
     }
     return true;
@@ -112,15 +117,13 @@ QString whyUnusable()
     for (const TableDefinition& table : schemaTables()) {
         const TableKind kind = tableKind(database, table.name);
         if (kind == TableKind::Computed) {
-            return inUserLanguage("в базе данных вычисления на месте таблицы ",
-                                  "the database has computations in the place of the table ") +
-                   table.name;
+            return Text::tr("the database has computations in the place of the table %1")
+                .arg(table.name);
         }
         const bool isPrinted = table.name == "docs" || table.name == "blanks";
         const QStringList missing = missingColumns(database, table);
         if (isPrinted && kind == TableKind::Stored && !missing.isEmpty()) {
-            return inUserLanguage("в таблице %1 нет столбца %2", "the table %1 has no column %2")
-                .arg(table.name, missing.first());
+            return Text::tr("the table %1 has no column %2").arg(table.name, missing.first());
         }
     }
     return QString();
@@ -130,8 +133,7 @@ QString whyUnusable()
 bool openDatabase(QTextStream& err)
 {
     if (!dataBase.open()) {
-        fail(err, inUserLanguage("не удалось открыть базу данных ", "can't open the database ") +
-                      appFilePath("docs.db"));
+        fail(err, Text::tr("can't open the database %1").arg(appFilePath("docs.db")));
         return false;
     }
     const QString reason = whyUnusable();
@@ -148,7 +150,7 @@ int runPrintTool(const QStringList& arguments, QTextStream& out, QTextStream& er
     PrintOptions options;
     if (!options.parse(arguments)) {
         fail(err, options.error());
-        err << inUserLanguage("Справка: zelvora-print --help\n", "Help: zelvora-print --help\n");
+        err << Text::tr("Help: zelvora-print --help") << '\n';
         return failure;
     }
     if (options.helpWanted()) {

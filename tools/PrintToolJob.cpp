@@ -5,7 +5,6 @@
 
 #include "app/TerminalText.h"
 #include "tools/Interruption.h"
-#include "tools/UserLanguage.h"
 
 PrintToolJob::PrintToolJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
     : m_options(options)
@@ -49,14 +48,13 @@ void PrintToolJob::report(const QString& message)
 
 void PrintToolJob::reportUnwritable(const QString& path)
 {
-    report(inUserLanguage("не удалось записать файл ", "can't write the file ") + path);
+    report(tr("can't write the file %1").arg(path));
 }
 
 void PrintToolJob::reportNoPrinter()
 {
     const QStringList printers = QPrinterInfo::availablePrinterNames();
-    const QString choice = printers.isEmpty()
-                               ? QString()
-                               : inUserLanguage(", есть: ", ", there are: ") + printers.join(", ");
-    report(inUserLanguage("нет принтера ", "there is no printer ") + m_options.printer() + choice);
+    report(printers.isEmpty() ? tr("there is no printer %1").arg(m_options.printer())
+                              : tr("there is no printer %1, there are: %2")
+                                    .arg(m_options.printer(), printers.join(", ")));
 }

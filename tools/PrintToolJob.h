@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include "tools/PrintOptions.h"
@@ -11,6 +12,8 @@ class QTextStream;
 /// of what can't be done.
 class PrintToolJob
 {
+    Q_DECLARE_TR_FUNCTIONS(PrintToolJob)
+
 public:
     PrintToolJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
 

@@ -1,39 +1,39 @@
 #include "tools/PrintWords.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include "preflight/CheckSummary.h"
 #include "preflight/FindingWords.h"
 #include "printing/PrintSheet.h"
 #include "printing/SheetOutcome.h"
-#include "tools/UserLanguage.h"
 
 namespace {
 
+/// What this file says, in the language of the user.
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(PrintWords)
+};
+
 QString badCondition(const QString& reason)
 {
-    return inUserLanguage("условие не понято: ", "the condition is not understood: ") + reason;
+    return Text::tr("the condition is not understood: %1").arg(reason);
 }
 
 } // namespace
-
-QString documentPrefix(const PrintDocument& document)
-{
-    return inUserLanguage("документ ", "document ") + document.id.toString() + ": ";
-}
 
 QString inWords(const DocumentSelection::Problem& problem)
 {
     switch (problem.kind) {
     case DocumentSelection::Problem::Kind::Unreadable:
-        return inUserLanguage("не удалось прочитать документы: ", "can't read the documents: ") +
-               problem.detail;
+        return Text::tr("can't read the documents: %1").arg(problem.detail);
     case DocumentSelection::Problem::Kind::BadCondition:
         return badCondition(problem.detail);
     case DocumentSelection::Problem::Kind::NotOneExpression:
-        return badCondition(inUserLanguage("это не одно выражение", "it is no one expression"));
+        return badCondition(Text::tr("it is no one expression"));
     case DocumentSelection::Problem::Kind::NoSuchForm:
-        return inUserLanguage("нет формы ", "there is no form ") + problem.detail;
+        return Text::tr("there is no form %1").arg(problem.detail);
     case DocumentSelection::Problem::Kind::None:
         break;
     }
@@ -42,24 +42,20 @@ QString inWords(const DocumentSelection::Problem& problem)
 
 QString inWords(const PrintSheet& sheet, const SheetOutcome& outcome, const QString& wantedBlank)
 {
-    const QString document = documentPrefix(sheet.document);
+    const QString document = sheet.document.id.toString();
     switch (outcome.reason) {
     case SheetOutcome::Reason::NoBlanks:
-        return document + inUserLanguage("для него нет бланков", "no blank prints it");
+        return Text::tr("document %1: no blank prints it").arg(document);
     case SheetOutcome::Reason::NoSuchBlank:
-        return document + inUserLanguage("нет бланка ", "it has no blank ") + wantedBlank;
+        return Text::tr("document %1: it has no blank %2").arg(document, wantedBlank);
     case SheetOutcome::Reason::Unreadable:
-        return document + inUserLanguage("не удалось прочитать его или бланк",
-                                         "it or its blank can't be read");
+        return Text::tr("document %1: it or its blank can't be read").arg(document);
     case SheetOutcome::Reason::FileRefused:
         return unwritableFile(outcome.file);
     case SheetOutcome::Reason::PrinterRefused:
-        return inUserLanguage("принтер не принял документ ", "the printer refused document ") +
-               sheet.document.id.toString();
+        return Text::tr("the printer refused document %1").arg(document);
     case SheetOutcome::Reason::Findings:
-        return inUserLanguage("есть замечания, не печатается документ ",
-                              "there are findings, not printed is document ") +
-               sheet.document.id.toString();
+        return Text::tr("there are findings, not printed is document %1").arg(document);
     case SheetOutcome::Reason::None:
         break;
     }
@@ -68,10 +64,8 @@ QString inWords(const PrintSheet& sheet, const SheetOutcome& outcome, const QStr
 
 QString inWords(const CheckSummary& summary)
 {
-    return inUserLanguage("Проверено документов: %1, замечаний: %2",
-                          "Documents checked: %1, findings: %2")
-        .arg(summary.documents())
-        .arg(summary.findings());
+    return Text::tr("Documents checked: %1, findings: %2")
+        .arg(QString::number(summary.documents()), QString::number(summary.findings()));
 }
 
 QString kindsInWords(const CheckSummary& summary)
@@ -86,5 +80,5 @@ QString kindsInWords(const CheckSummary& summary)
 
 QString unwritableFile(const QString& path)
 {
-    return inUserLanguage("не удалось записать файл ", "can't write the file ") + path;
+    return Text::tr("can't write the file %1").arg(path);
 }

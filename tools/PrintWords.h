@@ -11,9 +11,6 @@ struct SheetOutcome;
 
 /// What the printing program says, in the user's language.
 
-/// "документ 5: ".
-QString documentPrefix(const PrintDocument& document);
-
 /// Why no documents could be chosen.
 QString inWords(const DocumentSelection::Problem& problem);
 

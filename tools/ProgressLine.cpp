@@ -6,8 +6,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "tools/UserLanguage.h"
-
 #ifdef Q_OS_WIN
 #include <io.h>
 #endif
@@ -40,7 +38,7 @@ void ProgressLine::show(int done, int total)
     if (!m_isShown || (!m_line.isEmpty() && m_sinceShown.elapsed() < shortestMs)) {
         return;
     }
-    m_line = inUserLanguage("%1 из %2", "%1 of %2").arg(done).arg(total);
+    m_line = tr("%1 of %2").arg(done).arg(total);
     m_stream << '\r' << m_line;
     m_stream.flush();
     m_sinceShown.start();

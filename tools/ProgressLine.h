@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QString>
 
@@ -9,6 +10,8 @@ class QTextStream;
 /// 120". Other output to the terminal comes between clear() and the next show().
 class ProgressLine
 {
+    Q_DECLARE_TR_FUNCTIONS(ProgressLine)
+
 public:
     /// With `isShown` false nothing is ever written.
     ProgressLine(QTextStream& stream, bool isShown);

@@ -8,7 +8,6 @@
 #include "preflight/ProofPicture.h"
 #include "printing/BatchCheck.h"
 #include "tools/Interruption.h"
-#include "tools/UserLanguage.h"
 
 ProofJob::ProofJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
     : DocumentJob(options, out, err)
@@ -28,7 +27,7 @@ JobResult ProofJob::run()
     const bool isWhole = check.run();
     m_progress.clear();
     if (!isWhole && !isReaderGone()) {
-        report(inUserLanguage("прервано", "interrupted"));
+        report(tr("interrupted"));
     }
     if (m_written == 0) {
         return JobResult::NotDone;
@@ -54,8 +53,7 @@ bool ProofJob::prepareTarget()
     if (m_options.target() == PrintOptions::Target::OneFile) {
         removeLeftovers(QFileInfo(m_options.output()).path());
         if (m_sheets.size() > 1) {
-            report(inUserLanguage("документов несколько: рисункам нужен каталог",
-                                  "there are several documents: the pictures need a folder"));
+            report(tr("there are several documents: the pictures need a folder"));
             return false;
         }
         const bool isUsable = TargetFile::isAllowed(m_options.output()) &&
@@ -82,22 +80,16 @@ bool ProofJob::write(int sheet, PageCheck& check)
 {
     const std::optional<QString> target = pathFor(sheet);
     if (!target) {
-        SheetOutcome outcome;
-        outcome.state = SheetOutcome::State::Failed;
-        outcome.reason = SheetOutcome::Reason::Unreadable;
-        report(sheet, outcome);
+        report(sheet, SheetOutcome::failed(SheetOutcome::Reason::Unreadable));
         return false;
     }
     const QString& path = *target;
     const QImage picture =
         ProofPicture(check, m_options.resolution(), m_options.withBackground()).draw();
     if (picture.isNull()) {
-        report(
-            (check.sheetSize().isEmpty()
-                 ? inUserLanguage("лист без размера, нет рисунка ",
-                                  "the page has no size, there is no picture ")
-                 : inUserLanguage("не хватает памяти для рисунка ", "no memory for the picture ")) +
-            path);
+        report((check.sheetSize().isEmpty() ? tr("the page has no size, there is no picture %1")
+                                            : tr("no memory for the picture %1"))
+                   .arg(path));
         return false;
     }
     const bool isOneFile = m_options.target() == PrintOptions::Target::OneFile;

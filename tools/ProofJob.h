@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCoreApplication>
+
 #include <optional>
 
 #include "printing/FileNamePattern.h"
@@ -11,6 +13,8 @@
 /// be open.
 class ProofJob : public DocumentJob
 {
+    Q_DECLARE_TR_FUNCTIONS(ProofJob)
+
 public:
     ProofJob(const PrintOptions& options, QTextStream& out, QTextStream& err);
 

@@ -10,8 +10,6 @@
 
 #include <algorithm>
 
-#include "tools/UserLanguage.h"
-
 namespace {
 
 const char* const connectionName = "settle-database";
@@ -108,9 +106,7 @@ bool SettledDatabase::settle()
         }
         const QString before = stateOf(m_path);
         if (!copyFiles()) {
-            m_error = inUserLanguage("не удалось скопировать базу данных с её журналом: ",
-                                     "the database cannot be copied with its journal: ") +
-                      m_path;
+            m_error = tr("the database cannot be copied with its journal: %1").arg(m_path);
             return false;
         }
         if (stateOf(m_path) == before) {

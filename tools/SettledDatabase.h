@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -11,6 +12,8 @@
 /// does where reading alone would leave new files beside the database.
 class SettledDatabase
 {
+    Q_DECLARE_TR_FUNCTIONS(SettledDatabase)
+
 public:
     explicit SettledDatabase(const QString& path);
 

@@ -1,5 +1,6 @@
 #include "tools/UpdateManifest.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
@@ -7,9 +8,14 @@
 
 #include "tools/RepeatedKey.h"
 #include "tools/UpdateStatement.h"
-#include "tools/UserLanguage.h"
 
 namespace {
+
+/// What this file says, in the language of the user.
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(UpdateManifest)
+};
 
 const char* const sqlKey = "sql";
 const char* const argumentKey = "argument";
@@ -32,7 +38,7 @@ QString placeOf(const QByteArray& json, int offset)
     const QByteArray before = json.left(offset);
     const int line = before.count('\n') + 1;
     const int column = QString::fromUtf8(before.mid(before.lastIndexOf('\n') + 1)).size() + 1;
-    return inUserLanguage("строка %1, столбец %2", "line %1, column %2").arg(line).arg(column);
+    return Text::tr("line %1, column %2").arg(line).arg(column);
 }
 
 /// Reads the parts of a manifest one by one; the first error ends it.
@@ -50,12 +56,10 @@ public:
         const std::optional<RepeatedKey> repeated = RepeatedKey::find(json);
         if (repeated) {
             return fail(placeOf(json, repeated->offset),
-                        inUserLanguage("ключ указан дважды: ", "the key is given twice: ") +
-                            repeated->key);
+                        Text::tr("the key is given twice: %1").arg(repeated->key));
         }
         if (!document.isObject()) {
-            return fail(inUserLanguage("начало файла", "top level"),
-                        inUserLanguage("ожидается объект", "an object is expected"));
+            return fail(Text::tr("top level"), Text::tr("an object is expected"));
         }
         return readHeader(document.object(), package);
     }
@@ -74,7 +78,7 @@ private:
         package.header = compact({{"update_version", m_updateVersion}});
         const QJsonValue parts = manifest.value("parts");
         if (!parts.isUndefined() && !parts.isArray()) {
-            return fail("parts", inUserLanguage("ожидается массив", "an array is expected"));
+            return fail("parts", Text::tr("an array is expected"));
         }
         const QJsonArray array = parts.toArray();
         for (int i = 0; i < array.size(); ++i) {
@@ -90,15 +94,13 @@ private:
     bool readPart(const QString& place, const QJsonValue& value, UpdatePart& part)
     {
         if (!value.isObject()) {
-            return fail(place, inUserLanguage("ожидается объект", "an object is expected"));
+            return fail(place, Text::tr("an object is expected"));
         }
         const QJsonObject source = value.toObject();
         const QJsonValue type = source.value("type");
         const bool isFunction = type == QJsonValue("cppFunction");
         if (!type.isUndefined() && !isFunction && type != QJsonValue("sqlQuery")) {
-            return fail(place + ".type",
-                        inUserLanguage("ожидается \"sqlQuery\" или \"cppFunction\"",
-                                       "\"sqlQuery\" or \"cppFunction\" is expected"));
+            return fail(place + ".type", Text::tr("\"sqlQuery\" or \"cppFunction\" is expected"));
         }
         const QString payloadKey = isFunction ? argumentKey : sqlKey;
         QStringList known{"version", "type", "ignore_errors", payloadKey};
@@ -124,8 +126,7 @@ private:
         const QStringList keys = object.keys();
         for (const QString& key : keys) {
             if (!known.contains(key)) {
-                return fail(place.isEmpty() ? key : place + "." + key,
-                            inUserLanguage("неизвестный ключ", "unknown key"));
+                return fail(place.isEmpty() ? key : place + "." + key, Text::tr("unknown key"));
             }
         }
         return true;
@@ -134,9 +135,8 @@ private:
     bool checkVersion(const QString& place, const QJsonValue& version)
     {
         return isVersion(version.toString()) ||
-               fail(place, inUserLanguage("ожидается версия из четырёх чисел, например \"1.2.0.0\"",
-                                          "a version of four numbers is expected, for example "
-                                          "\"1.2.0.0\""));
+               fail(place, Text::tr("a version of four numbers is expected, for example "
+                                    "\"1.2.0.0\""));
     }
 
     /// A part above the version that the package brings would be applied again by the next one.
@@ -147,23 +147,20 @@ private:
             return false;
         }
         return !isNewerVersion(m_updateVersion, version.toString()) ||
-               fail(place + ".version", inUserLanguage("версия выше, чем update_version",
-                                                       "the version is above update_version"));
+               fail(place + ".version", Text::tr("the version is above update_version"));
     }
 
     bool checkFlag(const QString& place, const QJsonObject& part)
     {
         const QJsonValue flag = part.value("ignore_errors");
         return flag.isUndefined() || flag.isBool() ||
-               fail(place + ".ignore_errors",
-                    inUserLanguage("ожидается true или false", "true or false is expected"));
+               fail(place + ".ignore_errors", Text::tr("true or false is expected"));
     }
 
     bool checkFunction(const QString& place, const QJsonObject& part)
     {
         return part.value("function_name") == QJsonValue("crutchFrdoA") ||
-               fail(place + ".function_name",
-                    inUserLanguage("ожидается \"crutchFrdoA\"", "\"crutchFrdoA\" is expected"));
+               fail(place + ".function_name", Text::tr("\"crutchFrdoA\" is expected"));
     }
 
     /// An update is applied as a whole or not at all, which takes one transaction.
@@ -172,9 +169,7 @@ private:
         const QString word = wordAgainstTransaction(statement);
         return word.isEmpty() ||
                fail(place + "." + sqlKey,
-                    inUserLanguage("%1 нельзя: обновление выполняется одной транзакцией",
-                                   "%1 is not possible: an update is one transaction")
-                        .arg(word));
+                    Text::tr("%1 is not possible: an update is one transaction").arg(word));
     }
 
     bool readText(const QString& place, const QJsonValue& value, QString& text)
@@ -183,14 +178,12 @@ private:
         const QJsonArray array = value.isArray() ? value.toArray() : QJsonArray{value};
         for (const QJsonValue& line : array) {
             if (!line.isString()) {
-                return fail(place, inUserLanguage("ожидается текст или массив строк",
-                                                  "a text or an array of lines is expected"));
+                return fail(place, Text::tr("a text or an array of lines is expected"));
             }
             lines << line.toString();
         }
         text = lines.join('\n');
-        return !text.trimmed().isEmpty() ||
-               fail(place, inUserLanguage("текст пуст", "the text is empty"));
+        return !text.trimmed().isEmpty() || fail(place, Text::tr("the text is empty"));
     }
 
     bool fail(const QString& place, const QString& reason)

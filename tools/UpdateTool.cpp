@@ -1,5 +1,6 @@
 #include "tools/UpdateTool.h"
 
+#include <QCoreApplication>
 #include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
@@ -15,21 +16,18 @@
 
 namespace {
 
+/// What this file says, in the language of the user.
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(UpdateTool)
+};
+
 constexpr int success = 0;
 constexpr int failure = 2;
 
 QString helpText()
 {
-    return inUserLanguage(
-        "Использование: zelvora-update make ОПИСАНИЕ ПАКЕТ\n"
-        "               zelvora-update show ПАКЕТ\n"
-        "\n"
-        "  make    создать пакет обновления базы данных (dbUpdate.bin) по описанию в JSON\n"
-        "  show    напечатать пакет в виде описания\n"
-        "  --help  показать эту справку\n"
-        "\n"
-        "Пакет, положенный рядом с программой под именем dbUpdate.bin, применяется при её\n"
-        "следующем запуске. Код завершения: 0 — всё в порядке, 2 — задание не выполнено.\n",
+    return Text::tr(
         "Usage: zelvora-update make MANIFEST PACKAGE\n"
         "       zelvora-update show PACKAGE\n"
         "\n"
@@ -56,14 +54,11 @@ int failToWrite(QTextStream& err, const QString& path, const TargetFile& file)
 {
     const QString reason = file.errorString();
     return failOnFile(err, path,
-                      reason.isEmpty()
-                          ? QFileInfo(path).isFile()
-                                ? inUserLanguage("это база данных, она не заменяется",
-                                                 "this is a database, it is not replaced")
-                                : inUserLanguage("это не обычный файл, он не заменяется",
-                                                 "this is no regular file, it is not "
-                                                 "replaced")
-                          : reason);
+                      reason.isEmpty() ? QFileInfo(path).isFile()
+                                             ? Text::tr("this is a database, it is not replaced")
+                                             : Text::tr("this is no regular file, it is not "
+                                                        "replaced")
+                                       : reason);
 }
 
 /// What is read is kept in memory whole, and a device has no end.
@@ -71,7 +66,7 @@ constexpr qint64 largestInput = 64 << 20;
 
 QString tooLarge()
 {
-    return inUserLanguage("это не файл, или он слишком велик", "this is no file, or too large");
+    return Text::tr("this is no file, or too large");
 }
 
 bool isSameFile(const QString& one, const QString& other)
@@ -93,8 +88,7 @@ int make(const QString& manifestPath, const QString& packagePath, QTextStream& o
     }
     if (isSameFile(manifestPath, packagePath)) {
         return failOnFile(err, packagePath,
-                          inUserLanguage("это само описание, оно не заменяется",
-                                         "this is the manifest itself, it is not replaced"));
+                          Text::tr("this is the manifest itself, it is not replaced"));
     }
     UpdatePackage package;
     QString error;
@@ -110,9 +104,8 @@ int make(const QString& manifestPath, const QString& packagePath, QTextStream& o
     if (!file.commit()) {
         return failToWrite(err, packagePath, file);
     }
-    out << inUserLanguage("Создан пакет %1, частей: %2", "Made the package %1, parts: %2")
-               .arg(onOneLine(packagePath))
-               .arg(package.parts.size())
+    out << Text::tr("Made the package %1, parts: %2")
+               .arg(onOneLine(packagePath), QString::number(package.parts.size()))
         << '\n';
     return success;
 }
@@ -140,8 +133,7 @@ int show(const QString& packagePath, QTextStream& out, QTextStream& err)
     UpdatePackage package;
     const bool whole = readUpdatePackage(stream, package);
     if (!isPackage(package)) {
-        return failOnFile(err, packagePath,
-                          inUserLanguage("это не пакет обновления", "this is no update package"));
+        return failOnFile(err, packagePath, Text::tr("this is no update package"));
     }
     out << jsonForTerminal(manifestFromPackage(package));
     QString error;
@@ -149,10 +141,9 @@ int show(const QString& packagePath, QTextStream& out, QTextStream& err)
         return fail(err, error);
     }
     if (!whole) {
-        return fail(err, packagePath + ": " +
-                             inUserLanguage("пакет обрывается после части %1",
-                                            "the package is cut off behind part %1")
-                                 .arg(package.parts.size()));
+        return fail(
+            err, packagePath + ": " +
+                     Text::tr("the package is cut off behind part %1").arg(package.parts.size()));
     }
     return success;
 }

@@ -1,24 +1,27 @@
 #include "tools/UserLanguage.h"
 
+#include <QCoreApplication>
 #include <QLocale>
-#include <QTextCodec>
 #include <QTextStream>
 
 #include <cerrno>
 
 #include "tools/Interruption.h"
+#include "translations/Translation.h"
 
-QString inUserLanguage(const QString& russian, const QString& english)
-{
-    return QLocale::system().language() == QLocale::Russian ? russian : english;
-}
+namespace {
 
-void prepareTerminal(QTextStream& stream)
+/// What this file says, in the language of the user.
+class Text
 {
-    constexpr ushort cyrillicLetter = 0x0416;
-    if (!QTextCodec::codecForLocale()->canEncode(QChar(cyrillicLetter))) {
-        stream.setCodec("UTF-8");
-    }
+    Q_DECLARE_TR_FUNCTIONS(UserLanguage)
+};
+
+} // namespace
+
+void useUserLanguage()
+{
+    Translation(QLocale::system()).install();
 }
 
 bool flushOutput(QTextStream& out, QString* error)
@@ -33,8 +36,7 @@ bool flushOutput(QTextStream& out, QString* error)
         noteReaderGone();
     }
     if (error) {
-        *error = inUserLanguage("не удалось записать в стандартный вывод",
-                                "can't write to the standard output");
+        *error = Text::tr("can't write to the standard output");
     }
     return false;
 }

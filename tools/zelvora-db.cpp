@@ -1,9 +1,8 @@
 #include <QGuiApplication>
-#include <QTextStream>
 
-#include <cstdio>
 #include <memory>
 
+#include "app/StandardStream.h"
 #include "tools/DatabaseTool.h"
 #include "tools/Display.h"
 #include "tools/UserLanguage.h"
@@ -25,9 +24,8 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv)
 int main(int argc, char* argv[])
 {
     const std::unique_ptr<QCoreApplication> app = makeApplication(argc, argv);
-    QTextStream out(stdout);
-    QTextStream err(stderr);
-    prepareTerminal(out);
-    prepareTerminal(err);
+    useUserLanguage();
+    StandardStream out(StandardStream::Channel::Output);
+    StandardStream err(StandardStream::Channel::Error);
     return runDatabaseTool(app->arguments().mid(1), out, err);
 }

@@ -1,8 +1,6 @@
 #include <QApplication>
-#include <QTextStream>
 
-#include <cstdio>
-
+#include "app/StandardStream.h"
 #include "app/TerminalText.h"
 #include "tools/Display.h"
 #include "tools/PrintTool.h"
@@ -15,7 +13,7 @@ namespace {
 void writeLog(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
     if (type != QtWarningMsg && type != QtInfoMsg) {
-        std::fprintf(stderr, "%s\n", onOneLine(message).toUtf8().constData());
+        StandardStream(StandardStream::Channel::Error) << onOneLine(message) << '\n';
     }
 }
 
@@ -26,9 +24,8 @@ int main(int argc, char* argv[])
     qInstallMessageHandler(writeLog);
     useNoDisplay();
     const QApplication app(argc, argv);
-    QTextStream out(stdout);
-    QTextStream err(stderr);
-    prepareTerminal(out);
-    prepareTerminal(err);
+    useUserLanguage();
+    StandardStream out(StandardStream::Channel::Output);
+    StandardStream err(StandardStream::Channel::Error);
     return runPrintTool(QApplication::arguments().mid(1), out, err);
 }

@@ -1,31 +1,42 @@
-# Icon, manifest and version of the application, and its installer, target "installer". The companion
-# programs are console programs that run with the rights of whoever starts them.
-set(ZELVORA_ICON "${CMAKE_CURRENT_LIST_DIR}/zelvora.ico")
-set(ZELVORA_MANIFEST "${CMAKE_CURRENT_BINARY_DIR}/zelvora.manifest")
-string(REPLACE "." "," ZELVORA_VERSION_NUMBERS "${PROJECT_VERSION}")
-configure_file("${CMAKE_CURRENT_LIST_DIR}/zelvora.manifest.in" "${ZELVORA_MANIFEST}" @ONLY)
-configure_file("${CMAKE_CURRENT_LIST_DIR}/zelvora.rc.in" zelvora.rc @ONLY)
-target_sources(zelvora PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/zelvora.rc")
-set_target_properties(zelvora PROPERTIES WIN32_EXECUTABLE ON)
-if(MSVC)
-    target_link_options(zelvora PRIVATE /MANIFEST:NO) # the resource file brings it
-endif()
+# What the programs are on Windows: icon, version, description, rights, and a window or a console. The
+# database is written in the application directory, which belongs to the administrators, so that the
+# application asks for their rights; the companions have the rights of whoever starts them.
 
-# The installer packs what stands in the directory that "cmake --install" and windeployqt have filled.
-find_program(MAKENSIS makensis)
-if(MAKENSIS)
-    set(stage "${CMAKE_BINARY_DIR}/installer")
-    get_target_property(qmake Qt5::qmake IMPORTED_LOCATION)
-    get_filename_component(qt_bin_dir "${qmake}" DIRECTORY)
-    find_program(WINDEPLOYQT windeployqt HINTS "${qt_bin_dir}" REQUIRED)
-    add_custom_target(installer
-        COMMAND "${CMAKE_COMMAND}" -E rm -rf "${stage}"
-        COMMAND "${CMAKE_COMMAND}" --install "${CMAKE_BINARY_DIR}" --config $<CONFIG>
-            --component portable --prefix "${stage}"
-        COMMAND "${WINDEPLOYQT}" --no-translations "${stage}/zelvora.exe" "${stage}/zelvora-print.exe"
-        COMMAND "${MAKENSIS}" /INPUTCHARSET UTF8 "/DVERSION=${PROJECT_VERSION}" "/DSTAGE=${stage}"
-            "/DOUTPUT=${CMAKE_BINARY_DIR}/zelvora-${PROJECT_VERSION}-setup.exe"
-            "${CMAKE_CURRENT_LIST_DIR}/zelvora.nsi"
-        VERBATIM)
-    add_dependencies(installer zelvora zelvora-db zelvora-print zelvora-update)
-endif()
+set(windows_dir "${CMAKE_CURRENT_LIST_DIR}")
+set(ZELVORA_ICON "${windows_dir}/zelvora.ico")
+string(REPLACE "." "," ZELVORA_VERSION_NUMBERS "${PROJECT_VERSION}")
+
+# zelvora_windows_program(name LEVEL DESCRIPTION [MENU entry]): LEVEL is the execution level of the
+# manifest. A program with an entry in the start menu has windows and no console.
+function(zelvora_windows_program name level description)
+    cmake_parse_arguments(ARG "" "MENU" "" ${ARGN})
+    set(ZELVORA_PROGRAM ${name})
+    set(ZELVORA_LEVEL ${level})
+    set(ZELVORA_DESCRIPTION "${description}")
+    set(ZELVORA_MANIFEST "${CMAKE_CURRENT_BINARY_DIR}/${name}.manifest")
+    set(resources "${CMAKE_CURRENT_BINARY_DIR}/${name}.rc")
+    configure_file("${windows_dir}/program.manifest.in" "${ZELVORA_MANIFEST}" @ONLY)
+    configure_file("${windows_dir}/program.rc.in" "${resources}" @ONLY)
+    target_sources(${name} PRIVATE "${resources}")
+    set_source_files_properties("${resources}" TARGET_DIRECTORY ${name} PROPERTIES
+        OBJECT_DEPENDS "${ZELVORA_MANIFEST};${ZELVORA_ICON}")
+    if(ARG_MENU)
+        set_target_properties(${name} PROPERTIES WIN32_EXECUTABLE ON)
+        set_property(GLOBAL APPEND_STRING PROPERTY ZELVORA_MENU "${name}|${ARG_MENU}\n")
+    endif()
+    if(MSVC)
+        target_link_options(${name} PRIVATE /MANIFEST:NO) # the resource file brings it
+    endif()
+endfunction()
+
+# One line a program.
+zelvora_windows_program(zelvora requireAdministrator
+    "Zelvora: учёт и печать документов об образовании" MENU "Zelvora")
+zelvora_windows_program(zelvora-db asInvoker "Zelvora: базы данных, проверка и архивы")
+zelvora_windows_program(zelvora-print asInvoker "Zelvora: печать из командной строки")
+zelvora_windows_program(zelvora-update asInvoker "Zelvora: пакеты обновления")
+
+# For scripts/make-windows-package: the version, and the programs of the start menu.
+get_property(menu GLOBAL PROPERTY ZELVORA_MENU)
+file(WRITE "${CMAKE_BINARY_DIR}/version.txt" "${PROJECT_VERSION}\n")
+file(WRITE "${CMAKE_BINARY_DIR}/menu.txt" "${menu}")

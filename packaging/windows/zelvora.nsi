@@ -1,6 +1,7 @@
-; The installer of Zelvora for 64-bit Windows, made by the CMake target "installer". It is given
+; The installer of Zelvora for 64-bit Windows, made by scripts/make-windows-package. It is given
 ;   VERSION  four dotted numbers
-;   STAGE    a directory with the programs and the Qt libraries, and nothing else
+;   STAGE    a directory with all that is installed, and nothing else
+;   LISTS    a directory with menu.nsh and files.nsh, see there
 ;   OUTPUT   the installer to make
 ;
 ; The other files are found from the directory of this script.
@@ -8,12 +9,19 @@
 ; The application keeps its database beside its executable. Whatever is done here, docs.db and what
 ; the user keeps beside it are neither replaced nor removed.
 
-Unicode true
+; The installer is a program of 64 bits like what it installs.
+Target amd64-unicode
 RequestExecutionLevel admin
 SetCompressor /SOLID lzma
 
+!include FileFunc.nsh
+!include LogicLib.nsh
 !include MUI2.nsh
-!include x64.nsh
+!include Sections.nsh
+; Macros that the package's script makes from what is in the package: MENU_ENTRIES and
+; REMOVE_MENU_ENTRIES, REMOVE_FILES.
+!include "${LISTS}/menu.nsh"
+!include "${LISTS}/files.nsh"
 
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Zelvora"
 
@@ -31,6 +39,7 @@ VIAddVersionKey "LegalCopyright" "Copyright (c) 2026 The Zelvora developers"
 !define MUI_UNICON "zelvora.ico"
 !insertmacro MUI_PAGE_LICENSE "../../LICENSE"
 !insertmacro MUI_PAGE_DIRECTORY
+!insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_INSTFILES
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
@@ -41,64 +50,84 @@ LangString Running ${LANG_RUSSIAN} "Закройте программу Zelvora 
 LangString Running ${LANG_ENGLISH} "Close Zelvora and try again."
 LangString NoDatabase ${LANG_RUSSIAN} "Не удалось создать базу данных в каталоге $INSTDIR."
 LangString NoDatabase ${LANG_ENGLISH} "No database could be made in $INSTDIR."
-LangString No64Bit ${LANG_RUSSIAN} "Нужна 64-разрядная Windows."
-LangString No64Bit ${LANG_ENGLISH} "64-bit Windows is needed."
+LangString NotRemoved ${LANG_RUSSIAN} "Не удалось удалить прежнюю версию из каталога $INSTDIR."
+LangString NotRemoved ${LANG_ENGLISH} "The former version could not be removed from $INSTDIR."
+LangString Program ${LANG_RUSSIAN} "Программа"
+LangString Program ${LANG_ENGLISH} "Program"
+LangString Sample ${LANG_RUSSIAN} "Учебный пример"
+LangString Sample ${LANG_ENGLISH} "Sample"
+LangString AboutProgram ${LANG_RUSSIAN} "Программа, руководство и пустая база данных, если её ещё нет."
+LangString AboutProgram ${LANG_ENGLISH} "The program, its guide, and an empty database if there is none."
+LangString AboutSample ${LANG_RUSSIAN} "Вместо пустой базы данных — формы, бланки и двести документов с вымышленными именами. Существующая база данных остаётся."
+LangString AboutSample ${LANG_ENGLISH} "Forms, blanks and two hundred documents with invented names in the place of an empty database. An existing database stays."
+LangString Guide ${LANG_RUSSIAN} "Zelvora: руководство"
+LangString Guide ${LANG_ENGLISH} "Zelvora guide"
 LangString DataStays ${LANG_RUSSIAN} "База данных и ваши файлы остаются в каталоге $INSTDIR."
 LangString DataStays ${LANG_ENGLISH} "The database and your files stay in $INSTDIR."
-
-Function .onInit
-    ${IfNot} ${RunningX64}
-        MessageBox MB_ICONSTOP $(No64Bit)
-        Abort
-    ${EndIf}
-    SetRegView 64
-    ; An update goes where the last one went.
-    ReadRegStr $0 HKLM "${UNINSTALL_KEY}" "InstallLocation"
-    ${If} $0 != ""
-        StrCpy $INSTDIR $0
-    ${EndIf}
-FunctionEnd
 
 Function un.onInit
     SetRegView 64
 FunctionEnd
 
-Section
-    ; A running program can't be opened for writing.
+; Leaves the section with a message if the application is running: its file can't be opened for
+; writing then.
+!macro STOP_IF_RUNNING
     ${If} ${FileExists} "$INSTDIR\zelvora.exe"
         ClearErrors
         FileOpen $0 "$INSTDIR\zelvora.exe" a
         ${If} ${Errors}
-            MessageBox MB_ICONSTOP $(Running)
+            MessageBox MB_ICONSTOP $(Running) /SD IDOK
+            SetErrorLevel 2
             Abort $(Running)
         ${EndIf}
         FileClose $0
     ${EndIf}
+!macroend
+
+; What a former version installed goes with its own list of files, so that nothing of it is left.
+Function RemoveFormerVersion
+    ${If} ${FileExists} "$INSTDIR\uninstall.exe"
+        ExecWait '"$INSTDIR\uninstall.exe" /S /UPGRADE _?=$INSTDIR' $0
+        ${If} $0 != "0"
+            MessageBox MB_ICONSTOP $(NotRemoved) /SD IDOK
+            SetErrorLevel 2
+            Abort $(NotRemoved)
+        ${EndIf}
+    ${EndIf}
+FunctionEnd
+
+; The application runs with the administrators' rights and loads what stands beside it, so that nobody
+; else may put anything there. Below "Program Files" that is so. Elsewhere a directory takes over what
+; holds for the whole disk, which lets every user write; a directory that is made here gets the rights
+; of "Program Files": administrators and the system all, users reading and running.
+Function MakeDirectory
+    ${If} ${FileExists} "$INSTDIR\*.*"
+        Return
+    ${EndIf}
+    CreateDirectory "$INSTDIR"
+    StrLen $0 "$PROGRAMFILES64\"
+    StrCpy $1 "$INSTDIR" $0
+    ${If} $1 == "$PROGRAMFILES64\"
+        Return
+    ${EndIf}
+    nsExec::ExecToLog '"$SYSDIR\icacls.exe" "$INSTDIR" /inheritance:r /grant:r *S-1-5-32-544:(OI)(CI)F *S-1-5-18:(OI)(CI)F *S-1-5-32-545:(OI)(CI)RX'
+    Pop $0
+FunctionEnd
+
+Section "$(Program)" ProgramSection
+    SectionIn RO
+    !insertmacro STOP_IF_RUNNING
+    Call RemoveFormerVersion
+    Call MakeDirectory
 
     SetOutPath "$INSTDIR"
     File /r "${STAGE}/*"
-    File "/oname=LICENSE.txt" "../../LICENSE"
     ; The changes that this release brings to an existing database, if it brings any.
     File /nonfatal "../updates/dbUpdate.bin"
 
-    ; The first database. A backup without a database is what a restore that broke off leaves: then
-    ; the user decides.
-    ${IfNot} ${FileExists} "$INSTDIR\docs.db"
-    ${AndIfNot} ${FileExists} "$INSTDIR\docs_backup.db"
-        CreateDirectory "$INSTDIR\blanks"
-        CreateDirectory "$INSTDIR\templates"
-        CreateDirectory "$INSTDIR\exports"
-        CreateDirectory "$INSTDIR\imports"
-        CreateDirectory "$INSTDIR\storage"
-        nsExec::ExecToLog '"$INSTDIR\zelvora-db.exe" create "$INSTDIR\docs.db"'
-        Pop $0
-        ${If} $0 != "0"
-            MessageBox MB_ICONEXCLAMATION $(NoDatabase)
-        ${EndIf}
-    ${EndIf}
-
     SetShellVarContext all
-    CreateShortcut "$SMPROGRAMS\Zelvora.lnk" "$INSTDIR\zelvora.exe"
+    !insertmacro MENU_ENTRIES
+    CreateShortcut "$SMPROGRAMS\$(Guide).lnk" "$INSTDIR\guide\index.html"
 
     WriteUninstaller "$INSTDIR\uninstall.exe"
     WriteRegStr HKLM "${UNINSTALL_KEY}" "DisplayName" "Zelvora"
@@ -107,37 +136,84 @@ Section
     WriteRegStr HKLM "${UNINSTALL_KEY}" "DisplayIcon" "$INSTDIR\zelvora.exe"
     WriteRegStr HKLM "${UNINSTALL_KEY}" "InstallLocation" "$INSTDIR"
     WriteRegStr HKLM "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\uninstall.exe"'
+    WriteRegStr HKLM "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
     WriteRegDWORD HKLM "${UNINSTALL_KEY}" "NoModify" 1
     WriteRegDWORD HKLM "${UNINSTALL_KEY}" "NoRepair" 1
 SectionEnd
 
-Section "Uninstall"
-    ; Programs and libraries; the directories of the user's files only if they are empty.
-    Delete "$INSTDIR\*.exe"
-    ${If} ${FileExists} "$INSTDIR\zelvora.exe"
-        MessageBox MB_ICONSTOP $(Running)
-        Abort $(Running)
+; Chosen by the user, or with /SAMPLE in a silent run.
+Section /o "$(Sample)" SampleSection
+SectionEnd
+
+; The first database. A backup without a database is what a restore that broke off leaves: then the
+; user decides.
+Section
+    ${If} ${FileExists} "$INSTDIR\docs.db"
+    ${OrIf} ${FileExists} "$INSTDIR\docs_backup.db"
+        Return
     ${EndIf}
-    Delete "$INSTDIR\*.dll"
-    Delete "$INSTDIR\LICENSE.txt"
-    RMDir /r "$INSTDIR\bearer"
-    RMDir /r "$INSTDIR\iconengines"
-    RMDir /r "$INSTDIR\imageformats"
-    RMDir /r "$INSTDIR\platforms"
-    RMDir /r "$INSTDIR\printsupport"
-    RMDir /r "$INSTDIR\sqldrivers"
-    RMDir /r "$INSTDIR\styles"
+    CreateDirectory "$INSTDIR\blanks"
+    CreateDirectory "$INSTDIR\templates"
+    CreateDirectory "$INSTDIR\exports"
+    CreateDirectory "$INSTDIR\imports"
+    CreateDirectory "$INSTDIR\storage"
+    ${If} ${SectionIsSelected} ${SampleSection}
+        nsExec::ExecToLog '"$INSTDIR\zelvora-db.exe" sample "$INSTDIR"'
+    ${Else}
+        nsExec::ExecToLog '"$INSTDIR\zelvora-db.exe" create "$INSTDIR\docs.db"'
+    ${EndIf}
+    Pop $0
+    ${If} $0 != "0"
+        MessageBox MB_ICONEXCLAMATION $(NoDatabase) /SD IDOK
+    ${EndIf}
+SectionEnd
+
+!insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
+!insertmacro MUI_DESCRIPTION_TEXT ${ProgramSection} $(AboutProgram)
+!insertmacro MUI_DESCRIPTION_TEXT ${SampleSection} $(AboutSample)
+!insertmacro MUI_FUNCTION_DESCRIPTION_END
+
+Function .onInit
+    SetRegView 64
+    ; An update goes where the last one went, unless another directory was given.
+    ReadRegStr $0 HKLM "${UNINSTALL_KEY}" "InstallLocation"
+    ${If} $0 != ""
+    ${AndIf} $INSTDIR == "$PROGRAMFILES64\Zelvora"
+        StrCpy $INSTDIR $0
+    ${EndIf}
+    ${GetParameters} $1
+    ClearErrors
+    ${GetOptions} $1 "/SAMPLE" $2
+    ${IfNot} ${Errors}
+        !insertmacro SelectSection ${SampleSection}
+    ${EndIf}
+FunctionEnd
+
+Section "Uninstall"
+    ; What was installed, by its list; the directories of the user's files only if they are empty.
+    !insertmacro STOP_IF_RUNNING
+    !insertmacro REMOVE_FILES
+    Delete "$INSTDIR\uninstall.exe"
+    ; Changes that wait for the application's next start are for the next version too.
+    ${GetParameters} $1
+    ClearErrors
+    ${GetOptions} $1 "/UPGRADE" $2
+    ${If} ${Errors}
+        Delete "$INSTDIR\dbUpdate.bin"
+    ${EndIf}
     RMDir "$INSTDIR\blanks"
     RMDir "$INSTDIR\templates"
     RMDir "$INSTDIR\exports"
     RMDir "$INSTDIR\imports"
     RMDir "$INSTDIR\storage"
+    SetOutPath "$TEMP" ; a directory that is the current one can't be removed
     RMDir "$INSTDIR"
 
     SetShellVarContext all
-    Delete "$SMPROGRAMS\Zelvora.lnk"
+    !insertmacro REMOVE_MENU_ENTRIES
+    Delete "$SMPROGRAMS\$(Guide).lnk"
     DeleteRegKey HKLM "${UNINSTALL_KEY}"
     ${If} ${FileExists} "$INSTDIR\*"
-        MessageBox MB_ICONINFORMATION $(DataStays)
+        MessageBox MB_ICONINFORMATION $(DataStays) /SD IDOK
     ${EndIf}
 SectionEnd

@@ -3,8 +3,6 @@
 #include <QDebug>
 #include <QPageLayout>
 #include <QPrinter>
-#include <QSqlQuery>
-#include <QVariant>
 
 #include "blanks/BlankRecord.h"
 
@@ -13,12 +11,6 @@ BlankPaper::BlankPaper(int orientation, int format, const QSizeF& size)
     , m_format(format)
     , m_size(size)
 {
-}
-
-BlankPaper BlankPaper::ofRow(const QSqlQuery& row)
-{
-    return {row.value("PAPER_ORIENTATION").toInt(), row.value("PAPER_FORMAT").toInt(),
-            QSizeF(row.value("SIZE_WIDTH").toInt(), row.value("SIZE_HEIGHT").toInt())};
 }
 
 QString BlankPaper::storedSize(const QSqlQuery& row)

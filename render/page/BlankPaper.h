@@ -17,9 +17,6 @@ public:
     /// `size` holds `SIZE_WIDTH` and `SIZE_HEIGHT` in millimetres.
     BlankPaper(int orientation, int format, const QSizeF& size);
 
-    /// The paper of the current row of `blanks`.
-    static BlankPaper ofRow(const QSqlQuery& row);
-
     /// `SIZE_WIDTH` and `SIZE_HEIGHT` of the current row of `blanks` as they are stored, for the
     /// user: "297 × 210". Whatever is no number counts as 0 elsewhere.
     static QString storedSize(const QSqlQuery& row);

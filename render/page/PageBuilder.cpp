@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "app/AppHelpers.h"
+#include "app/StoredPath.h"
 #include "blanks/BlankRecord.h"
 #include "forms/FormDefinitions.h"
 #include "render/QrPixmap.h"
@@ -77,6 +78,7 @@ void PageBuilder::addItem(const QJsonObject& object)
     item.font = item.blankItem.font(m_blank.font);
     const QJsonObject docField = docFieldOf(item);
     if (item.blankItem.kind == BlankItemKind::qr) {
+        // kept: at the frame's corner, in the symbol's own size, whatever the frame's.
         item.symbol = new QrPixmapItem(QPixmap());
         item.symbol->setPos(item.blankItem.geometry.topLeft());
     } else if (isTable(item, docField)) {
@@ -148,7 +150,8 @@ QPixmap PageBuilder::loadBackground() const
     if (m_blank.background.isNull()) {
         return QPixmap();
     }
-    return loadPagePicture(appFilePath(m_blank.background.toString()), m_blank.paper().pageSize());
+    return loadPagePicture(storedFilePath(appDirPath(), m_blank.background.toString()),
+                           m_blank.paper().pageSize());
 }
 
 QJsonObject PageBuilder::docFieldOf(const PageItem& item) const

@@ -17,6 +17,7 @@ PageStyle* PageStyle::shared()
 }
 
 PageStyle::PageStyle()
+    : QProxyStyle("Fusion")
 {
     const PageWidget<QWidget> pageWidget;
     m_pageOption.fontMetrics = QFontMetrics(QFont(QApplication::font(), &pageWidget));

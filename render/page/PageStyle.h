@@ -3,9 +3,9 @@
 #include <QProxyStyle>
 #include <QStyleOption>
 
-/// The application's style as it is on a screen of 96 dots per inch. A page asks it for what its
+/// The toolkit's own style as it is on a screen of 96 dots per inch. A page asks it for what its
 /// layouts leave free, so that a text stands at the same place on paper whatever screen the page
-/// is laid out on.
+/// is laid out on and whatever style the desktop has.
 class PageStyle : public QProxyStyle
 {
     Q_OBJECT

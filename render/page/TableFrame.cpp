@@ -24,6 +24,7 @@ QTableWidget* makeTable(const QFont& font)
     auto* header = new PageWidget<QHeaderView>(Qt::Horizontal);
     auto* horizontalBar = new PageWidget<QScrollBar>(Qt::Horizontal);
     auto* verticalBar = new PageWidget<QScrollBar>(Qt::Vertical);
+    table->setStyle(PageStyle::shared());
     header->setStyle(PageStyle::shared());
     table->setHorizontalHeader(header);
     table->setHorizontalScrollBar(horizontalBar);
@@ -75,6 +76,7 @@ void fillCell(QTableWidget* table, int row, int column, const QString& text, con
         }
         return;
     }
+    // kept: without alignment, whatever `columns_align`, `h_align` and `v_align` say.
     auto* cell = new QTableWidgetItem(text);
     cell->setFont(font);
     table->setItem(row, column, cell);

@@ -2,11 +2,13 @@
 
 #include "render/page/FrameLabel.h"
 #include "render/page/PageFont.h"
+#include "render/page/PageStyle.h"
 
 PageFrame TextFrame::make(const BlankItem& item, const QFont& font)
 {
     PageFrame frame = PageFrame::make();
     frame.label = new FrameLabel;
+    frame.label->setStyle(PageStyle::shared());
     frame.setContent(frame.label);
     frame.label->setFont(pageFont(font));
     frame.label->setWordWrap(true);
@@ -21,16 +23,16 @@ PageFrame TextFrame::make(const BlankItem& item, const QFont& font)
 
 void TextFrame::fill(const PageFrame& frame, const BlankItem& item, const QString& text)
 {
-    if (!item.hasStroke) {
-        frame.label->setAvailableSize(frame.availableSize(item.geometry.size()), text,
-                                      item.lineSpacing);
-    }
     const int lineHeight = static_cast<int>(item.lineSpacing * 100.0F);
+    // kept: values are not escaped. Documents hold markup on purpose, such as "<b>".
     const QString markup =
         "<p style=\"line-height: " + QString::number(lineHeight) + "%;\">" + text + "</p>";
     frame.label->setText(QString(markup).replace('\n', "<br>"));
     if (item.hasStroke) {
         // Behind the text, which would make the height follow the width.
         frame.label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    } else {
+        frame.label->setAvailableSize(frame.availableSize(item.geometry.size()), text,
+                                      item.lineSpacing);
     }
 }

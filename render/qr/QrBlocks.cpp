@@ -40,75 +40,75 @@ class BlockWalk
 {
 public:
     BlockWalk(QrEncoder& walked, int versionGroup)
-        : encoder(walked)
-        , group(versionGroup)
-        , end(walked.blockCount)
+        : m_encoder(walked)
+        , m_group(versionGroup)
+        , m_end(walked.blockCount)
     {
     }
 
-    bool hasNext() const { return next < end; }
+    bool hasNext() const { return m_next < m_end; }
 
     QrEncoder::Mode mode(int offset) const
     {
-        return static_cast<QrEncoder::Mode>(encoder.blockModes[index(offset)]);
+        return static_cast<QrEncoder::Mode>(m_encoder.blockModes[index(offset)]);
     }
-    int length(int offset) const { return encoder.blockLengths[index(offset)]; }
-    int cost(int offset) const { return blockCost(mode(offset), length(offset), group); }
+    int length(int offset) const { return m_encoder.blockLengths[index(offset)]; }
+    int cost(int offset) const { return blockCost(mode(offset), length(offset), m_group); }
 
     /// True if there is a block at `offset` and it is of that mode.
     bool is(int offset, QrEncoder::Mode expected) const
     {
         const int at = index(offset);
-        return at >= 0 && at < end && encoder.blockModes[at] == expected;
+        return at >= 0 && at < m_end && m_encoder.blockModes[at] == expected;
     }
 
-    void advance() { moveBlock(next++, ++current); }
+    void advance() { moveBlock(m_next++, ++m_current); }
 
     void stepBack()
     {
-        if (current > 0) {
-            moveBlock(current--, --next);
+        if (m_current > 0) {
+            moveBlock(m_current--, --m_next);
         }
     }
 
     /// Gives the current block to the one before it, which becomes the current one.
     void joinWithPrevious()
     {
-        encoder.blockLengths[current - 1] += encoder.blockLengths[current];
-        --current;
+        m_encoder.blockLengths[m_current - 1] += m_encoder.blockLengths[m_current];
+        --m_current;
     }
 
     /// Gives the current block the next one and sets its mode.
     void joinWithNext(QrEncoder::Mode mode)
     {
-        encoder.blockModes[current] = mode;
-        encoder.blockLengths[current] += encoder.blockLengths[next++];
+        m_encoder.blockModes[m_current] = mode;
+        m_encoder.blockLengths[m_current] += m_encoder.blockLengths[m_next++];
     }
 
     /// Makes the next two blocks one, with the mode of the second.
     void joinNextTwo()
     {
-        encoder.blockLengths[next + 1] += encoder.blockLengths[next];
-        ++next;
+        m_encoder.blockLengths[m_next + 1] += m_encoder.blockLengths[m_next];
+        ++m_next;
     }
 
     /// Stores the new block count; to be called when no block is left ahead.
-    void finish() { encoder.blockCount = current + 1; }
+    void finish() { m_encoder.blockCount = m_current + 1; }
 
 private:
-    int index(int offset) const { return offset <= 0 ? current + offset : next + offset - 1; }
+    int index(int offset) const { return offset <= 0 ? m_current + offset : m_next + offset - 1; }
 
     void moveBlock(int from, int to)
     {
-        encoder.blockModes[to] = encoder.blockModes[from];
-        encoder.blockLengths[to] = encoder.blockLengths[from];
+        m_encoder.blockModes[to] = m_encoder.blockModes[from];
+        m_encoder.blockLengths[to] = m_encoder.blockLengths[from];
     }
 
-    QrEncoder& encoder;
-    const int group;
-    int current = 0;
-    int next = 1;
-    const int end;
+    QrEncoder& m_encoder;
+    const int m_group;
+    int m_current = 0;
+    int m_next = 1;
+    const int m_end;
 };
 
 /// Joins a numeric and an alphanumeric neighbour where one block of both, or an 8-bit block beside

@@ -53,20 +53,20 @@ public:
         word -= word >> 1 & 0x5555555555555555;
         word = (word & 0x3333333333333333) + (word >> 2 & 0x3333333333333333);
         word = (word + (word >> 4)) & 0x0F0F0F0F0F0F0F0F;
-        lanes += (word & 0x00FF00FF00FF00FF) + (word >> 8 & 0x00FF00FF00FF00FF);
+        m_lanes += (word & 0x00FF00FF00FF00FF) + (word >> 8 & 0x00FF00FF00FF00FF);
     }
 
     int total() const
     {
         std::uint64_t sum = 0;
         for (int lane = 0; lane < 4; ++lane) {
-            sum += lanes >> (16 * lane) & 0xFFFF;
+            sum += m_lanes >> (16 * lane) & 0xFFFF;
         }
         return static_cast<int>(sum);
     }
 
 private:
-    std::uint64_t lanes = 0;
+    std::uint64_t m_lanes = 0;
 };
 
 /// Eight bytes with the first one in the lowest bits, on a machine of any byte order.
@@ -101,61 +101,61 @@ void transposeBlock(std::array<std::uint64_t, 64>& block)
 } // namespace
 
 QrMaskTrial::QrMaskTrial(const QrEncoder::Matrix& modules, int moduleCount, int errorLevel)
-    : side(moduleCount)
-    , level(errorLevel)
-    , words((moduleCount + wordBits - 1) / wordBits)
+    : m_side(moduleCount)
+    , m_level(errorLevel)
+    , m_words((moduleCount + wordBits - 1) / wordBits)
 {
     readColumns(modules);
-    transpose(columns.unmasked, rows.unmasked);
-    transpose(columns.data, rows.data);
-    alternatePadding(columns.unmasked);
-    alternatePadding(rows.unmasked);
+    transpose(m_columns.unmasked, m_rows.unmasked);
+    transpose(m_columns.data, m_rows.data);
+    alternatePadding(m_columns.unmasked);
+    alternatePadding(m_rows.unmasked);
 }
 
 int QrMaskTrial::penalty(int mask)
 {
-    applyMask(columns, columnMasks[mask]);
-    applyMask(rows, rowMasks[mask]);
-    QrPatterns::visitFormatModules(QrPatterns::formatInformation(level, mask), side,
+    applyMask(m_columns, columnMasks[mask]);
+    applyMask(m_rows, rowMasks[mask]);
+    QrPatterns::visitFormatModules(QrPatterns::formatInformation(m_level, mask), m_side,
                                    [this](int x, int y, bool dark) {
                                        if (!dark) {
                                            return;
                                        }
-                                       setDark(columns.masked, x, y);
-                                       setDark(rows.masked, y, x);
+                                       setDark(m_columns.masked, x, y);
+                                       setDark(m_rows.masked, y, x);
                                    });
 
-    return runAndFinderPenalty(columns.masked) + runAndFinderPenalty(rows.masked) +
-           squarePenalty(rows.masked) + balancePenalty(rows.masked);
+    return runAndFinderPenalty(m_columns.masked) + runAndFinderPenalty(m_rows.masked) +
+           squarePenalty(m_rows.masked) + balancePenalty(m_rows.masked);
 }
 
 void QrMaskTrial::readColumns(const QrEncoder::Matrix& modules)
 {
     std::array<std::uint8_t, std::size_t{maxWords} * wordBits> column{};
-    for (int x = 0; x < side; ++x) {
-        std::copy_n(modules[x].begin(), side, column.begin());
+    for (int x = 0; x < m_side; ++x) {
+        std::copy_n(modules[x].begin(), m_side, column.begin());
         const std::ptrdiff_t first = start(x);
-        for (int y = 0; y < side; y += 8) {
+        for (int y = 0; y < m_side; y += 8) {
             const std::uint64_t flags = loadBytes(&column[y]);
             const std::uint64_t dark = gatherLowBits(flags >> 4 | flags >> 1);
             const std::uint64_t function = gatherLowBits(flags >> 5);
             const std::ptrdiff_t word = first + y / wordBits;
             const int shift = y % wordBits;
-            columns.unmasked[word] |= dark << shift;
-            columns.data[word] |= (function ^ 0xFF) << shift;
+            m_columns.unmasked[word] |= dark << shift;
+            m_columns.data[word] |= (function ^ 0xFF) << shift;
         }
         // The last eight modules reach past the edge.
-        columns.data[first + words - 1] &= ~std::uint64_t{0} >> paddingBits();
+        m_columns.data[first + m_words - 1] &= ~std::uint64_t{0} >> paddingBits();
     }
 }
 
 void QrMaskTrial::transpose(const Lines& from, Lines& to) const
 {
     std::array<std::uint64_t, wordBits> block{};
-    for (int across = 0; across < words; ++across) {
-        for (int down = 0; down < words; ++down) {
+    for (int across = 0; across < m_words; ++across) {
+        for (int down = 0; down < m_words; ++down) {
             const int firstLine = down * wordBits;
-            const int lineCount = std::min(wordBits, side - firstLine);
+            const int lineCount = std::min(wordBits, m_side - firstLine);
             block.fill(0);
             for (int i = 0; i < lineCount; ++i) {
                 block[i] = from[start(firstLine + i) + across];
@@ -164,7 +164,7 @@ void QrMaskTrial::transpose(const Lines& from, Lines& to) const
             transposeBlock(block);
 
             const int firstTurned = across * wordBits;
-            const int turnedCount = std::min(wordBits, side - firstTurned);
+            const int turnedCount = std::min(wordBits, m_side - firstTurned);
             for (int i = 0; i < turnedCount; ++i) {
                 to[start(firstTurned + i) + down] = block[i];
             }
@@ -177,7 +177,7 @@ void QrMaskTrial::transpose(const Lines& from, Lines& to) const
 void QrMaskTrial::alternatePadding(Lines& lines) const
 {
     const std::uint64_t padding = ~(~std::uint64_t{0} >> paddingBits());
-    for (int line = 1; line < side; line += 2) {
+    for (int line = 1; line < m_side; line += 2) {
         lines[start(line + 1) - 1] |= padding;
     }
 }
@@ -185,9 +185,9 @@ void QrMaskTrial::alternatePadding(Lines& lines) const
 void QrMaskTrial::applyMask(Board& board, const MaskLines& maskLines) const
 {
     std::ptrdiff_t at = start(0);
-    for (int line = 0; line < side; ++line) {
+    for (int line = 0; line < m_side; ++line) {
         const auto& maskLine = maskLines[line % QrPatterns::maskPeriod];
-        for (int word = 0; word < words; ++word, ++at) {
+        for (int word = 0; word < m_words; ++word, ++at) {
             board.masked[at] = board.unmasked[at] ^ (maskLine[word] & board.data[at]);
         }
     }
@@ -209,20 +209,22 @@ int QrMaskTrial::runAndFinderPenalty(const Lines& lines) const
     // A position that starts five like modules: a run of n modules holds n - 4 of them, and the
     // first counts for two more, which makes n - 2.
     const auto likeFive = [this](const std::uint64_t* at) {
-        const std::uint64_t all = at[0] & at[words] & at[2 * words] & at[3 * words] & at[4 * words];
-        const std::uint64_t any = at[0] | at[words] | at[2 * words] | at[3 * words] | at[4 * words];
+        const std::uint64_t all =
+            at[0] & at[m_words] & at[2 * m_words] & at[3 * m_words] & at[4 * m_words];
+        const std::uint64_t any =
+            at[0] | at[m_words] | at[2 * m_words] | at[3 * m_words] | at[4 * m_words];
         return all | ~any;
     };
 
     // On line 0 a light run looks like one that comes from the margin.
-    for (std::ptrdiff_t i = 0; i < words; ++i) {
+    for (std::ptrdiff_t i = 0; i < m_words; ++i) {
         runStarts.add(likeFive(first + i) & ~first[i]);
     }
 
-    const std::ptrdiff_t end = (side - 4) * words;
+    const std::ptrdiff_t end = (m_side - 4) * m_words;
     for (std::ptrdiff_t i = 0; i < end; ++i) {
         const std::uint64_t* const at = first + i;
-        const auto dark = [this, at](int distance) { return at[distance * words]; };
+        const auto dark = [this, at](int distance) { return at[distance * m_words]; };
 
         const std::uint64_t like = likeFive(at);
         runModules.add(like);
@@ -242,12 +244,12 @@ int QrMaskTrial::squarePenalty(const Lines& lines) const
 {
     const std::uint64_t* const first = &lines[start(0)];
     BitCount squares;
-    const std::ptrdiff_t end = (side - 1) * words;
+    const std::ptrdiff_t end = (m_side - 1) * m_words;
     for (std::ptrdiff_t i = 0; i < end; ++i) {
         const std::uint64_t here = first[i];
         const std::uint64_t right = here >> 1 | first[i + 1] << 63;
-        const std::uint64_t below = first[i + words];
-        const std::uint64_t belowRight = below >> 1 | first[i + words + 1] << 63;
+        const std::uint64_t below = first[i + m_words];
+        const std::uint64_t belowRight = below >> 1 | first[i + m_words + 1] << 63;
         squares.add(~((here ^ right) | (below ^ belowRight) | (here ^ below)));
     }
     return 3 * squares.total();
@@ -256,12 +258,12 @@ int QrMaskTrial::squarePenalty(const Lines& lines) const
 int QrMaskTrial::balancePenalty(const Lines& lines) const
 {
     BitCount darkBits;
-    for (std::ptrdiff_t i = start(0); i < start(side); ++i) {
+    for (std::ptrdiff_t i = start(0); i < start(m_side); ++i) {
         darkBits.add(lines[i]);
     }
 
-    const int darkPadding = paddingBits() * (side / 2);
-    const int light = side * side - (darkBits.total() - darkPadding);
-    const int percentLight = light * 100 / (side * side);
+    const int darkPadding = paddingBits() * (m_side / 2);
+    const int light = m_side * m_side - (darkBits.total() - darkPadding);
+    const int percentLight = light * 100 / (m_side * m_side);
     return std::abs(50 - percentLight) / 5 * 10;
 }

@@ -44,10 +44,10 @@ private:
     };
 
     /// Index of the first word of `line`; the lines of the margins have numbers past the edges.
-    std::ptrdiff_t start(int line) const { return (margin + line) * words; }
+    std::ptrdiff_t start(int line) const { return (margin + line) * m_words; }
 
     /// Bits of a line behind its last module, all of them in its last word.
-    int paddingBits() const { return static_cast<int>(words) * wordBits - side; }
+    int paddingBits() const { return static_cast<int>(m_words) * wordBits - m_side; }
 
     void readColumns(const QrEncoder::Matrix& modules);
     void transpose(const Lines& from, Lines& to) const;
@@ -60,9 +60,9 @@ private:
     int squarePenalty(const Lines& lines) const;
     int balancePenalty(const Lines& lines) const;
 
-    const int side; ///< modules per side
-    const int level;
-    const std::ptrdiff_t words; ///< words per line
-    Board columns{};
-    Board rows{};
+    const int m_side; ///< modules per side
+    const int m_level;
+    const std::ptrdiff_t m_words; ///< words per line
+    Board m_columns{};
+    Board m_rows{};
 };

@@ -16,21 +16,21 @@ constexpr int shiftOf(int index)
 } // namespace
 
 QrRemainder::QrRemainder(int generatorDegree)
-    : degree(generatorDegree)
+    : m_degree(generatorDegree)
 {
     static_assert(maxDegree <= 8 * std::tuple_size_v<Words>);
 
-    const QrTables::Generator& generator = QrTables::generators[degree];
+    const QrTables::Generator& generator = QrTables::generators[m_degree];
     for (int bit = 0; bit < 8; ++bit) {
-        Words& words = bit < 4 ? lowProducts[1 << bit] : highProducts[1 << (bit - 4)];
-        for (int i = 0; i < degree; ++i) {
+        Words& words = bit < 4 ? m_lowProducts[1 << bit] : m_highProducts[1 << (bit - 4)];
+        for (int i = 0; i < m_degree; ++i) {
             const std::uint64_t product = QrTables::exponents[(generator[i] + bit) % 255];
             words[i / 8] |= product << shiftOf(i);
         }
     }
 
     // The other multiples are sums of those by a single bit.
-    for (Products* products : {&lowProducts, &highProducts}) {
+    for (Products* products : {&m_lowProducts, &m_highProducts}) {
         for (int factor = 3; factor < 16; ++factor) {
             const int rest = factor & (factor - 1);
             if (rest == 0) {
@@ -48,14 +48,14 @@ void QrRemainder::divide(const std::uint8_t* data, int dataCount, std::uint8_t* 
     Words words{};
     for (int i = 0; i < dataCount; ++i) {
         const unsigned factor = static_cast<unsigned>(words[0] >> 56) ^ data[i];
-        const Words& low = lowProducts[factor & 0xF];
-        const Words& high = highProducts[factor >> 4];
+        const Words& low = m_lowProducts[factor & 0xF];
+        const Words& high = m_highProducts[factor >> 4];
         words[0] = (words[0] << 8 | words[1] >> 56) ^ low[0] ^ high[0];
         words[1] = (words[1] << 8 | words[2] >> 56) ^ low[1] ^ high[1];
         words[2] = (words[2] << 8 | words[3] >> 56) ^ low[2] ^ high[2];
         words[3] = words[3] << 8 ^ low[3] ^ high[3];
     }
-    for (int i = 0; i < degree; ++i) {
+    for (int i = 0; i < m_degree; ++i) {
         result[i] = static_cast<std::uint8_t>(words[i / 8] >> shiftOf(i));
     }
 }

@@ -24,7 +24,7 @@ private:
     using Words = std::array<std::uint64_t, 4>;
     using Products = std::array<Words, 16>;
 
-    const int degree;        ///< error correction codewords per block
-    Products lowProducts{};  ///< generator times each value of the low four bits
-    Products highProducts{}; ///< generator times each value of the high four bits
+    const int m_degree;        ///< error correction codewords per block
+    Products m_lowProducts{};  ///< generator times each value of the low four bits
+    Products m_highProducts{}; ///< generator times each value of the high four bits
 };

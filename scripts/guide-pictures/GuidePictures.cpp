@@ -53,6 +53,7 @@
 #include "printing/calibration/CalibrationSheet.h"
 #include "render/PrinPreviewDialog.h"
 #include "render/page/BlankPaper.h"
+#include "render/page/PageRows.h"
 #include "store/ChangeOrgDataDlg.h"
 #include "store/DataBaseUpdater.h"
 #include "store/UpdatePackage.h"
@@ -545,12 +546,12 @@ void drawRuler(QImage& image, const QPointF& zero, double dotsPerMillimetre)
 
 void Pictures::testSheet()
 {
-    QSqlQuery query("SELECT * FROM blanks WHERE ID = " + QString::number(diplomaBlank));
-    if (!query.next()) {
+    const std::optional<PageBlank> blank = PageBlank::read(diplomaBlank, PageBlank(), nullptr);
+    if (!blank) {
         qFatal("the sample has no blank %d", diplomaBlank);
     }
-    const BlankPaper paper = BlankPaper::ofRow(query);
-    const CalibrationSheet sheet(paper, query.value("NAME").toString());
+    const BlankPaper paper = blank->paper();
+    const CalibrationSheet sheet(paper, blank->name);
     const QSizeF size = paper.sheetSize();
 
     constexpr double whole = 4; // dots per millimetre

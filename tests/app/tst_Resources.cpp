@@ -175,7 +175,7 @@ private:
     /// Shows the dialog with what the test has put into it.
     void show();
 
-    QScopedPointer<QDialog> dialog;
+    QScopedPointer<QDialog> m_dialog;
 };
 
 void tst_Resources::initTestCase()
@@ -185,21 +185,21 @@ void tst_Resources::initTestCase()
 
 void tst_Resources::init()
 {
-    dialog.reset(new QDialog);
-    dialog->resize(400, 300);
-    dialog->setStyleSheet(baseStyleSheet);
+    m_dialog.reset(new QDialog);
+    m_dialog->resize(400, 300);
+    m_dialog->setStyleSheet(baseStyleSheet);
 }
 
 void tst_Resources::cleanup()
 {
-    dialog.reset();
+    m_dialog.reset();
 }
 
 void tst_Resources::show()
 {
-    dialog->show();
-    QVERIFY(QTest::qWaitForWindowExposed(dialog.data()));
-    dialog->setFocus(); // a list to choose from looks otherwise while it has the keyboard
+    m_dialog->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_dialog.data()));
+    m_dialog->setFocus(); // a list to choose from looks otherwise while it has the keyboard
 }
 
 void tst_Resources::pictures_data()
@@ -308,7 +308,7 @@ void tst_Resources::windowBackground()
 {
     QMainWindow mainWindow;
     QSplitter splitter;
-    for (QWidget* window : QList<QWidget*>{dialog.data(), &mainWindow, &splitter}) {
+    for (QWidget* window : QList<QWidget*>{m_dialog.data(), &mainWindow, &splitter}) {
         window->setStyleSheet(baseStyleSheet);
         window->resize(200, 100);
         window->show();
@@ -318,8 +318,8 @@ void tst_Resources::windowBackground()
 
 void tst_Resources::labels()
 {
-    auto* label = new QLabel("ФИО", dialog.data());
-    auto* button = new QRadioButton("Портрет", dialog.data());
+    auto* label = new QLabel("ФИО", m_dialog.data());
+    auto* button = new QRadioButton("Портрет", m_dialog.data());
     show();
     for (QWidget* widget : QList<QWidget*>{label, button}) {
         QCOMPARE(widget->font().family(), QString("Roboto"));
@@ -349,9 +349,9 @@ void tst_Resources::indicators()
 
     QAbstractButton* button = nullptr;
     if (radio) {
-        button = new QRadioButton("Альбом", dialog.data());
+        button = new QRadioButton("Альбом", m_dialog.data());
     } else {
-        button = new QCheckBox("Альбом", dialog.data());
+        button = new QCheckBox("Альбом", m_dialog.data());
     }
     button->move(20, 20);
     button->setChecked(checked);
@@ -362,18 +362,18 @@ void tst_Resources::indicators()
     const QRect place = button->style()->subElementRect(
         radio ? QStyle::SE_RadioButtonIndicator : QStyle::SE_CheckBoxIndicator, &option, button);
     QCOMPARE(place.size(), QSize(20, 20));
-    const QImage shown = imageOf(dialog.data());
+    const QImage shown = imageOf(m_dialog.data());
     QVERIFY(showsPicture(shown, button->pos() + place.topLeft(), path));
 
     button->setEnabled(false);
-    QVERIFY(!showsPicture(imageOf(dialog.data()), button->pos() + place.topLeft(), path));
+    QVERIFY(!showsPicture(imageOf(m_dialog.data()), button->pos() + place.topLeft(), path));
 }
 
 void tst_Resources::arrows()
 {
-    auto* combo = new QComboBox(dialog.data());
+    auto* combo = new QComboBox(m_dialog.data());
     combo->setGeometry(20, 20, 200, 30);
-    auto* date = new QDateEdit(dialog.data());
+    auto* date = new QDateEdit(m_dialog.data());
     date->setCalendarPopup(true);
     date->setGeometry(20, 80, 200, 30);
     show();
@@ -388,13 +388,13 @@ void tst_Resources::arrows()
 
         const QRect arrow = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, QSize(22, 13),
                                                 button.translated(widget->pos()));
-        QVERIFY(showsPicture(imageOf(dialog.data()), arrow.topLeft(), ":/res/arrow_down.png"));
+        QVERIFY(showsPicture(imageOf(m_dialog.data()), arrow.topLeft(), ":/res/arrow_down.png"));
     }
 }
 
 void tst_Resources::spinBoxButtons()
 {
-    auto* spin = new QSpinBox(dialog.data());
+    auto* spin = new QSpinBox(m_dialog.data());
     spin->setRange(0, 10);
     spin->setValue(5);
     spin->setGeometry(20, 20, 120, 30);
@@ -434,7 +434,7 @@ void tst_Resources::editors_data()
 void tst_Resources::editors()
 {
     QFETCH(QString, kind);
-    QWidget* editor = createEditor(kind, dialog.data());
+    QWidget* editor = createEditor(kind, m_dialog.data());
     editor->move(20, 20);
     show();
 
@@ -445,7 +445,7 @@ void tst_Resources::editors()
     QCOMPARE(leftEdge(editor), accent);
 
     // The round corner leaves the window's background visible at the very corner.
-    const QImage shown = imageOf(dialog.data());
+    const QImage shown = imageOf(m_dialog.data());
     QVERIFY(shown.pixelColor(20, 20).lightness() > 240);
     QVERIFY(hasColor(shown, QRect(23, 20, 10, 1), accent));
 }
@@ -458,7 +458,7 @@ void tst_Resources::editorsInTables_data()
 void tst_Resources::editorsInTables()
 {
     QFETCH(QString, kind);
-    QWidget* editor = createEditor(kind, dialog.data());
+    QWidget* editor = createEditor(kind, m_dialog.data());
     editor->setProperty("inTable", true);
     show();
     if (kind == "QPlainTextEdit") {
@@ -477,7 +477,7 @@ void tst_Resources::disabledEditors_data()
 void tst_Resources::disabledEditors()
 {
     QFETCH(QString, kind);
-    QWidget* editor = createEditor(kind, dialog.data());
+    QWidget* editor = createEditor(kind, m_dialog.data());
     editor->setEnabled(false);
     show();
     QCOMPARE(upperInside(editor), QColor("#E5E5E5"));
@@ -486,7 +486,7 @@ void tst_Resources::disabledEditors()
 
 void tst_Resources::tabs()
 {
-    auto* tabs = new QTabWidget(dialog.data());
+    auto* tabs = new QTabWidget(m_dialog.data());
     tabs->addTab(new QWidget, "Формы");
     tabs->addTab(new QWidget, "Списки");
     tabs->setGeometry(20, 20, 300, 200);
@@ -494,8 +494,8 @@ void tst_Resources::tabs()
 
     const QTabBar* bar = tabs->tabBar();
     QCOMPARE(bar->tabRect(0).height(), 35);
-    const QImage shown = imageOf(dialog.data());
-    const QPoint barPos = bar->mapTo(dialog.data(), QPoint(0, 0));
+    const QImage shown = imageOf(m_dialog.data());
+    const QPoint barPos = bar->mapTo(m_dialog.data(), QPoint(0, 0));
     const QRect first = bar->tabRect(0).translated(barPos);
     const QRect second = bar->tabRect(1).translated(barPos);
     QCOMPARE(shown.pixelColor(first.topLeft() + QPoint(6, 6)), accent);
@@ -540,8 +540,8 @@ void tst_Resources::coloredButtons()
     QFETCH(QColor, background);
     QFETCH(QColor, pressed);
 
-    auto* push = new QPushButton("ОК", dialog.data());
-    auto* tool = new QToolButton(dialog.data());
+    auto* push = new QPushButton("ОК", m_dialog.data());
+    auto* tool = new QToolButton(m_dialog.data());
     push->move(20, 20);
     tool->setText("ОК");
     tool->move(20, 100);
@@ -558,7 +558,7 @@ void tst_Resources::coloredButtons()
         QCOMPARE(button->palette().color(QPalette::ButtonText), white);
         QCOMPARE(upperInside(button), background);
         QCOMPARE(leftEdge(button), background);
-        QCOMPARE(imageOf(dialog.data()).pixelColor(button->pos()), white);
+        QCOMPARE(imageOf(m_dialog.data()).pixelColor(button->pos()), white);
 
         button->setDown(true);
         QCOMPARE(upperInside(button), pressed);
@@ -580,9 +580,9 @@ void tst_Resources::whiteButtons()
     QFETCH(bool, tool);
     QAbstractButton* button = nullptr;
     if (tool) {
-        button = new QToolButton(dialog.data());
+        button = new QToolButton(m_dialog.data());
     } else {
-        button = new QPushButton(dialog.data());
+        button = new QPushButton(m_dialog.data());
     }
     button->setIcon(QIcon(":/res/plus.png"));
     button->setProperty("btnRole1", "whiteButton");
@@ -598,7 +598,7 @@ void tst_Resources::whiteButtons()
 
 void tst_Resources::unknownRole()
 {
-    auto* button = new QPushButton("...", dialog.data());
+    auto* button = new QPushButton("...", m_dialog.data());
     button->setProperty("btnRole1", "other");
     button->setFixedWidth(35);
     show();

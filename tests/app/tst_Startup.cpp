@@ -51,12 +51,12 @@ public:
         }
         argv.push_back(nullptr);
         int argc = m_arguments.size();
-        current = this;
-        previous = qInstallMessageHandler(logged);
+        m_current = this;
+        m_previous = qInstallMessageHandler(logged);
         m_clock.start();
         const int code = runApplication(argc, argv.data());
-        qInstallMessageHandler(previous);
-        current = nullptr;
+        qInstallMessageHandler(m_previous);
+        m_current = nullptr;
         return code;
     }
 
@@ -84,8 +84,8 @@ public:
     /// Watches the application that is being constructed.
     static void watchApplication()
     {
-        if (current) {
-            QCoreApplication::instance()->installEventFilter(current);
+        if (m_current) {
+            QCoreApplication::instance()->installEventFilter(m_current);
         }
     }
 
@@ -108,11 +108,11 @@ public:
 private:
     static void logged(QtMsgType type, const QMessageLogContext& context, const QString& message)
     {
-        if (previous) {
-            previous(type, context, message);
+        if (m_previous) {
+            m_previous(type, context, message);
         }
         if (type == QtDebugMsg) { // the program's own; warnings are the platform's
-            current->step("log: " + message);
+            m_current->step("log: " + message);
         }
     }
 
@@ -140,8 +140,8 @@ private:
         }
     }
 
-    static Run* current;
-    static QtMessageHandler previous;
+    static Run* m_current;
+    static QtMessageHandler m_previous;
 
     QByteArrayList m_arguments;
     QElapsedTimer m_clock;
@@ -150,8 +150,8 @@ private:
     bool m_painted = false;
 };
 
-Run* Run::current = nullptr;
-QtMessageHandler Run::previous = nullptr;
+Run* Run::m_current = nullptr;
+QtMessageHandler Run::m_previous = nullptr;
 
 void watchApplication()
 {

@@ -18,8 +18,8 @@ class tst_BlankContent : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { app = std::make_unique<TempApplication>(); }
-    void cleanup() { app.reset(); }
+    void init() { m_app = std::make_unique<TempApplication>(); }
+    void cleanup() { m_app.reset(); }
 
     void everyKeySurvives();
     void twoSavesGiveTheFirstOrder();
@@ -31,7 +31,7 @@ private:
     void edit(int blankId, const std::function<void(ZelvoraView*)>& work = nullptr);
     QByteArray compare(const QJsonArray& expected, int blankId);
 
-    std::unique_ptr<TempApplication> app;
+    std::unique_ptr<TempApplication> m_app;
 };
 
 namespace {
@@ -123,13 +123,13 @@ void tst_BlankContent::edit(int blankId, const std::function<void(ZelvoraView*)>
 
 QByteArray tst_BlankContent::compare(const QJsonArray& expected, int blankId)
 {
-    QFile file(app->path("expected.json"));
+    QFile file(m_app->path("expected.json"));
     if (!file.open(QIODevice::WriteOnly) || file.write(contentOf(expected)) < 0) {
         return "no file";
     }
     file.close();
-    const ProcessResult result =
-        runPython(compareScript, {file.fileName(), app->path("docs.db"), QString::number(blankId)});
+    const ProcessResult result = runPython(
+        compareScript, {file.fileName(), m_app->path("docs.db"), QString::number(blankId)});
     return (result.out + result.err).trimmed();
 }
 
@@ -137,7 +137,7 @@ void tst_BlankContent::everyKeySurvives()
 {
     BlankRow row;
     row.content = contentOf(itemsOfEveryKind());
-    const int id = insertBlank(*app, row);
+    const int id = insertBlank(*m_app, row);
     edit(id);
     const QByteArray result = compare(reversed(itemsOfEveryKind()), id);
     QVERIFY2(result == "same", result);
@@ -147,7 +147,7 @@ void tst_BlankContent::twoSavesGiveTheFirstOrder()
 {
     BlankRow row;
     row.content = QString::fromUtf8(contentOf(itemsOfEveryKind())); // stored as text
-    const int id = insertBlank(*app, row);
+    const int id = insertBlank(*m_app, row);
     edit(id);
     edit(id);
     const QByteArray result = compare(itemsOfEveryKind(), id);
@@ -158,7 +158,7 @@ void tst_BlankContent::lookingAtItemsChangesNothing()
 {
     BlankRow row;
     row.content = contentOf(itemsOfEveryKind());
-    const int id = insertBlank(*app, row);
+    const int id = insertBlank(*m_app, row);
     edit(id, [](ZelvoraView* view) {
         for (int i = 0; i < 4; ++i) {
             Canvas::key(view, Qt::Key_Right);
@@ -185,7 +185,7 @@ void tst_BlankContent::fiveHundredItems()
     }
     BlankRow row;
     row.content = contentOf(items);
-    const int id = insertBlank(*app, row);
+    const int id = insertBlank(*m_app, row);
     edit(id, [](ZelvoraView* view) {
         const QPoint first = view->mapFromScene(QPointF(29, 27));
         Canvas::press(view, first);

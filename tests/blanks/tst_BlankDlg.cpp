@@ -41,6 +41,7 @@ private slots:
     void detailsStayWithoutASelection();
     void failedDetailsAreLogged();
     void backgroundFitsTheView();
+    void backgroundNamedAsOnWindows();
     void previewOfTooManyPixels();
 
     void addBlank();
@@ -74,11 +75,11 @@ private slots:
     void editorsLeaveNothingBehind();
 
 private:
-    void openList() { dialog = std::make_unique<BlankDlg>(); }
+    void openList() { m_dialog = std::make_unique<BlankDlg>(); }
     template <class Widget>
     Widget* find(const char* name) const
     {
-        return named<Widget>(dialog.get(), name);
+        return named<Widget>(m_dialog.get(), name);
     }
     QTableWidget* list() const { return find<QTableWidget>("blanksWidget"); }
     QString text(const char* edit) const { return find<QLineEdit>(edit)->text(); }
@@ -87,21 +88,22 @@ private:
     void doubleClick(int row) { doubleClickRow(list(), row); }
     QGraphicsPixmapItem* picture() const;
 
-    std::unique_ptr<TempApplication> app;
-    std::unique_ptr<BlankDlg> dialog;
+    std::unique_ptr<TempApplication> m_app;
+    std::unique_ptr<BlankDlg> m_dialog;
 };
 
 void tst_BlankDlg::init()
 {
-    app = std::make_unique<TempApplication>();
-    app->exec("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (7, 'Диплом', '{\"fields\":[]}')");
-    app->exec("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (9, 'Аттестат', '')");
+    m_app = std::make_unique<TempApplication>();
+    m_app->exec(
+        "INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (7, 'Диплом', '{\"fields\":[]}')");
+    m_app->exec("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (9, 'Аттестат', '')");
 }
 
 void tst_BlankDlg::cleanup()
 {
-    dialog.reset();
-    app.reset();
+    m_dialog.reset();
+    m_app.reset();
 }
 
 QGraphicsPixmapItem* tst_BlankDlg::picture() const
@@ -113,14 +115,14 @@ QGraphicsPixmapItem* tst_BlankDlg::picture() const
 // Stands first: the message comes once per run of the program.
 void tst_BlankDlg::listErrorIsShownOnce()
 {
-    app->exec("DROP TABLE blanks");
+    m_app->exec("DROP TABLE blanks");
     LogCatcher log;
     ModalDriver driver;
     driver.expectMessage("Ошибка", "Ошибка удаления бланка: SQL Error");
     openList();
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(log.count("sqlError: no such table: blanks"), 1);
-    QVERIFY(!dialog->refreshList());
+    QVERIFY(!m_dialog->refreshList());
     openList();
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(log.count("sqlError: no such table: blanks"), 3);
@@ -129,9 +131,9 @@ void tst_BlankDlg::listErrorIsShownOnce()
 void tst_BlankDlg::window()
 {
     openList();
-    QCOMPARE(dialog->windowTitle(), QString("Zelvora - Список бланков"));
-    QCOMPARE(dialog->size(), QSize(989, 785));
-    QVERIFY(!dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+    QCOMPARE(m_dialog->windowTitle(), QString("Zelvora - Список бланков"));
+    QCOMPARE(m_dialog->size(), QSize(989, 785));
+    QVERIFY(!m_dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     QCOMPARE(list()->columnCount(), 1);
     QCOMPARE(list()->horizontalHeaderItem(0)->text(), QString("Бланки"));
     QVERIFY(list()->horizontalHeader()->stretchLastSection());
@@ -159,30 +161,30 @@ void tst_BlankDlg::window()
     }
     QVERIFY(picture());
     QVERIFY(picture()->pixmap().isNull());
-    dialog->show();
+    m_dialog->show();
     QVERIFY(!find<QPushButton>("buttonReject")->isVisible());
     QCOMPARE(find<QPushButton>("buttonReject")->text(), QString("Отмена"));
     QCOMPARE(find<QPushButton>("buttonAccept")->text(), QString("ОК"));
-    clickButton(dialog.get(), "buttonAccept");
-    QCOMPARE(dialog->result(), int(QDialog::Accepted));
+    clickButton(m_dialog.get(), "buttonAccept");
+    QCOMPARE(m_dialog->result(), int(QDialog::Accepted));
 }
 
 void tst_BlankDlg::listsTheBlanks()
 {
     BlankRow row;
     row.name = "Яблоко";
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
     row.name = "";
-    const int unnamed = insertBlank(*app, row);
+    const int unnamed = insertBlank(*m_app, row);
     row.name = "Абрикос";
-    insertBlank(*app, row);
-    app->exec("INSERT INTO blanks (NAME) VALUES (NULL)");
+    insertBlank(*m_app, row);
+    m_app->exec("INSERT INTO blanks (NAME) VALUES (NULL)");
     openList();
     QCOMPARE(names(), QString("Яблоко|Бланк 2|Абрикос|Бланк 4"));
     QCOMPARE(list()->item(1, 0)->data(256).toInt(), unnamed);
     QVERIFY(list()->selectedItems().isEmpty());
     QCOMPARE(list()->horizontalHeaderItem(0)->text(), QString("Бланки"));
-    QVERIFY(dialog->refreshList());
+    QVERIFY(m_dialog->refreshList());
     QCOMPARE(list()->rowCount(), 4);
     QCOMPARE(list()->horizontalHeaderItem(0)->text(), QString("Бланки"));
 }
@@ -194,10 +196,10 @@ void tst_BlankDlg::detailsOfTheSelectedBlank()
     row.paperFormat = 1;
     row.background = "blanks/a.png";
     row.width = 148;
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
     row.formId = 7;
     row.orientation = 1;
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
     openList();
     list()->selectRow(0);
     QCOMPARE(text("formEdit"), QString("Аттестат"));
@@ -219,9 +221,9 @@ void tst_BlankDlg::detailsOfOddValues()
     row.formId = 77;
     row.paperFormat = 5;
     row.orientation = 3;
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
     row.formId = QVariant();
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
     openList();
     list()->selectRow(0);
     QCOMPARE(text("formEdit"), QString("Unknown"));
@@ -233,7 +235,7 @@ void tst_BlankDlg::detailsOfOddValues()
 
 void tst_BlankDlg::detailsStayWithoutASelection()
 {
-    insertBlank(*app, {});
+    insertBlank(*m_app, {});
     openList();
     list()->selectRow(0);
     list()->clearSelection();
@@ -242,11 +244,11 @@ void tst_BlankDlg::detailsStayWithoutASelection()
 
 void tst_BlankDlg::failedDetailsAreLogged()
 {
-    insertBlank(*app, {});
-    insertBlank(*app, {});
+    insertBlank(*m_app, {});
+    insertBlank(*m_app, {});
     openList();
     list()->selectRow(0);
-    app->exec("DROP TABLE blanks");
+    m_app->exec("DROP TABLE blanks");
     LogCatcher log;
     list()->selectRow(1);
     QCOMPARE(log.count("sqlError: no such table: blanks"), 1);
@@ -255,15 +257,15 @@ void tst_BlankDlg::failedDetailsAreLogged()
 
 void tst_BlankDlg::backgroundFitsTheView()
 {
-    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(app->path("wide.png")));
-    QVERIFY(QImage(100, 400, QImage::Format_RGB32).save(app->path("high.png")));
+    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(m_app->path("wide.png")));
+    QVERIFY(QImage(100, 400, QImage::Format_RGB32).save(m_app->path("high.png")));
     BlankRow row;
     for (const char* file : {"wide.png", "high.png", "absent.png"}) {
         row.background = file;
-        insertBlank(*app, row);
+        insertBlank(*m_app, row);
     }
     openList();
-    dialog->show();
+    m_dialog->show();
     const auto* view = find<QGraphicsView>("backgroundView");
     list()->selectRow(0);
     QCOMPARE(picture()->pixmap().width(), view->width());
@@ -278,14 +280,27 @@ void tst_BlankDlg::backgroundFitsTheView()
     QVERIFY(picture()->pixmap().isNull());
 }
 
+void tst_BlankDlg::backgroundNamedAsOnWindows()
+{
+    QVERIFY(QDir(app->path()).mkpath("blanks"));
+    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(app->path("blanks/a.png")));
+    BlankRow row;
+    row.background = "Blanks\\A.PNG";
+    insertBlank(*app, row);
+    openList();
+    list()->selectRow(0);
+    QVERIFY(!picture()->pixmap().isNull());
+    QCOMPARE(text("backgroundEdit"), QString("Blanks\\A.PNG")); // shown as it is stored
+}
+
 void tst_BlankDlg::previewOfTooManyPixels()
 {
     QImage scan(25000, 25000, QImage::Format_Mono);
     scan.fill(0);
-    QVERIFY(scan.save(app->path("large.png")));
+    QVERIFY(scan.save(m_app->path("large.png")));
     BlankRow row;
     row.background = "large.png";
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
     openList();
     list()->selectRow(0);
     QVERIFY(picture() && picture()->pixmap().isNull());
@@ -307,10 +322,11 @@ void tst_BlankDlg::addBlank()
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(names(), QString("Новый"));
     const QString stored =
-        app->value("SELECT NAME || '|' || FORM_ID || '|' || PAPER_FORMAT || '|' || "
-                   "PAPER_ORIENTATION || '|' || PAGES || '|' || FONT || '|' || FONT_SIZE || '|' "
-                   "|| BACKGROUND_IMG || '|' || SIZE_WIDTH || '|' || SIZE_HEIGHT || '|' || "
-                   "OFFSET_X || '|' || OFFSET_Y || '|' || typeof(CONTENT) FROM blanks")
+        m_app
+            ->value("SELECT NAME || '|' || FORM_ID || '|' || PAPER_FORMAT || '|' || "
+                    "PAPER_ORIENTATION || '|' || PAGES || '|' || FONT || '|' || FONT_SIZE || '|' "
+                    "|| BACKGROUND_IMG || '|' || SIZE_WIDTH || '|' || SIZE_HEIGHT || '|' || "
+                    "OFFSET_X || '|' || OFFSET_Y || '|' || typeof(CONTENT) FROM blanks")
             .toString();
     QCOMPARE(stored, QString("Новый|9|42|0|1|Times New Roman|11||297|210|-3|4|null"));
 }
@@ -319,10 +335,10 @@ void tst_BlankDlg::addSelectsTheNewBlank()
 {
     BlankRow row;
     row.name = "Прежний";
-    insertBlank(*app, row);
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
+    insertBlank(*m_app, row);
     openList();
-    dialog->show();
+    m_dialog->show();
     clickRow(list(), 0);
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
@@ -339,10 +355,10 @@ void tst_BlankDlg::addSelectsTheNewBlank()
 
 void tst_BlankDlg::refusedAddKeepsTheSelection()
 {
-    insertBlank(*app, {});
-    insertBlank(*app, {});
+    insertBlank(*m_app, {});
+    insertBlank(*m_app, {});
     openList();
-    dialog->show();
+    m_dialog->show();
     clickRow(list(), 1);
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
@@ -358,18 +374,18 @@ void tst_BlankDlg::refusedAddKeepsTheSelection()
 void tst_BlankDlg::addCancelledChangesNothing()
 {
     openList();
-    const QByteArray before = app->dump();
+    const QByteArray before = m_app->dump();
     ModalDriver driver;
     driver.expect<BlankFormatDialog>(
         [](BlankFormatDialog* format) { clickButton(format, "buttonReject"); });
     click("blankAddBtn");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(app->dump(), before);
+    QCOMPARE(m_app->dump(), before);
 }
 
 void tst_BlankDlg::addWithoutFormsFails()
 {
-    app->exec("DELETE FROM forms");
+    m_app->exec("DELETE FROM forms");
     openList();
     LogCatcher log;
     ModalDriver driver;
@@ -385,7 +401,7 @@ void tst_BlankDlg::addWithoutFormsFails()
 void tst_BlankDlg::addWithAnApostropheFails()
 {
     openList();
-    const QByteArray before = app->dump();
+    const QByteArray before = m_app->dump();
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
         format->setName("Аттестат об'єднання");
@@ -394,27 +410,27 @@ void tst_BlankDlg::addWithAnApostropheFails()
     driver.expectMessage("Ошибка", "Ошибка cохранения бланка: SQL Error");
     click("blankAddBtn");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(app->dump(), before);
+    QCOMPARE(m_app->dump(), before);
 }
 
 void tst_BlankDlg::failedFormsAreLogged()
 {
-    app->exec("DROP TABLE forms");
+    m_app->exec("DROP TABLE forms");
     openList();
     LogCatcher log;
     BlankFormatDialog format;
-    QVERIFY(!dialog->loadForms(&format));
+    QVERIFY(!m_dialog->loadForms(&format));
     QCOMPARE(log.count("Не удалось получить список форм: no such table: forms"), 1);
     QVERIFY(!format.form().isValid());
 }
 
 void tst_BlankDlg::editFormatShowsTheRow()
 {
-    app->exec("INSERT INTO blanks (NAME, FORM_ID, PAPER_FORMAT, PAPER_ORIENTATION, PAGES, FONT, "
-              "FONT_SIZE, BACKGROUND_IMG, SIZE_WIDTH, SIZE_HEIGHT, OFFSET_X, OFFSET_Y) VALUES "
-              "('Лист', 9, 1, 1, 2, 'Nonesuch Serif', 20, 'blanks/a.png', 148, 105, -7, 8)");
+    m_app->exec("INSERT INTO blanks (NAME, FORM_ID, PAPER_FORMAT, PAPER_ORIENTATION, PAGES, FONT, "
+                "FONT_SIZE, BACKGROUND_IMG, SIZE_WIDTH, SIZE_HEIGHT, OFFSET_X, OFFSET_Y) VALUES "
+                "('Лист', 9, 1, 1, 2, 'Nonesuch Serif', 20, 'blanks/a.png', 148, 105, -7, 8)");
     openList();
-    dialog->show();
+    m_dialog->show();
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
         QVERIFY(!format->parent());
@@ -433,10 +449,10 @@ void tst_BlankDlg::editFormatShowsTheRow()
         QCOMPARE(format->offsetY(), 8);
         clickButton(format, "buttonAccept");
     });
-    const QByteArray before = app->dump();
+    const QByteArray before = m_app->dump();
     doubleClick(0);
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(app->dump(), before); // a mere "ОК" changes nothing
+    QCOMPARE(m_app->dump(), before); // a mere "ОК" changes nothing
 }
 
 void tst_BlankDlg::editFormatWritesTheRow()
@@ -444,10 +460,10 @@ void tst_BlankDlg::editFormatWritesTheRow()
     BlankRow row;
     row.formId = 7;
     row.content = contentOf({QJsonObject{{"value", "kept"}}});
-    insertBlank(*app, row);
-    const int edited = insertBlank(*app, row);
+    insertBlank(*m_app, row);
+    const int edited = insertBlank(*m_app, row);
     openList();
-    dialog->show();
+    m_dialog->show();
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
         format->setForm(9);
@@ -467,10 +483,10 @@ void tst_BlankDlg::editFormatWritesTheRow()
                             "'|' || SIZE_WIDTH || '|' || SIZE_HEIGHT || '|' || OFFSET_X || '|' || "
                             "OFFSET_Y";
     const QString statement = "SELECT " + columns + " FROM blanks WHERE ID = ?";
-    QCOMPARE(app->value(statement, {edited}).toString(),
+    QCOMPARE(m_app->value(statement, {edited}).toString(),
              QString("9|0|1|1|Arial|9|blanks/b.png|210|297|1|-2"));
-    QCOMPARE(storedFields(*app, edited).size(), 1);
-    QCOMPARE(app->value("SELECT FORM_ID FROM blanks WHERE ID <> ?", {edited}).toInt(), 7);
+    QCOMPARE(storedFields(*m_app, edited).size(), 1);
+    QCOMPARE(m_app->value("SELECT FORM_ID FROM blanks WHERE ID <> ?", {edited}).toInt(), 7);
     // The details show the new state at once.
     QCOMPARE(text("formEdit"), QString("Аттестат"));
     QCOMPARE(text("formatEdit"), QString("A4"));
@@ -482,9 +498,9 @@ void tst_BlankDlg::renameLeavesTheListStale()
 {
     BlankRow row;
     row.formId = 7;
-    const int id = insertBlank(*app, row);
+    const int id = insertBlank(*m_app, row);
     openList();
-    dialog->show();
+    m_dialog->show();
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
         format->setName("Другое имя");
@@ -493,25 +509,25 @@ void tst_BlankDlg::renameLeavesTheListStale()
     doubleClick(0);
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(names(), QString("Свидетельство"));
-    QCOMPARE(app->value("SELECT NAME FROM blanks WHERE ID = ?", {id}).toString(),
+    QCOMPARE(m_app->value("SELECT NAME FROM blanks WHERE ID = ?", {id}).toString(),
              QString("Другое имя"));
-    dialog->refreshList();
+    m_dialog->refreshList();
     QCOMPARE(names(), QString("Другое имя"));
 }
 
 void tst_BlankDlg::editCancelledChangesNothing()
 {
-    insertBlank(*app, {});
+    insertBlank(*m_app, {});
     openList();
-    const QByteArray before = app->dump();
+    const QByteArray before = m_app->dump();
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
         format->setName("x");
         clickButton(format, "buttonReject");
     });
-    dialog->editFormat(1);
+    m_dialog->editFormat(1);
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(app->dump(), before);
+    QCOMPARE(m_app->dump(), before);
 }
 
 void tst_BlankDlg::editOfAMissingBlank()
@@ -519,18 +535,18 @@ void tst_BlankDlg::editOfAMissingBlank()
     openList();
     ModalDriver driver;
     driver.expectMessage("Ошибка", "Ошибка редактирования бланка: не найден бланк");
-    dialog->editFormat(33);
+    m_dialog->editFormat(33);
     QVERIFY2(driver.finished(), driver.failures());
 }
 
 void tst_BlankDlg::failedEditIsShown()
 {
     openList();
-    app->exec("DROP TABLE blanks");
+    m_app->exec("DROP TABLE blanks");
     LogCatcher log;
     ModalDriver driver;
     driver.expectMessage("Ошибка", "Ошибка редактирования бланка: SQL Error");
-    dialog->editFormat(1);
+    m_dialog->editFormat(1);
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(log.count("sqlError: no such table: blanks"), 1);
 }
@@ -539,26 +555,26 @@ void tst_BlankDlg::failedUpdateIsShown()
 {
     BlankRow row;
     row.formId = 7;
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
     openList();
-    const QByteArray before = app->dump();
+    const QByteArray before = m_app->dump();
     ModalDriver driver;
     driver.expect<BlankFormatDialog>([](BlankFormatDialog* format) {
         format->setBackground("it's.png");
         clickButton(format, "buttonAccept");
     });
     driver.expectMessage("Ошибка", "Ошибка cохранения бланка: SQL Error");
-    dialog->editFormat(1);
+    m_dialog->editFormat(1);
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(app->dump(), before);
+    QCOMPARE(m_app->dump(), before);
 }
 
 void tst_BlankDlg::literals()
 {
     openList();
     BlankFormatDialog format;
-    QCOMPARE(dialog->fieldValueLiteral("FORM_ID", &format), QString());
-    QVERIFY(dialog->loadForms(&format));
+    QCOMPARE(m_dialog->fieldValueLiteral("FORM_ID", &format), QString());
+    QVERIFY(m_dialog->loadForms(&format));
     format.setName("it's");
     format.setForm(9);
     format.setPaperFormat(1);
@@ -572,7 +588,7 @@ void tst_BlankDlg::literals()
         {"OFFSET_X", "-1"},    {"OFFSET_Y", "2"},
         {"CONTENT", "NULL"},   {"", "NULL"}};
     for (const auto& [column, literal] : expected) {
-        QCOMPARE(dialog->fieldValueLiteral(column, &format), literal);
+        QCOMPARE(m_dialog->fieldValueLiteral(column, &format), literal);
     }
 }
 
@@ -581,11 +597,11 @@ void tst_BlankDlg::deleteBlank()
     BlankRow row;
     row.name = "Первый";
     row.background = "scan.png";
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
     row.name = "Второй";
-    insertBlank(*app, row);
-    app->exec("INSERT INTO docs (LNAME, DOC_TYPE, TEMPLATE) VALUES ('Иванов', 1, 0)");
-    QVERIFY(QImage(2, 2, QImage::Format_RGB32).save(app->path("scan.png")));
+    insertBlank(*m_app, row);
+    m_app->exec("INSERT INTO docs (LNAME, DOC_TYPE, TEMPLATE) VALUES ('Иванов', 1, 0)");
+    QVERIFY(QImage(2, 2, QImage::Format_RGB32).save(m_app->path("scan.png")));
     openList();
     list()->selectRow(0);
     ModalDriver driver;
@@ -593,9 +609,9 @@ void tst_BlankDlg::deleteBlank()
     click("blankDeleteBtn");
     QVERIFY2(driver.finished(), driver.failures());
     QCOMPARE(names(), QString("Второй"));
-    QCOMPARE(app->value("SELECT COUNT(*) FROM blanks").toInt(), 1);
-    QCOMPARE(app->value("SELECT COUNT(*) FROM docs").toInt(), 1);
-    QVERIFY(QFile::exists(app->path("scan.png")));
+    QCOMPARE(m_app->value("SELECT COUNT(*) FROM blanks").toInt(), 1);
+    QCOMPARE(m_app->value("SELECT COUNT(*) FROM docs").toInt(), 1);
+    QVERIFY(QFile::exists(m_app->path("scan.png")));
 }
 
 void tst_BlankDlg::deleteSelectsTheNeighbour_data()
@@ -616,10 +632,10 @@ void tst_BlankDlg::deleteSelectsTheNeighbour()
         BlankRow blank;
         blank.name = name;
         blank.width = width++;
-        insertBlank(*app, blank);
+        insertBlank(*m_app, blank);
     }
     openList();
-    dialog->show();
+    m_dialog->show();
     clickRow(list(), row);
     ModalDriver driver;
     driver.expectMessage("Zelvora", "Удалить бланк?", "Да");
@@ -628,39 +644,40 @@ void tst_BlankDlg::deleteSelectsTheNeighbour()
     QCOMPARE(list()->selectedItems().size(), 1);
     QCOMPARE(list()->selectedItems().first()->text(), selected);
     QCOMPARE(list()->currentItem(), list()->selectedItems().first());
-    QCOMPARE(
-        text("widthEdit"),
-        app->value("SELECT SIZE_WIDTH || ' мм' FROM blanks WHERE NAME = ?", {selected}).toString());
+    QCOMPARE(text("widthEdit"),
+             m_app->value("SELECT SIZE_WIDTH || ' мм' FROM blanks WHERE NAME = ?", {selected})
+                 .toString());
 }
 
 void tst_BlankDlg::deleteDenied()
 {
-    insertBlank(*app, {});
+    insertBlank(*m_app, {});
     openList();
     list()->selectRow(0);
     ModalDriver driver;
     driver.expectMessage("Zelvora", "Удалить бланк?", "Нет");
     click("blankDeleteBtn");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(app->value("SELECT COUNT(*) FROM blanks").toInt(), 1);
+    QCOMPARE(m_app->value("SELECT COUNT(*) FROM blanks").toInt(), 1);
 }
 
 void tst_BlankDlg::deleteWithoutASelection()
 {
-    insertBlank(*app, {});
+    insertBlank(*m_app, {});
     openList();
     ModalDriver driver; // no question may come
     click("blankDeleteBtn");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(app->value("SELECT COUNT(*) FROM blanks").toInt(), 1);
+    QCOMPARE(m_app->value("SELECT COUNT(*) FROM blanks").toInt(), 1);
 }
 
 void tst_BlankDlg::failedDeleteIsShown()
 {
-    insertBlank(*app, {});
-    app->exec("CREATE TRIGGER keep BEFORE DELETE ON blanks BEGIN SELECT RAISE(ABORT, 'kept'); END");
+    insertBlank(*m_app, {});
+    m_app->exec(
+        "CREATE TRIGGER keep BEFORE DELETE ON blanks BEGIN SELECT RAISE(ABORT, 'kept'); END");
     openList();
-    app->exec("UPDATE blanks SET NAME = 'Новое имя'");
+    m_app->exec("UPDATE blanks SET NAME = 'Новое имя'");
     list()->selectRow(0);
     LogCatcher log;
     ModalDriver driver;
@@ -675,22 +692,22 @@ void tst_BlankDlg::failedDeleteIsShown()
 
 void tst_BlankDlg::editorOpensAndReturns()
 {
-    insertBlank(*app, {});
-    const int id = insertBlank(*app, {});
+    insertBlank(*m_app, {});
+    const int id = insertBlank(*m_app, {});
     openList();
-    dialog->show();
+    m_dialog->show();
     list()->setCurrentCell(1, 0);
     ModalDriver driver;
     driver.expect<BlankWindow>([this](BlankWindow* editor) {
-        QCOMPARE(editor->parent(), static_cast<QObject*>(dialog.get()));
+        QCOMPARE(editor->parent(), static_cast<QObject*>(m_dialog.get()));
         QCOMPARE(editor->windowModality(), Qt::ApplicationModal);
         editor->addTextItem();
         QTest::mouseClick(editor->findChild<QPushButton*>("buttonAccept"), Qt::LeftButton);
     });
     click("blankEditBtn");
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(storedFields(*app, id).size(), 1);
-    QVERIFY(dialog->isVisible());
+    QCOMPARE(storedFields(*m_app, id).size(), 1);
+    QVERIFY(m_dialog->isVisible());
 }
 
 void tst_BlankDlg::editorNeedsACurrentRow()
@@ -703,17 +720,17 @@ void tst_BlankDlg::editorNeedsACurrentRow()
 
 void tst_BlankDlg::editorStandsOverTheList()
 {
-    insertBlank(*app, {});
+    insertBlank(*m_app, {});
     openList();
-    dialog->resize(400, 300);
-    dialog->move(380, 450);
-    dialog->show();
+    m_dialog->resize(400, 300);
+    m_dialog->move(380, 450);
+    m_dialog->show();
     list()->setCurrentCell(0, 0);
-    const QRect screen = dialog->screen()->availableGeometry();
+    const QRect screen = m_dialog->screen()->availableGeometry();
     ModalDriver driver;
     driver.expect<BlankWindow>([this, &screen](BlankWindow* editor) {
         // In the middle of the list, as far as the screen goes.
-        const QPoint middle = dialog->geometry().center();
+        const QPoint middle = m_dialog->geometry().center();
         const int left = qBound(screen.left(), middle.x() - editor->width() / 2,
                                 qMax(screen.left(), screen.right() + 1 - editor->width()));
         const int top = qBound(screen.top(), middle.y() - editor->height() / 2,
@@ -728,7 +745,7 @@ void tst_BlankDlg::editorStandsOverTheList()
 
 void tst_BlankDlg::editorNeedsASelection()
 {
-    insertBlank(*app, {});
+    insertBlank(*m_app, {});
     openList();
     list()->setCurrentCell(0, 0, QItemSelectionModel::NoUpdate);
     QCOMPARE(list()->currentRow(), 0);
@@ -743,9 +760,9 @@ void tst_BlankDlg::editorsLeaveNothingBehind()
     row.content =
         contentOf({QJsonObject{{"type", 0}, {"value", "#LNAME"}, {"size_w", 200}, {"size_h", 50}},
                    QJsonObject{{"type", 1}, {"value", "1"}, {"size_w", 98}, {"size_h", 98}}});
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
     openList();
-    dialog->show();
+    m_dialog->show();
     list()->setCurrentCell(0, 0);
     const auto ends = {"buttonAccept", "buttonReject", ""};
     for (const char* end : ends) {
@@ -760,7 +777,7 @@ void tst_BlankDlg::editorsLeaveNothingBehind()
         });
         click("blankEditBtn");
         QVERIFY2(driver.finished(), driver.failures());
-        QVERIFY(!dialog->findChild<BlankWindow*>());
+        QVERIFY(!m_dialog->findChild<BlankWindow*>());
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     const QWidgetList windows = QApplication::topLevelWidgets();

@@ -51,34 +51,34 @@ private:
     template <class Widget>
     Widget* find(const char* name) const
     {
-        return named<Widget>(dialog.get(), name);
+        return named<Widget>(m_dialog.get(), name);
     }
     void clickSelectBackground()
     {
         QTest::mouseClick(find<QPushButton>("buttonSelectBGImg"), Qt::LeftButton);
     }
 
-    std::unique_ptr<TempApplication> app;
-    std::unique_ptr<BlankFormatDialog> dialog;
+    std::unique_ptr<TempApplication> m_app;
+    std::unique_ptr<BlankFormatDialog> m_dialog;
 };
 
 void tst_BlankFormatDialog::init()
 {
-    app = std::make_unique<TempApplication>(TempApplication::Database::None);
-    dialog = std::make_unique<BlankFormatDialog>();
+    m_app = std::make_unique<TempApplication>(TempApplication::Database::None);
+    m_dialog = std::make_unique<BlankFormatDialog>();
 }
 
 void tst_BlankFormatDialog::cleanup()
 {
-    dialog.reset();
-    app.reset();
+    m_dialog.reset();
+    m_app.reset();
 }
 
 void tst_BlankFormatDialog::window()
 {
-    QCOMPARE(dialog->windowTitle(), QString("Добавление бланка"));
-    QCOMPARE(dialog->size(), QSize(714, 288));
-    QVERIFY(!dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+    QCOMPARE(m_dialog->windowTitle(), QString("Добавление бланка"));
+    QCOMPARE(m_dialog->size(), QSize(714, 288));
+    QVERIFY(!m_dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     const auto* accept = find<QPushButton>("buttonAccept");
     const auto* reject = find<QPushButton>("buttonReject");
     QCOMPARE(accept->text(), QString("ОК"));
@@ -119,7 +119,7 @@ void tst_BlankFormatDialog::labels()
 {
     QFETCH(QString, text);
     QFETCH(QByteArray, buddy);
-    const QList<QLabel*> all = dialog->findChildren<QLabel*>();
+    const QList<QLabel*> all = m_dialog->findChildren<QLabel*>();
     QCOMPARE(all.size(), 10);
     for (const QLabel* label : all) {
         if (label->text() == text) {
@@ -132,18 +132,18 @@ void tst_BlankFormatDialog::labels()
 
 void tst_BlankFormatDialog::startValues()
 {
-    QCOMPARE(dialog->name(), QString());
-    QVERIFY(!dialog->form().isValid());
-    QCOMPARE(dialog->paperFormat(), 42);
-    QCOMPARE(dialog->orientation(), 0);
-    QCOMPARE(dialog->pages(), 1);
-    QCOMPARE(dialog->fontFamily(), QString("Times New Roman"));
-    QCOMPARE(dialog->fontSize(), 11);
-    QCOMPARE(dialog->background(), QString());
-    QCOMPARE(dialog->pageWidth(), 297);
-    QCOMPARE(dialog->pageHeight(), 210);
-    QCOMPARE(dialog->offsetX(), 0);
-    QCOMPARE(dialog->offsetY(), 0);
+    QCOMPARE(m_dialog->name(), QString());
+    QVERIFY(!m_dialog->form().isValid());
+    QCOMPARE(m_dialog->paperFormat(), 42);
+    QCOMPARE(m_dialog->orientation(), 0);
+    QCOMPARE(m_dialog->pages(), 1);
+    QCOMPARE(m_dialog->fontFamily(), QString("Times New Roman"));
+    QCOMPARE(m_dialog->fontSize(), 11);
+    QCOMPARE(m_dialog->background(), QString());
+    QCOMPARE(m_dialog->pageWidth(), 297);
+    QCOMPARE(m_dialog->pageHeight(), 210);
+    QCOMPARE(m_dialog->offsetX(), 0);
+    QCOMPARE(m_dialog->offsetY(), 0);
 
     const auto* formats = find<QComboBox>("formatCombo");
     QCOMPARE(formats->count(), 3);
@@ -186,7 +186,7 @@ void tst_BlankFormatDialog::ranges()
 
 void tst_BlankFormatDialog::gettersFollowTheWidgets()
 {
-    dialog->setForms({"Диплом", "Аттестат"}, {7, 9});
+    m_dialog->setForms({"Диплом", "Аттестат"}, {7, 9});
     QTest::keyClicks(find<QLineEdit>("blankNameEdit"), "Blank");
     QTest::keyClick(find<QComboBox>("comboBoxForm"), Qt::Key_Down);
     find<QSpinBox>("widthSpin")->selectAll();
@@ -201,31 +201,31 @@ void tst_BlankFormatDialog::gettersFollowTheWidgets()
     QTest::keyClick(find<QSpinBox>("spinBoxOffsetX"), Qt::Key_Up);
     QTest::keyClick(find<QSpinBox>("spinBoxOffsetY"), Qt::Key_Down);
 
-    QCOMPARE(dialog->name(), QString("Blank"));
-    QCOMPARE(dialog->form(), QVariant(9));
-    QCOMPARE(dialog->pageWidth(), 148);
-    QCOMPARE(dialog->pageHeight(), 105);
-    QCOMPARE(dialog->background(), QString("blanks/a.png"));
-    QCOMPARE(dialog->fontSize(), 12);
-    QCOMPARE(dialog->paperFormat(), 1);
-    QCOMPARE(dialog->orientation(), 1);
-    QCOMPARE(dialog->offsetX(), 1);
-    QCOMPARE(dialog->offsetY(), -1);
+    QCOMPARE(m_dialog->name(), QString("Blank"));
+    QCOMPARE(m_dialog->form(), QVariant(9));
+    QCOMPARE(m_dialog->pageWidth(), 148);
+    QCOMPARE(m_dialog->pageHeight(), 105);
+    QCOMPARE(m_dialog->background(), QString("blanks/a.png"));
+    QCOMPARE(m_dialog->fontSize(), 12);
+    QCOMPARE(m_dialog->paperFormat(), 1);
+    QCOMPARE(m_dialog->orientation(), 1);
+    QCOMPARE(m_dialog->offsetX(), 1);
+    QCOMPARE(m_dialog->offsetY(), -1);
 }
 
 void tst_BlankFormatDialog::settersFillTheWidgets()
 {
-    dialog->setForms({"Диплом", "Аттестат"}, {7, 9});
-    dialog->setName("Диплом");
-    dialog->setForm(9);
-    dialog->setPaperFormat(0);
-    dialog->setOrientation(1);
-    dialog->setPages(3);
-    dialog->setFontFamily("Liberation Serif");
-    dialog->setFontSize(20);
-    dialog->setBackground("blanks/d.png");
-    dialog->setPageSize(210, 297);
-    dialog->setOffsets(-5, 7);
+    m_dialog->setForms({"Диплом", "Аттестат"}, {7, 9});
+    m_dialog->setName("Диплом");
+    m_dialog->setForm(9);
+    m_dialog->setPaperFormat(0);
+    m_dialog->setOrientation(1);
+    m_dialog->setPages(3);
+    m_dialog->setFontFamily("Liberation Serif");
+    m_dialog->setFontSize(20);
+    m_dialog->setBackground("blanks/d.png");
+    m_dialog->setPageSize(210, 297);
+    m_dialog->setOffsets(-5, 7);
     QCOMPARE(find<QLineEdit>("blankNameEdit")->text(), QString("Диплом"));
     QCOMPARE(find<QComboBox>("comboBoxForm")->currentText(), QString("Аттестат"));
     QCOMPARE(find<QComboBox>("formatCombo")->currentText(), QString("A4"));
@@ -238,62 +238,62 @@ void tst_BlankFormatDialog::settersFillTheWidgets()
     QCOMPARE(find<QSpinBox>("heigthSpin")->value(), 297);
     QCOMPARE(find<QSpinBox>("spinBoxOffsetX")->value(), -5);
     QCOMPARE(find<QSpinBox>("spinBoxOffsetY")->value(), 7);
-    QCOMPARE(dialog->pages(), 3);
+    QCOMPARE(m_dialog->pages(), 3);
 }
 
 void tst_BlankFormatDialog::nameChangesTheTitle()
 {
-    dialog->setName("Диплом");
-    QCOMPARE(dialog->windowTitle(), QString("Редактирование бланка: Диплом"));
-    dialog->setName("");
-    QCOMPARE(dialog->windowTitle(), QString("Редактирование бланка: "));
+    m_dialog->setName("Диплом");
+    QCOMPARE(m_dialog->windowTitle(), QString("Редактирование бланка: Диплом"));
+    m_dialog->setName("");
+    QCOMPARE(m_dialog->windowTitle(), QString("Редактирование бланка: "));
 }
 
 void tst_BlankFormatDialog::unknownFormLeavesNothing()
 {
-    dialog->setForms({"Диплом"}, {7});
-    dialog->setForm(8);
+    m_dialog->setForms({"Диплом"}, {7});
+    m_dialog->setForm(8);
     QCOMPARE(find<QComboBox>("comboBoxForm")->currentIndex(), -1);
-    QVERIFY(!dialog->form().isValid());
+    QVERIFY(!m_dialog->form().isValid());
 }
 
 void tst_BlankFormatDialog::unknownPaperFormatLeavesNothing()
 {
-    dialog->setPaperFormat(5);
+    m_dialog->setPaperFormat(5);
     QCOMPARE(find<QComboBox>("formatCombo")->currentIndex(), -1);
-    QCOMPARE(dialog->paperFormat(), 0);
+    QCOMPARE(m_dialog->paperFormat(), 0);
 }
 
 void tst_BlankFormatDialog::orientation()
 {
-    dialog->setOrientation(1);
-    QCOMPARE(dialog->orientation(), 1);
-    dialog->setOrientation(5);
-    QCOMPARE(dialog->orientation(), 1);
-    dialog->setOrientation(0);
-    QCOMPARE(dialog->orientation(), 0);
-    dialog->setOrientation(-1);
-    QCOMPARE(dialog->orientation(), 0);
+    m_dialog->setOrientation(1);
+    QCOMPARE(m_dialog->orientation(), 1);
+    m_dialog->setOrientation(5);
+    QCOMPARE(m_dialog->orientation(), 1);
+    m_dialog->setOrientation(0);
+    QCOMPARE(m_dialog->orientation(), 0);
+    m_dialog->setOrientation(-1);
+    QCOMPARE(m_dialog->orientation(), 0);
 }
 
 void tst_BlankFormatDialog::formatMovesNoNumber()
 {
-    dialog->setPageSize(148, 99);
+    m_dialog->setPageSize(148, 99);
     QTest::keyClick(find<QComboBox>("formatCombo"), Qt::Key_Down);
-    QCOMPARE(dialog->paperFormat(), 0);
-    QCOMPARE(dialog->pageWidth(), 148);
-    QCOMPARE(dialog->pageHeight(), 99);
+    QCOMPARE(m_dialog->paperFormat(), 0);
+    QCOMPARE(m_dialog->pageWidth(), 148);
+    QCOMPARE(m_dialog->pageHeight(), 99);
 }
 
 void tst_BlankFormatDialog::fontThatIsNotInstalledStays()
 {
-    dialog->setFontFamily("Nonesuch Serif");
-    QCOMPARE(dialog->fontFamily(), QString("Nonesuch Serif"));
-    dialog->show();
+    m_dialog->setFontFamily("Nonesuch Serif");
+    QCOMPARE(m_dialog->fontFamily(), QString("Nonesuch Serif"));
+    m_dialog->show();
     find<QFontComboBox>("fontComboBox")->setFocus();
     find<QLineEdit>("blankNameEdit")->setFocus();
     QTest::mouseClick(find<QPushButton>("buttonAccept"), Qt::LeftButton);
-    QCOMPARE(dialog->fontFamily(), QString("Nonesuch Serif"));
+    QCOMPARE(m_dialog->fontFamily(), QString("Nonesuch Serif"));
 }
 
 void tst_BlankFormatDialog::textLengths()
@@ -304,59 +304,59 @@ void tst_BlankFormatDialog::textLengths()
 
 void tst_BlankFormatDialog::chosenBackgroundIsCut()
 {
-    QVERIFY(QDir(app->path()).mkdir("blanks"));
-    QVERIFY(QImage(2, 2, QImage::Format_RGB32).save(app->path("blanks/scan.png")));
+    QVERIFY(QDir(m_app->path()).mkdir("blanks"));
+    QVERIFY(QImage(2, 2, QImage::Format_RGB32).save(m_app->path("blanks/scan.png")));
     ModalDriver driver;
     driver.expect<QFileDialog>([this](QFileDialog* chooser) {
         QCOMPARE(chooser->windowTitle(), QString("Фоновое изображение"));
-        QCOMPARE(chooser->directory().path(), app->path("blanks"));
+        QCOMPARE(chooser->directory().path(), m_app->path("blanks"));
         QCOMPARE(chooser->nameFilters(), QStringList{"Image Files (*.png *.jpg *.bmp)"});
-        QCOMPARE(chooser->parent(), static_cast<QObject*>(dialog.get()));
-        chooser->findChild<QLineEdit*>("fileNameEdit")->setText(app->path("blanks/scan.png"));
+        QCOMPARE(chooser->parent(), static_cast<QObject*>(m_dialog.get()));
+        chooser->findChild<QLineEdit*>("fileNameEdit")->setText(m_app->path("blanks/scan.png"));
         static_cast<QDialog*>(chooser)->accept();
     });
     clickSelectBackground();
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(dialog->background(), QString("blanks/scan.png"));
+    QCOMPARE(m_dialog->background(), QString("blanks/scan.png"));
 }
 
 void tst_BlankFormatDialog::backgroundFromElsewhereLeavesATail()
 {
-    QTemporaryDir elsewhere(app->path() + "-a-long-way-off-XXXXXX");
+    QTemporaryDir elsewhere(m_app->path() + "-a-long-way-off-XXXXXX");
     const QString file = elsewhere.filePath("scan.png");
     QVERIFY(QImage(2, 2, QImage::Format_RGB32).save(file));
     ModalDriver driver;
     driver.expectFileDialog(file);
     clickSelectBackground();
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(dialog->background(), file.mid(app->path().length() + 1));
-    QVERIFY(dialog->background().startsWith("a-long-way-off-"));
+    QCOMPARE(m_dialog->background(), file.mid(m_app->path().length() + 1));
+    QVERIFY(m_dialog->background().startsWith("a-long-way-off-"));
 }
 
 void tst_BlankFormatDialog::shortBackgroundPathStaysWhole()
 {
     // One character less than the application directory and its separator.
-    const QString root = app->path().section('/', 0, -2);
-    QString name(app->path().section('/', -1).length() - 4, 'x');
+    const QString root = m_app->path().section('/', 0, -2);
+    QString name(m_app->path().section('/', -1).length() - 4, 'x');
     const QString file = root + "/" + name + ".png";
-    QCOMPARE(file.length(), app->path().length());
+    QCOMPARE(file.length(), m_app->path().length());
     QVERIFY(QImage(2, 2, QImage::Format_RGB32).save(file));
     ModalDriver driver;
     driver.expectFileDialog(file);
     clickSelectBackground();
     QFile::remove(file);
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(dialog->background(), file);
+    QCOMPARE(m_dialog->background(), file);
 }
 
 void tst_BlankFormatDialog::cancelledChoiceKeepsTheBackground()
 {
-    dialog->setBackground("blanks/old.png");
+    m_dialog->setBackground("blanks/old.png");
     ModalDriver driver;
     driver.expectFileDialogCancelled();
     clickSelectBackground();
     QVERIFY2(driver.finished(), driver.failures());
-    QCOMPARE(dialog->background(), QString("blanks/old.png"));
+    QCOMPARE(m_dialog->background(), QString("blanks/old.png"));
 }
 
 QTEST_MAIN(tst_BlankFormatDialog)

@@ -39,11 +39,11 @@ private:
     void accept();
     void preview(const std::function<void(QGraphicsScene*)>& look);
 
-    std::unique_ptr<TempApplication> app;
-    std::unique_ptr<BlankWindow> editor;
-    ZelvoraView* view = nullptr;
-    int blankId = 0;
-    int docId = 0;
+    std::unique_ptr<TempApplication> m_app;
+    std::unique_ptr<BlankWindow> m_editor;
+    ZelvoraView* m_view = nullptr;
+    int m_blankId = 0;
+    int m_docId = 0;
 };
 
 namespace {
@@ -84,45 +84,47 @@ QList<QGraphicsItem*> pageItems(const QGraphicsScene* scene)
 
 void tst_BlankPreview::init()
 {
-    app = std::make_unique<TempApplication>();
-    app->exec("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (1, 'Диплом', ?)",
-              {R"({"fields":[{"tag":"#GRADES","name":"Оценки","type":4}]})"});
-    docId = app->exec("INSERT INTO docs (LNAME, FNAME, MNAME, DOC_TYPE, TEMPLATE, CONTENT) VALUES "
-                      "('HHH', 'Иван', 'Иванович', 1, 0, ?)",
-                      {R"({"#GRADES":{"type":4,"columns":[{"name":"Предмет","typeID":"0"}],)"
-                       R"("value":[["Химия"],["Физика"]]}})"})
-                .toInt();
+    m_app = std::make_unique<TempApplication>();
+    m_app->exec("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (1, 'Диплом', ?)",
+                {R"({"fields":[{"tag":"#GRADES","name":"Оценки","type":4}]})"});
+    m_docId =
+        m_app
+            ->exec("INSERT INTO docs (LNAME, FNAME, MNAME, DOC_TYPE, TEMPLATE, CONTENT) VALUES "
+                   "('HHH', 'Иван', 'Иванович', 1, 0, ?)",
+                   {R"({"#GRADES":{"type":4,"columns":[{"name":"Предмет","typeID":"0"}],)"
+                    R"("value":[["Химия"],["Физика"]]}})"})
+            .toInt();
 }
 
 void tst_BlankPreview::cleanup()
 {
-    editor.reset();
-    app.reset();
+    m_editor.reset();
+    m_app.reset();
 }
 
 void tst_BlankPreview::openEditor(int zoom)
 {
-    blankId = insertBlank(*app, {});
-    editor = std::make_unique<BlankWindow>();
-    editor->setBlankId(blankId);
-    editor->loadBlank();
-    editor->loadBlankTree();
-    editor->resize(1700, 1000); // the whole page is in view
-    editor->show();
-    view = editor->findChild<ZelvoraView*>();
-    QVERIFY(QTest::qWaitForWindowExposed(editor.get()));
-    Canvas::zoom(view, zoom);
+    m_blankId = insertBlank(*m_app, {});
+    m_editor = std::make_unique<BlankWindow>();
+    m_editor->setBlankId(m_blankId);
+    m_editor->loadBlank();
+    m_editor->loadBlankTree();
+    m_editor->resize(1700, 1000); // the whole page is in view
+    m_editor->show();
+    m_view = m_editor->findChild<ZelvoraView*>();
+    QVERIFY(QTest::qWaitForWindowExposed(m_editor.get()));
+    Canvas::zoom(m_view, zoom);
 }
 
 void tst_BlankPreview::pressAction(const char* action)
 {
-    auto* bar = editor->findChild<QToolBar*>("toolBarTop");
-    QTest::mouseClick(bar->widgetForAction(editor->findChild<QAction*>(action)), Qt::LeftButton);
+    auto* bar = m_editor->findChild<QToolBar*>("toolBarTop");
+    QTest::mouseClick(bar->widgetForAction(m_editor->findChild<QAction*>(action)), Qt::LeftButton);
 }
 
 void tst_BlankPreview::doubleClickLeaf(int group, int leaf)
 {
-    auto* tree = editor->findChild<QTreeWidget*>("blankTree");
+    auto* tree = m_editor->findChild<QTreeWidget*>("blankTree");
     tree->expandAll();
     const QPoint at = tree->visualItemRect(tree->topLevelItem(group)->child(leaf)).center();
     QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, at);
@@ -132,19 +134,19 @@ void tst_BlankPreview::doubleClickLeaf(int group, int leaf)
 // Drags the newest frame, grabbed at a point of its own, to a point of the page.
 void tst_BlankPreview::dragNewest(const QPointF& grab, const QPointF& to)
 {
-    const QGraphicsRectItem* frame = Canvas::frames(view->scene()).first();
-    Canvas::drag(view, view->mapFromScene(frame->mapToScene(grab)), view->mapFromScene(to));
+    const QGraphicsRectItem* frame = Canvas::frames(m_view->scene()).first();
+    Canvas::drag(m_view, m_view->mapFromScene(frame->mapToScene(grab)), m_view->mapFromScene(to));
 }
 
 QRectF tst_BlankPreview::newestPlace() const
 {
-    const QGraphicsRectItem* frame = Canvas::frames(view->scene()).first();
+    const QGraphicsRectItem* frame = Canvas::frames(m_view->scene()).first();
     return QRectF(frame->pos(), frame->rect().size());
 }
 
 void tst_BlankPreview::accept()
 {
-    QTest::mouseClick(editor->findChild<QPushButton*>("buttonAccept"), Qt::LeftButton);
+    QTest::mouseClick(m_editor->findChild<QPushButton*>("buttonAccept"), Qt::LeftButton);
 }
 
 void tst_BlankPreview::preview(const std::function<void(QGraphicsScene*)>& look)
@@ -154,7 +156,7 @@ void tst_BlankPreview::preview(const std::function<void(QGraphicsScene*)>& look)
         look(dialog->findChild<QGraphicsView*>("documentView")->scene());
         QTest::mouseClick(dialog->findChild<QPushButton*>("buttonReject"), Qt::LeftButton);
     });
-    PrinPreviewDialog dialog(docId);
+    PrinPreviewDialog dialog(m_docId);
     dialog.exec();
     QVERIFY2(driver.finished(), driver.failures());
 }
@@ -170,7 +172,7 @@ void tst_BlankPreview::framesStandWhereTheyWereDragged()
 {
     QFETCH(int, zoom);
     openEditor(zoom);
-    const double pixel = 1.0 / view->transform().m11(); // scene units
+    const double pixel = 1.0 / m_view->transform().m11(); // scene units
 
     // Each frame is dragged by its middle, then by its lower right corner.
     pressAction("actionAddText");
@@ -210,12 +212,12 @@ void tst_BlankPreview::framesStandWhereTheyWereDragged()
 void tst_BlankPreview::centredTextHasItsInkAtTheSamePlace()
 {
     openEditor(0);
-    editor->createItem(QRectF(200, 300, 320, 90), "HHH", 0);
+    m_editor->createItem(QRectF(200, 300, 320, 90), "HHH", 0);
     const QRectF inside = newestPlace().adjusted(2, 2, -2, -2); // without the frame's outline
-    view->scene()->clearSelection();
-    const QRect shown = inkOf(view->scene(), inside);
+    m_view->scene()->clearSelection();
+    const QRect shown = inkOf(m_view->scene(), inside);
     QVERIFY(!shown.isEmpty());
-    Canvas::frames(view->scene()).first()->setSelected(true);
+    Canvas::frames(m_view->scene()).first()->setSelected(true);
     accept();
     preview([&](QGraphicsScene* scene) {
         const QRect printed = inkOf(scene, inside);

@@ -54,6 +54,7 @@ private slots:
     void pageSize();
     void pageOfNoWidth();
     void backgroundIsScaledIntoTheSize();
+    void backgroundNamedAsOnWindows();
     void backgroundThatIsTooLarge();
     void missingBackgroundIsNoError();
     void contentWithoutItems_data();
@@ -128,7 +129,7 @@ private:
     template <class Widget>
     Widget* find(const char* name) const
     {
-        return named<Widget>(editor.get(), name);
+        return named<Widget>(m_editor.get(), name);
     }
     QTableWidget* table() const { return find<QTableWidget>("propertiesWidget"); }
     template <class Editor>
@@ -139,15 +140,15 @@ private:
     QStringList typedRows() const;
     void type(int row, const QString& text);
     void pressAction(const char* action);
-    QGraphicsScene* scene() const { return view->scene(); }
+    QGraphicsScene* scene() const { return m_view->scene(); }
     QList<QGraphicsRectItem*> frames() const { return Canvas::frames(scene()); }
     QGraphicsRectItem* onlyFrame() const;
     QJsonObject itemData(const QGraphicsItem* frame) const;
 
-    std::unique_ptr<TempApplication> app;
-    std::unique_ptr<BlankWindow> editor;
-    ZelvoraView* view = nullptr;
-    int blankId = 0;
+    std::unique_ptr<TempApplication> m_app;
+    std::unique_ptr<BlankWindow> m_editor;
+    ZelvoraView* m_view = nullptr;
+    int m_blankId = 0;
 };
 
 namespace {
@@ -206,33 +207,33 @@ QPointF centred(const QGraphicsRectItem* frame)
 
 void tst_BlankWindow::init()
 {
-    app = std::make_unique<TempApplication>();
-    app->exec("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (1, 'Свидетельство', ?)",
-              {R"({"fields":[{"tag":"#SPECIALTY","name":"Специальность","type":0},)"
-               R"({"tag":"#GRADES","name":"Оценки","type":4},)"
-               R"({"tag":"#NOTE","name":"Примечание","type":5}]})"});
+    m_app = std::make_unique<TempApplication>();
+    m_app->exec("INSERT INTO forms (ID, FORM_NAME, FIELDS) VALUES (1, 'Свидетельство', ?)",
+                {R"({"fields":[{"tag":"#SPECIALTY","name":"Специальность","type":0},)"
+                 R"({"tag":"#GRADES","name":"Оценки","type":4},)"
+                 R"({"tag":"#NOTE","name":"Примечание","type":5}]})"});
 }
 
 void tst_BlankWindow::cleanup()
 {
-    editor.reset();
-    app.reset();
+    m_editor.reset();
+    m_app.reset();
 }
 
 BlankWindow& tst_BlankWindow::open(const BlankRow& row)
 {
-    blankId = insertBlank(*app, row);
-    editor = std::make_unique<BlankWindow>();
-    editor->setBlankId(blankId);
-    editor->loadBlank();
-    editor->loadBlankTree();
-    editor->show();
-    editor->activateWindow();
-    view = editor->findChild<ZelvoraView*>();
-    if (!QTest::qWaitForWindowActive(editor.get())) {
+    m_blankId = insertBlank(*m_app, row);
+    m_editor = std::make_unique<BlankWindow>();
+    m_editor->setBlankId(m_blankId);
+    m_editor->loadBlank();
+    m_editor->loadBlankTree();
+    m_editor->show();
+    m_editor->activateWindow();
+    m_view = m_editor->findChild<ZelvoraView*>();
+    if (!QTest::qWaitForWindowActive(m_editor.get())) {
         QTest::qFail("no active window", __FILE__, __LINE__);
     }
-    return *editor;
+    return *m_editor;
 }
 
 BlankWindow& tst_BlankWindow::openWith(const QJsonArray& fields)
@@ -290,12 +291,12 @@ QJsonObject tst_BlankWindow::itemData(const QGraphicsItem* frame) const
 void tst_BlankWindow::window()
 {
     open({});
-    QCOMPARE(editor->windowTitle(), QString("Редактирование бланка"));
-    QCOMPARE(editor->size(), QSize(939, 611));
+    QCOMPARE(m_editor->windowTitle(), QString("Редактирование бланка"));
+    QCOMPARE(m_editor->size(), QSize(939, 611));
 
     auto* bar = find<QToolBar>("toolBarTop");
     QVERIFY(!bar->isMovable());
-    QCOMPARE(editor->toolBarArea(bar), Qt::TopToolBarArea);
+    QCOMPARE(m_editor->toolBarArea(bar), Qt::TopToolBarArea);
     QCOMPARE(bar->iconSize(), QSize(40, 40));
     QCOMPARE(bar->toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
     QStringList captions;
@@ -306,12 +307,12 @@ void tst_BlankWindow::window()
     }
     QCOMPARE(captions, (QStringList{"ДОБАВИТЬ\nТЕКСТ", "ДОБАВИТЬ\nТАБЛИЦУ", "ДОБАВИТЬ QR"}));
 
-    auto* splitter = editor->findChild<QSplitter*>();
+    auto* splitter = m_editor->findChild<QSplitter*>();
     QCOMPARE(splitter->orientation(), Qt::Horizontal);
     QCOMPARE(splitter->widget(0), find<QTreeWidget>("blankTree"));
     QCOMPARE(splitter->widget(1)->layout(), find<QHBoxLayout>("blankViewLayout"));
     QCOMPARE(splitter->widget(2), table());
-    QCOMPARE(find<QHBoxLayout>("blankViewLayout")->itemAt(0)->widget(), view);
+    QCOMPARE(find<QHBoxLayout>("blankViewLayout")->itemAt(0)->widget(), m_view);
     QCOMPARE(find<QHBoxLayout>("blankViewLayout")->contentsMargins(), QMargins());
 
     auto* tree = find<QTreeWidget>("blankTree");
@@ -341,13 +342,13 @@ void tst_BlankWindow::window()
 void tst_BlankWindow::canvasCoversWhatIsBehind()
 {
     open({});
-    editor->show();
-    QVERIFY(QTest::qWaitForWindowExposed(editor.get()));
-    QVERIFY(view->viewport()->testAttribute(Qt::WA_OpaquePaintEvent));
-    view->scene()->clear();
-    QImage picture(view->viewport()->size(), QImage::Format_RGB32);
+    m_editor->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_editor.get()));
+    QVERIFY(m_view->viewport()->testAttribute(Qt::WA_OpaquePaintEvent));
+    m_view->scene()->clear();
+    QImage picture(m_view->viewport()->size(), QImage::Format_RGB32);
     picture.fill(Qt::red);
-    view->viewport()->render(&picture, QPoint(), QRegion(), QWidget::RenderFlags());
+    m_view->viewport()->render(&picture, QPoint(), QRegion(), QWidget::RenderFlags());
     QImage expected(picture.size(), picture.format());
     expected.fill(QColor(0xB9, 0xE5, 0xFF));
     QCOMPARE(picture, expected);
@@ -424,7 +425,7 @@ void tst_BlankWindow::toolTipOfANameWithMarkup()
 {
     const QString name = "Оценка <img src='/dev/zero'>";
     const QJsonObject fields = {{"fields", QJsonArray{QJsonObject{{"name", name}}}}};
-    app->exec("UPDATE forms SET FIELDS = ?", {QJsonDocument(fields).toJson()});
+    m_app->exec("UPDATE forms SET FIELDS = ?", {QJsonDocument(fields).toJson()});
     open({});
     const QTreeWidgetItem* leaf = find<QTreeWidget>("blankTree")->topLevelItem(2)->child(0);
     QCOMPARE(leaf->text(0), name);
@@ -476,7 +477,7 @@ void tst_BlankWindow::pageOfNoWidth()
     BlankRow row;
     row.width = 0;
     row.background = "scan.png";
-    QVERIFY(QImage(10, 10, QImage::Format_RGB32).save(app->path("scan.png")));
+    QVERIFY(QImage(10, 10, QImage::Format_RGB32).save(m_app->path("scan.png")));
     open(row);
     QCOMPARE(scene()->sceneRect(), QRectF(0, 0, 0, 793));
 }
@@ -485,7 +486,7 @@ void tst_BlankWindow::backgroundIsScaledIntoTheSize()
 {
     QImage scan(300, 100, QImage::Format_RGB32);
     scan.fill(Qt::red);
-    QVERIFY(scan.save(app->path("scan.png")));
+    QVERIFY(scan.save(m_app->path("scan.png")));
     BlankRow row;
     row.paperFormat = 0; // the page follows the format, the background the sizes
     row.orientation = 1;
@@ -498,13 +499,25 @@ void tst_BlankWindow::backgroundIsScaledIntoTheSize()
     QCOMPARE(background->pixmap().toImage().pixelColor(500, 200), QColor(Qt::red));
 }
 
+void tst_BlankWindow::backgroundNamedAsOnWindows()
+{
+    QVERIFY(QDir(app->path()).mkpath("blanks"));
+    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(app->path("blanks/a.png")));
+    BlankRow row;
+    row.background = "Blanks\\A.PNG";
+    open(row);
+    auto* background =
+        qgraphicsitem_cast<QGraphicsPixmapItem*>(scene()->items(Qt::AscendingOrder).last());
+    QVERIFY(background && !background->pixmap().isNull());
+}
+
 void tst_BlankWindow::backgroundThatIsTooLarge()
 {
     QImage scan(25000, 25000, QImage::Format_Mono);
     scan.fill(0);
-    QVERIFY(scan.save(app->path("large.png")));
+    QVERIFY(scan.save(m_app->path("large.png")));
     scan = QImage(10, 10, QImage::Format_Mono);
-    QVERIFY(scan.save(app->path("scan.png")));
+    QVERIFY(scan.save(m_app->path("scan.png")));
     BlankRow pixels;
     pixels.background = "large.png";
     BlankRow page;
@@ -567,14 +580,14 @@ void tst_BlankWindow::contentAsTextAndAsBytes()
 
 void tst_BlankWindow::failedLoadIsLogged()
 {
-    app->exec("DROP TABLE blanks");
+    m_app->exec("DROP TABLE blanks");
     LogCatcher log;
-    editor = std::make_unique<BlankWindow>();
-    editor->setBlankId(1);
-    editor->loadBlank();
+    m_editor = std::make_unique<BlankWindow>();
+    m_editor->setBlankId(1);
+    m_editor->loadBlank();
     QCOMPARE(log.count("Unable to execute select from blanks"), 1);
     QVERIFY(log.contains("no such table"));
-    QVERIFY(editor->findChild<ZelvoraView*>()->scene()->items().isEmpty());
+    QVERIFY(m_editor->findChild<ZelvoraView*>()->scene()->items().isEmpty());
 }
 
 void tst_BlankWindow::loadsATextItem()
@@ -651,8 +664,8 @@ void tst_BlankWindow::loadsAnItemOfAnUnknownKind()
     item["type"] = 9;
     openWith({item});
     QCOMPARE(textOf(onlyFrame())->toPlainText(), QString("#LNAME"));
-    QVERIFY(editor->saveBlank());
-    QCOMPARE(storedFields(*app, blankId), QJsonArray{item});
+    QVERIFY(m_editor->saveBlank());
+    QCOMPARE(storedFields(*m_app, m_blankId), QJsonArray{item});
 }
 
 void tst_BlankWindow::hugeItemsDoNoHarm()
@@ -669,10 +682,10 @@ void tst_BlankWindow::hugeItemsDoNoHarm()
     for (QGraphicsRectItem* frame : frames()) {
         scene()->clearSelection();
         frame->setSelected(true);
-        editor->invalidateCurrentItem();
+        m_editor->invalidateCurrentItem();
     }
-    QVERIFY(editor->saveBlank());
-    QCOMPARE(storedFields(*app, blankId), (QJsonArray{turnedQr, text, qr}));
+    QVERIFY(m_editor->saveBlank());
+    QCOMPARE(storedFields(*m_app, m_blankId), (QJsonArray{turnedQr, text, qr}));
 }
 
 void tst_BlankWindow::addsAText()
@@ -746,32 +759,32 @@ void tst_BlankWindow::addsATable()
 void tst_BlankWindow::createItemTakesASize()
 {
     open({});
-    editor->createItem(QRectF(5.5, 6, 300, 0), "#FNAME", 0);
+    m_editor->createItem(QRectF(5.5, 6, 300, 0), "#FNAME", 0);
     QCOMPARE(onlyFrame()->rect(), QRectF(0, 0, 300, 0));
     QCOMPARE(onlyFrame()->pos(), QPointF(5.5, 6));
     delete onlyFrame();
 
     // A text that is larger than 200 by 50 in the default font keeps its own size.
     const QString value("#LNAME #FNAME #MNAME #BLANK_SER #BLANK_NO #ISSUE_DATE #EDIT_DATE");
-    editor->createItem(QRectF(5, 6, 1, 1), value, 0);
+    m_editor->createItem(QRectF(5, 6, 1, 1), value, 0);
     QGraphicsTextItem measure(value);
     QVERIFY(measure.boundingRect().width() > 200);
     QCOMPARE(onlyFrame()->rect().width(), measure.boundingRect().width());
     QCOMPARE(onlyFrame()->rect().height(), 50.0);
     delete onlyFrame();
 
-    editor->createItem(QRectF(5, 6, 300, 300), "x", 1);
+    m_editor->createItem(QRectF(5, 6, 300, 300), "x", 1);
     QCOMPARE(onlyFrame()->rect(), QRectF(0, 0, 98, 98));
 }
 
 void tst_BlankWindow::newItemsLandNearTheCorner()
 {
     open({});
-    Canvas::zoom(view, 2);
+    Canvas::zoom(m_view, 2);
     QSet<QPair<int, int>> places;
     for (int i = 0; i < 30; ++i) {
-        editor->addTextItem();
-        const QPointF pixel = view->viewportTransform().map(frames().first()->pos());
+        m_editor->addTextItem();
+        const QPointF pixel = m_view->viewportTransform().map(frames().first()->pos());
         const QPoint whole(qRound(pixel.x()), qRound(pixel.y()));
         QVERIFY(QRect(10, 10, 50, 50).contains(whole));
         places.insert({whole.x(), whole.y()});
@@ -856,7 +869,7 @@ void tst_BlankWindow::treeGroupAddsNothing()
     open({});
     auto* tree = find<QTreeWidget>("blankTree");
     for (int i = 0; i < 3; ++i) {
-        editor->treeItemDblClick(tree->topLevelItem(i));
+        m_editor->treeItemDblClick(tree->topLevelItem(i));
     }
     QVERIFY(frames().isEmpty());
 }
@@ -873,8 +886,8 @@ void tst_BlankWindow::failedTreeIsLogged()
     QCOMPARE(tree->topLevelItem(2)->childCount(), 0);
 
     log.clear();
-    app->exec("DROP TABLE blanks");
-    editor->loadBlankTree();
+    m_app->exec("DROP TABLE blanks");
+    m_editor->loadBlankTree();
     QCOMPARE(log.count("Unable to execute select from blanks"), 1);
     QCOMPARE(tree->topLevelItemCount(), 0);
 }
@@ -978,10 +991,10 @@ void tst_BlankWindow::noSelectionNoRows()
     onlyFrame()->setSelected(true);
     scene()->clearSelection();
     QCOMPARE(table()->rowCount(), 0);
-    editor->itemPropertyChanged();
-    editor->itemValueChanged(0, 1);
-    editor->invalidateCurrentItem();
-    editor->tableEdit();
+    m_editor->itemPropertyChanged();
+    m_editor->itemValueChanged(0, 1);
+    m_editor->invalidateCurrentItem();
+    m_editor->tableEdit();
     QCOMPARE(itemData(onlyFrame()), textItem);
 }
 
@@ -1137,18 +1150,18 @@ void tst_BlankWindow::newLineSpacingStaysUntilChanged()
     pressAction("actionAddText");
     QCOMPARE(cell<QComboBox>(9)->currentText(), QString("1,0"));
     type(0, "#FNAME");
-    QVERIFY(editor->saveBlank());
-    QCOMPARE(storedFields(*app, blankId).at(0)["line_spacing"].toString(), QString("1"));
+    QVERIFY(m_editor->saveBlank());
+    QCOMPARE(storedFields(*m_app, m_blankId).at(0)["line_spacing"].toString(), QString("1"));
     QTest::keyClick(cell<QComboBox>(9), Qt::Key_Down);
-    QVERIFY(editor->saveBlank());
-    QCOMPARE(storedFields(*app, blankId).at(0)["line_spacing"].toString(), QString("1,15"));
+    QVERIFY(m_editor->saveBlank());
+    QCOMPARE(storedFields(*m_app, m_blankId).at(0)["line_spacing"].toString(), QString("1,15"));
 }
 
 void tst_BlankWindow::wheelOverAPropertyChangesNothing()
 {
     openWith({textItem});
     onlyFrame()->setSelected(true);
-    view->setFocus();
+    m_view->setFocus();
     for (const int row : {5, 6, 7, 8, 9}) {
         QWidget* widget = table()->cellWidget(row, 1);
         const QPointF center = widget->rect().center();
@@ -1195,7 +1208,7 @@ void tst_BlankWindow::enterGoesThroughTheProperties()
         QCOMPARE(table()->currentRow(), row);
         pressKey(Qt::Key_Return);
     }
-    QVERIFY(editor->isVisible());
+    QVERIFY(m_editor->isVisible());
     QCOMPARE(itemData(onlyFrame()), item);
     ModalDriver driver;
     driver.expect<TableLayoutDialog>(
@@ -1230,11 +1243,11 @@ void tst_BlankWindow::dragUpdatesTheTable()
     QFETCH(int, zoom);
     openWith({textItem});
     QGraphicsRectItem* frame = onlyFrame();
-    Canvas::zoom(view, zoom);
-    view->centerOn(frame);
-    const QPoint from = view->mapFromScene(frame->sceneBoundingRect().center());
-    Canvas::drag(view, from, from + QPoint(60, 30));
-    const double scale = view->transform().m11();
+    Canvas::zoom(m_view, zoom);
+    m_view->centerOn(frame);
+    const QPoint from = m_view->mapFromScene(frame->sceneBoundingRect().center());
+    Canvas::drag(m_view, from, from + QPoint(60, 30));
+    const double scale = m_view->transform().m11();
     const QPointF place(100.5 + 60 / scale, 80.25 + 30 / scale);
     QVERIFY(QLineF(frame->pos(), place).length() < 1e-6);
     QCOMPARE(typedRows(), (QStringList{"#LNAME", QString::number(int(place.x())),
@@ -1246,8 +1259,8 @@ void tst_BlankWindow::dragKeepsFractions()
 {
     openWith({textItem});
     QGraphicsRectItem* frame = onlyFrame();
-    const QPoint from = view->mapFromScene(frame->sceneBoundingRect().center());
-    Canvas::drag(view, from, from + QPoint(10, 0));
+    const QPoint from = m_view->mapFromScene(frame->sceneBoundingRect().center());
+    Canvas::drag(m_view, from, from + QPoint(10, 0));
     // The whole numbers that the program wrote into the table are not taken for typed ones.
     QCOMPARE(frame->pos(), QPointF(110.5, 80.25));
 }
@@ -1260,8 +1273,8 @@ void tst_BlankWindow::resizeKeepsTheChildAligned()
         item["v_align"] = vAlign;
         openWith({item});
         QGraphicsRectItem* frame = onlyFrame();
-        const QPoint from = view->mapFromScene(frame->mapToScene(238, 58));
-        Canvas::drag(view, from, from + QPoint(30, 40));
+        const QPoint from = m_view->mapFromScene(frame->mapToScene(238, 58));
+        Canvas::drag(m_view, from, from + QPoint(30, 40));
         QCOMPARE(frame->rect(), QRectF(0, 0, 270, 100));
         const QSizeF free = frame->rect().size() - textOf(frame)->boundingRect().size();
         const double factor = hAlign == 2 ? 0.5 : hAlign;
@@ -1276,14 +1289,14 @@ void tst_BlankWindow::clickRemakesTheQr()
     openWith({qrItem});
     QGraphicsRectItem* frame = onlyFrame();
     QCOMPARE(pictureOf(frame)->pixmap().size(), QSize(118, 118));
-    view->centerOn(frame);
-    const QPoint at = view->mapFromScene(frame->sceneBoundingRect().center());
-    Canvas::press(view, at);
-    Canvas::release(view, at);
+    m_view->centerOn(frame);
+    const QPoint at = m_view->mapFromScene(frame->sceneBoundingRect().center());
+    Canvas::press(m_view, at);
+    Canvas::release(m_view, at);
     QCOMPARE(pictureOf(frame)->pixmap().size(), QSize(119, 119));
 
-    const QPoint edge = view->mapFromScene(frame->mapToScene(70, 118));
-    Canvas::drag(view, edge, edge + QPoint(0, -40));
+    const QPoint edge = m_view->mapFromScene(frame->mapToScene(70, 118));
+    Canvas::drag(m_view, edge, edge + QPoint(0, -40));
     QCOMPARE(frame->rect(), QRectF(0, 0, 140, 80));
     QCOMPARE(pictureOf(frame)->pixmap().size(), QSize(79, 79));
     QCOMPARE(pictureOf(frame)->pos(), QPointF(1, 1));
@@ -1292,12 +1305,12 @@ void tst_BlankWindow::clickRemakesTheQr()
 void tst_BlankWindow::keyboardMoveUpdatesTheTable()
 {
     openWith({textItem});
-    Canvas::key(view, Qt::Key_Right); // selects the frame
+    Canvas::key(m_view, Qt::Key_Right); // selects the frame
     QCOMPARE(typedRows(), (QStringList{"#LNAME", "100", "80", "240", "60"}));
     for (int i = 0; i < 3; ++i) {
-        Canvas::key(view, Qt::Key_Right, Qt::ShiftModifier);
+        Canvas::key(m_view, Qt::Key_Right, Qt::ShiftModifier);
     }
-    Canvas::key(view, Qt::Key_Up, Qt::ShiftModifier);
+    Canvas::key(m_view, Qt::Key_Up, Qt::ShiftModifier);
     QCOMPARE(onlyFrame()->pos(), QPointF(103.5, 79.25));
     QCOMPARE(typedRows(), (QStringList{"#LNAME", "103", "79", "240", "60"}));
 }
@@ -1307,10 +1320,10 @@ void tst_BlankWindow::deleteEmptiesTheTable()
     openWith({textItem, qrItem});
     frames().first()->setSelected(true);
     QCOMPARE(table()->rowCount(), 11);
-    Canvas::key(view, Qt::Key_Delete);
+    Canvas::key(m_view, Qt::Key_Delete);
     QCOMPARE(table()->rowCount(), 0);
-    QVERIFY(editor->saveBlank());
-    QCOMPARE(storedFields(*app, blankId), QJsonArray{textItem});
+    QVERIFY(m_editor->saveBlank());
+    QCOMPARE(storedFields(*m_app, m_blankId), QJsonArray{textItem});
 }
 
 void tst_BlankWindow::tableEditAccepted()
@@ -1370,12 +1383,13 @@ void tst_BlankWindow::tableEditCancelledAddsNoKeys()
 void tst_BlankWindow::saveWritesTopmostFirst()
 {
     openWith({textItem, qrItem, tableItem});
-    QVERIFY(editor->saveBlank());
-    QCOMPARE(storedFields(*app, blankId), (QJsonArray{tableItem, qrItem, textItem}));
-    const QVariant kind = app->value("SELECT typeof(CONTENT) FROM blanks WHERE ID = ?", {blankId});
+    QVERIFY(m_editor->saveBlank());
+    QCOMPARE(storedFields(*m_app, m_blankId), (QJsonArray{tableItem, qrItem, textItem}));
+    const QVariant kind =
+        m_app->value("SELECT typeof(CONTENT) FROM blanks WHERE ID = ?", {m_blankId});
     QCOMPARE(kind.toString(), QString("blob"));
     const QByteArray bytes =
-        app->value("SELECT CONTENT FROM blanks WHERE ID = ?", {blankId}).toByteArray();
+        m_app->value("SELECT CONTENT FROM blanks WHERE ID = ?", {m_blankId}).toByteArray();
     QVERIFY(bytes.startsWith("{\"fields\":[{") && !bytes.contains('\n'));
 }
 
@@ -1384,14 +1398,14 @@ void tst_BlankWindow::saveAfterTypingAndAfterDragging()
     openWith({textItem});
     onlyFrame()->setSelected(true);
     type(1, "50");
-    QVERIFY(editor->saveBlank());
-    QCOMPARE(storedFields(*app, blankId).at(0)["pos_x"], QJsonValue(50));
+    QVERIFY(m_editor->saveBlank());
+    QCOMPARE(storedFields(*m_app, m_blankId).at(0)["pos_x"], QJsonValue(50));
 
-    Canvas::zoom(view, 1);
-    const QPoint from = view->mapFromScene(onlyFrame()->sceneBoundingRect().center());
-    Canvas::drag(view, from, from + QPoint(10, 0));
-    QVERIFY(editor->saveBlank());
-    const double saved = storedFields(*app, blankId).at(0)["pos_x"].toDouble();
+    Canvas::zoom(m_view, 1);
+    const QPoint from = m_view->mapFromScene(onlyFrame()->sceneBoundingRect().center());
+    Canvas::drag(m_view, from, from + QPoint(10, 0));
+    QVERIFY(m_editor->saveBlank());
+    const double saved = storedFields(*m_app, m_blankId).at(0)["pos_x"].toDouble();
     QVERIFY(qAbs(saved - (50 + 10 / 1.15)) < 1e-6);
 }
 
@@ -1401,9 +1415,9 @@ void tst_BlankWindow::frameBelowTheNewSizeReloads()
     pressAction("actionAddText");
     type(3, "120");
     type(4, "25");
-    QVERIFY(editor->saveBlank());
+    QVERIFY(m_editor->saveBlank());
     BlankWindow again;
-    again.setBlankId(blankId);
+    again.setBlankId(m_blankId);
     again.loadBlank();
     const auto loaded = Canvas::frames(again.findChild<ZelvoraView*>()->scene());
     QCOMPARE(loaded.size(), 1);
@@ -1415,8 +1429,8 @@ void tst_BlankWindow::apostropheIsSaved()
     openWith({textItem});
     onlyFrame()->setSelected(true);
     type(0, "об'єкт \"x\"");
-    QVERIFY(editor->saveBlank());
-    QCOMPARE(storedFields(*app, blankId).at(0)["value"].toString(), QString("об'єкт \"x\""));
+    QVERIFY(m_editor->saveBlank());
+    QCOMPARE(storedFields(*m_app, m_blankId).at(0)["value"].toString(), QString("об'єкт \"x\""));
 }
 
 void tst_BlankWindow::acceptSavesAndCloses()
@@ -1424,56 +1438,56 @@ void tst_BlankWindow::acceptSavesAndCloses()
     open({});
     pressAction("actionAddQR");
     QTest::mouseClick(find<QPushButton>("buttonAccept"), Qt::LeftButton);
-    QVERIFY(!editor->isVisible());
-    QCOMPARE(storedFields(*app, blankId).size(), 1);
+    QVERIFY(!m_editor->isVisible());
+    QCOMPARE(storedFields(*m_app, m_blankId).size(), 1);
 }
 
 void tst_BlankWindow::rejectAndCloseLoseTheChanges()
 {
     openWith({textItem});
-    const QByteArray before = app->dump();
+    const QByteArray before = m_app->dump();
     pressAction("actionAddQR");
     QTest::mouseClick(find<QPushButton>("buttonReject"), Qt::LeftButton);
-    QVERIFY(!editor->isVisible());
-    QCOMPARE(app->dump(), before);
+    QVERIFY(!m_editor->isVisible());
+    QCOMPARE(m_app->dump(), before);
 
-    editor->show();
-    editor->close();
-    QCOMPARE(app->dump(), before);
+    m_editor->show();
+    m_editor->close();
+    QCOMPARE(m_app->dump(), before);
 }
 
 void tst_BlankWindow::failedSaveIsShownAndCloses()
 {
     openWith({textItem});
-    app->exec("ALTER TABLE blanks RENAME TO gone");
+    m_app->exec("ALTER TABLE blanks RENAME TO gone");
     LogCatcher log;
     ModalDriver driver;
     driver.expectMessage("Ошибка", "Ошибка сохранения бланка: SQL Error");
     QTest::mouseClick(find<QPushButton>("buttonAccept"), Qt::LeftButton);
     QVERIFY2(driver.finished(), driver.failures());
     QVERIFY(log.contains("no such table"));
-    QVERIFY(!editor->isVisible());
-    app->exec("ALTER TABLE gone RENAME TO blanks");
-    QCOMPARE(storedFields(*app, blankId), QJsonArray{textItem});
+    QVERIFY(!m_editor->isVisible());
+    m_app->exec("ALTER TABLE gone RENAME TO blanks");
+    QCOMPARE(storedFields(*m_app, m_blankId), QJsonArray{textItem});
 }
 
 // The empty page of a blank that could not be read must not take the place of what is stored.
 void tst_BlankWindow::unreadBlankIsNotReplaced()
 {
     openWith({QJsonObject{{"value", "Текст"}}});
-    const QVariant stored = app->value("SELECT CONTENT FROM blanks");
-    app->exec("ALTER TABLE blanks RENAME TO hidden");
-    editor = std::make_unique<BlankWindow>();
-    editor->setBlankId(blankId);
-    editor->loadBlank();
-    app->exec("ALTER TABLE hidden RENAME TO blanks");
-    editor->show();
+    const QVariant stored = m_app->value("SELECT CONTENT FROM blanks");
+    m_app->exec("ALTER TABLE blanks RENAME TO hidden");
+    m_editor = std::make_unique<BlankWindow>();
+    m_editor->setBlankId(m_blankId);
+    m_editor->loadBlank();
+    m_app->exec("ALTER TABLE hidden RENAME TO blanks");
+    m_editor->show();
     ModalDriver driver;
     driver.expectMessage("Ошибка", "Ошибка сохранения бланка: SQL Error", "OK");
-    clickButton(editor.get(), "buttonAccept");
+    clickButton(m_editor.get(), "buttonAccept");
     QVERIFY2(driver.finished(), driver.failures());
-    QVERIFY(!editor->isVisible());
-    QCOMPARE(app->value("SELECT CONTENT FROM blanks"), stored);
+    QVERIFY(!m_editor->isVisible());
+    QCOMPARE(m_app->value("SELECT CONTENT FROM blanks"), stored);
 }
 
 QTEST_MAIN(tst_BlankWindow)

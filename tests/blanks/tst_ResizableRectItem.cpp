@@ -40,13 +40,13 @@ private slots:
 private:
     QGraphicsRectItem* addFrame(const QRectF& place)
     {
-        return Canvas::addFrame(scene.get(), place, limits.get());
+        return Canvas::addFrame(m_scene.get(), place, m_limits.get());
     }
-    QPoint pixelAt(const QPointF& scenePoint) const { return view->mapFromScene(scenePoint); }
+    QPoint pixelAt(const QPointF& scenePoint) const { return m_view->mapFromScene(scenePoint); }
 
-    std::unique_ptr<QGraphicsScene> scene;
-    std::unique_ptr<ZelvoraView> view;
-    std::unique_ptr<ResizeLimits> limits;
+    std::unique_ptr<QGraphicsScene> m_scene;
+    std::unique_ptr<ZelvoraView> m_view;
+    std::unique_ptr<ResizeLimits> m_limits;
 };
 
 namespace {
@@ -82,22 +82,22 @@ QRectF placeOf(const QGraphicsRectItem* frame)
 
 void tst_ResizableRectItem::init()
 {
-    limits = std::make_unique<ResizeLimits>(15.0, QSizeF(30.0, 30.0));
-    scene = std::make_unique<QGraphicsScene>(0, 0, 3000, 3000);
-    scene->addRect(scene->sceneRect());
-    view = std::make_unique<ZelvoraView>(nullptr);
-    view->setScene(scene.get());
-    view->resize(900, 700);
-    view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(view.get()));
-    view->centerOn(400, 300);
+    m_limits = std::make_unique<ResizeLimits>(15.0, QSizeF(30.0, 30.0));
+    m_scene = std::make_unique<QGraphicsScene>(0, 0, 3000, 3000);
+    m_scene->addRect(m_scene->sceneRect());
+    m_view = std::make_unique<ZelvoraView>(nullptr);
+    m_view->setScene(m_scene.get());
+    m_view->resize(900, 700);
+    m_view->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+    m_view->centerOn(400, 300);
 }
 
 void tst_ResizableRectItem::cleanup()
 {
-    view.reset();
-    scene.reset();
-    limits.reset();
+    m_view.reset();
+    m_scene.reset();
+    m_limits.reset();
 }
 
 void tst_ResizableRectItem::limitsTakeTheExtentForAnEmptySize()
@@ -142,14 +142,14 @@ void tst_ResizableRectItem::dragsByEachPart()
     QFETCH(QPointF, grab);
     QFETCH(QRectF, edges);
     QGraphicsRectItem* frame = addFrame(QRectF(300, 200, 200, 100));
-    Canvas::zoom(view.get(), zoom);
+    Canvas::zoom(m_view.get(), zoom);
     const double scale = std::pow(1.15, zoom);
-    QVERIFY(isNear(view->transform().m11(), scale, 1e-9));
+    QVERIFY(isNear(m_view->transform().m11(), scale, 1e-9));
 
     // A pixel is 1 / scale units: the real shift is that of whole pixels.
     const QPoint from = pixelAt(QPointF(300, 200) + grab);
     const QPoint pixels(qRound(40 * scale), qRound(20 * scale));
-    Canvas::drag(view.get(), from, from + pixels);
+    Canvas::drag(m_view.get(), from, from + pixels);
 
     const double dx = pixels.x() / scale;
     const double dy = pixels.y() / scale;
@@ -175,8 +175,8 @@ void tst_ResizableRectItem::gripIsEightUnitsWide()
     QFETCH(bool, resizes);
     QGraphicsRectItem* frame = addFrame(QRectF(300, 200, 200, 100));
     const QPoint from = pixelAt(QPointF(300 + x, 250));
-    QCOMPARE(view->mapToScene(from), QPointF(300 + x, 250)); // no pixel beside the border
-    Canvas::drag(view.get(), from, from + QPoint(10, 0));
+    QCOMPARE(m_view->mapToScene(from), QPointF(300 + x, 250)); // no pixel beside the border
+    Canvas::drag(m_view.get(), from, from + QPoint(10, 0));
     QCOMPARE(!qFuzzyCompare(frame->rect().width(), 200.0), resizes);
 }
 
@@ -216,10 +216,10 @@ void tst_ResizableRectItem::stopsAtTheLimits()
     QFETCH(QPoint, shift);
     QFETCH(QRectF, expected);
     QGraphicsRectItem* frame = addFrame(start);
-    view->centerOn(start.topLeft() + grab);
+    m_view->centerOn(start.topLeft() + grab);
     const QPoint from = pixelAt(start.topLeft() + grab);
-    QVERIFY(view->viewport()->rect().contains(from));
-    Canvas::drag(view.get(), from, from + shift);
+    QVERIFY(m_view->viewport()->rect().contains(from));
+    Canvas::drag(m_view.get(), from, from + shift);
     QVERIFY2(isNear(placeOf(frame), expected, 1e-6), text(placeOf(frame)));
     QCOMPARE(frame->rect().topLeft(), QPointF(0, 0));
 }
@@ -229,7 +229,7 @@ void tst_ResizableRectItem::narrowFrameIsAllEdge()
     // 12 wide: the inner rectangle would go from 8 to 4, so that the middle is left of it.
     QGraphicsRectItem* frame = addFrame(QRectF(300, 200, 12, 100));
     const QPoint from = pixelAt(QPointF(306, 250));
-    Canvas::drag(view.get(), from, from + QPoint(-60, 0));
+    Canvas::drag(m_view.get(), from, from + QPoint(-60, 0));
     QVERIFY2(isNear(placeOf(frame), QRectF(240, 200, 72, 100), 1e-6), text(placeOf(frame)));
 }
 
@@ -237,8 +237,8 @@ void tst_ResizableRectItem::clickOnAnEdgeChangesNothing()
 {
     QGraphicsRectItem* frame = addFrame(QRectF(300.25, 200.5, 200.125, 100));
     const QPoint at = pixelAt(QPointF(303, 250));
-    Canvas::press(view.get(), at);
-    Canvas::release(view.get(), at);
+    Canvas::press(m_view.get(), at);
+    Canvas::release(m_view.get(), at);
     QVERIFY(isNear(placeOf(frame), QRectF(300.25, 200.5, 200.125, 100), 1e-9));
 }
 
@@ -247,8 +247,8 @@ void tst_ResizableRectItem::clickOnAnEdgeEnlargesATooSmallFrame()
     // The limits hold for every drag, also for one of no length.
     QGraphicsRectItem* frame = addFrame(QRectF(300, 200, 200, 20));
     const QPoint at = pixelAt(QPointF(400, 217));
-    Canvas::press(view.get(), at);
-    Canvas::release(view.get(), at);
+    Canvas::press(m_view.get(), at);
+    Canvas::release(m_view.get(), at);
     QVERIFY2(isNear(placeOf(frame), QRectF(300, 200, 200, 30), 1e-6), text(placeOf(frame)));
 }
 
@@ -257,9 +257,9 @@ void tst_ResizableRectItem::releaseRightAfterAMoveDoesNotResizeTwice()
     // No repaint between the move and the release at the same place.
     QGraphicsRectItem* frame = addFrame(QRectF(300, 200, 200, 100));
     const QPoint from = pixelAt(QPointF(303, 203));
-    Canvas::press(view.get(), from);
-    Canvas::move(view.get(), from + QPoint(50, 30));
-    Canvas::release(view.get(), from + QPoint(50, 30));
+    Canvas::press(m_view.get(), from);
+    Canvas::move(m_view.get(), from + QPoint(50, 30));
+    Canvas::release(m_view.get(), from + QPoint(50, 30));
     QVERIFY2(isNear(placeOf(frame), QRectF(350, 230, 150, 70), 1e-6), text(placeOf(frame)));
 }
 
@@ -267,9 +267,9 @@ void tst_ResizableRectItem::releaseElsewhereResizesOnceMore()
 {
     QGraphicsRectItem* frame = addFrame(QRectF(300, 200, 200, 100));
     const QPoint from = pixelAt(QPointF(303, 250));
-    Canvas::press(view.get(), from);
-    Canvas::move(view.get(), from + QPoint(50, 0));
-    Canvas::release(view.get(), from + QPoint(60, 0));
+    Canvas::press(m_view.get(), from);
+    Canvas::move(m_view.get(), from + QPoint(50, 0));
+    Canvas::release(m_view.get(), from + QPoint(60, 0));
     QVERIFY2(isNear(placeOf(frame), QRectF(360, 200, 140, 100), 1e-6), text(placeOf(frame)));
 }
 
@@ -280,10 +280,10 @@ void tst_ResizableRectItem::pressSelectsThisFrameAlone()
     first->setSelected(true);
     for (const QPointF& at : {QPointF(475, 250), QPointF(402, 250)}) {
         first->setSelected(true);
-        Canvas::press(view.get(), pixelAt(at));
-        QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{second});
-        Canvas::release(view.get(), pixelAt(at));
-        QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{second});
+        Canvas::press(m_view.get(), pixelAt(at));
+        QCOMPARE(m_scene->selectedItems(), QList<QGraphicsItem*>{second});
+        Canvas::release(m_view.get(), pixelAt(at));
+        QCOMPARE(m_scene->selectedItems(), QList<QGraphicsItem*>{second});
     }
 }
 
@@ -308,15 +308,15 @@ void tst_ResizableRectItem::cursorTellsTheDirection()
     QFETCH(Qt::CursorShape, shape);
     QGraphicsRectItem* frame = addFrame(QRectF(300, 200, 200, 100));
     const QPoint at = pixelAt(QPointF(300, 200) + grab);
-    Canvas::move(view.get(), at, Qt::NoButton);
+    Canvas::move(m_view.get(), at, Qt::NoButton);
     QVERIFY(!frame->hasCursor()); // no button held, no change
 
-    Canvas::press(view.get(), at);
-    Canvas::move(view.get(), at + QPoint(1, 1));
+    Canvas::press(m_view.get(), at);
+    Canvas::move(m_view.get(), at + QPoint(1, 1));
     QCOMPARE(frame->cursor().shape(), shape);
-    Canvas::release(view.get(), at + QPoint(1, 1));
+    Canvas::release(m_view.get(), at + QPoint(1, 1));
     QCOMPARE(frame->cursor().shape(), Qt::ArrowCursor);
-    QCOMPARE(view->viewport()->cursor().shape(), Qt::ArrowCursor);
+    QCOMPARE(m_view->viewport()->cursor().shape(), Qt::ArrowCursor);
 }
 
 void tst_ResizableRectItem::turnedFrameFollowsItsEdge()
@@ -325,7 +325,7 @@ void tst_ResizableRectItem::turnedFrameFollowsItsEdge()
     QGraphicsRectItem* frame = addFrame(QRectF(500, 200, 200, 100));
     frame->setRotation(90.0);
     const QPoint from = pixelAt(QPointF(450, 203));
-    Canvas::drag(view.get(), from, from + QPoint(0, 40));
+    Canvas::drag(m_view.get(), from, from + QPoint(0, 40));
     QVERIFY(isNear(frame->y(), 240, 1e-6));
     QVERIFY(isNear(frame->x(), 500, 1e-6));
     QVERIFY(isNear(frame->rect().width(), 160, 1e-6));

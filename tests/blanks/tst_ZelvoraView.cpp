@@ -52,109 +52,109 @@ private slots:
 private:
     QGraphicsRectItem* addFrame(const QRectF& place)
     {
-        return Canvas::addFrame(scene.get(), place, &limits);
+        return Canvas::addFrame(m_scene.get(), place, &limits);
     }
-    double scale() const { return view->transform().m11(); }
+    double scale() const { return m_view->transform().m11(); }
 
-    std::unique_ptr<QGraphicsScene> scene;
-    std::unique_ptr<ZelvoraView> view;
+    std::unique_ptr<QGraphicsScene> m_scene;
+    std::unique_ptr<ZelvoraView> m_view;
     ResizeLimits limits{15.0, QSizeF(30.0, 30.0)};
-    QGraphicsRectItem* page = nullptr;
-    QGraphicsPixmapItem* background = nullptr;
+    QGraphicsRectItem* m_page = nullptr;
+    QGraphicsPixmapItem* m_background = nullptr;
 };
 
 void tst_ZelvoraView::init()
 {
-    scene = std::make_unique<QGraphicsScene>(0, 0, 1122, 793);
-    page = scene->addRect(scene->sceneRect(), QPen(Qt::black), QBrush(Qt::white));
+    m_scene = std::make_unique<QGraphicsScene>(0, 0, 1122, 793);
+    m_page = m_scene->addRect(m_scene->sceneRect(), QPen(Qt::black), QBrush(Qt::white));
     QPixmap picture(500, 300);
     picture.fill(Qt::lightGray);
-    background = scene->addPixmap(picture);
-    view = std::make_unique<ZelvoraView>(nullptr);
-    view->setScene(scene.get());
-    view->resize(500, 400);
-    view->show();
-    view->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(view.get()));
+    m_background = m_scene->addPixmap(picture);
+    m_view = std::make_unique<ZelvoraView>(nullptr);
+    m_view->setScene(m_scene.get());
+    m_view->resize(500, 400);
+    m_view->show();
+    m_view->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
 }
 
 void tst_ZelvoraView::cleanup()
 {
-    view.reset();
-    scene.reset();
+    m_view.reset();
+    m_scene.reset();
 }
 
 void tst_ZelvoraView::settings()
 {
-    QCOMPARE(view->alignment(), Qt::AlignHCenter | Qt::AlignVCenter);
-    QCOMPARE(view->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
-    QCOMPARE(view->sizePolicy().verticalPolicy(), QSizePolicy::Expanding);
-    QCOMPARE(view->minimumSize(), QSize(100, 100));
-    QCOMPARE(view->transformationAnchor(), QGraphicsView::AnchorUnderMouse);
-    QCOMPARE(view->dragMode(), QGraphicsView::ScrollHandDrag);
-    QCOMPARE(view->backgroundBrush(), QBrush(QColor("#B9E5FF")));
-    QCOMPARE(view->viewport()->cursor().shape(), Qt::ArrowCursor);
+    QCOMPARE(m_view->alignment(), Qt::AlignHCenter | Qt::AlignVCenter);
+    QCOMPARE(m_view->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
+    QCOMPARE(m_view->sizePolicy().verticalPolicy(), QSizePolicy::Expanding);
+    QCOMPARE(m_view->minimumSize(), QSize(100, 100));
+    QCOMPARE(m_view->transformationAnchor(), QGraphicsView::AnchorUnderMouse);
+    QCOMPARE(m_view->dragMode(), QGraphicsView::ScrollHandDrag);
+    QCOMPARE(m_view->backgroundBrush(), QBrush(QColor("#B9E5FF")));
+    QCOMPARE(m_view->viewport()->cursor().shape(), Qt::ArrowCursor);
 }
 
 void tst_ZelvoraView::wheelStepsZoom()
 {
-    Canvas::zoom(view.get(), 1);
+    Canvas::zoom(m_view.get(), 1);
     QCOMPARE(scale(), 1.15);
-    Canvas::zoom(view.get(), 1);
+    Canvas::zoom(m_view.get(), 1);
     QCOMPARE(scale(), 1.3225);
-    Canvas::zoom(view.get(), -2);
+    Canvas::zoom(m_view.get(), -2);
     QCOMPARE(scale(), 1.0);
-    Canvas::zoom(view.get(), -1);
+    Canvas::zoom(m_view.get(), -1);
     QCOMPARE(scale(), 0.8695652173913044);
-    QCOMPARE(view->transform().m22(), 0.8695652173913044);
+    QCOMPARE(m_view->transform().m22(), 0.8695652173913044);
 
     // A delta of 1 is a step like any other.
-    Canvas::wheel(view.get(), QPoint(0, 1));
+    Canvas::wheel(m_view.get(), QPoint(0, 1));
     QCOMPARE(scale(), 1.0);
 }
 
 void tst_ZelvoraView::wheelWithoutATurnZoomsOut()
 {
-    Canvas::wheel(view.get(), QPoint(0, 0));
+    Canvas::wheel(m_view.get(), QPoint(0, 0));
     QCOMPARE(scale(), 0.8695652173913044);
 }
 
 void tst_ZelvoraView::sidewaysWheelZooms()
 {
-    Canvas::wheel(view.get(), QPoint(120, 0));
+    Canvas::wheel(m_view.get(), QPoint(120, 0));
     QCOMPARE(scale(), 1.15);
 }
 
 void tst_ZelvoraView::zoomHasNoBounds()
 {
-    Canvas::zoom(view.get(), 60);
+    Canvas::zoom(m_view.get(), 60);
     QVERIFY(qAbs(scale() / std::pow(1.15, 60) - 1.0) < 1e-9);
-    Canvas::zoom(view.get(), -120);
+    Canvas::zoom(m_view.get(), -120);
     QVERIFY(qAbs(scale() * std::pow(1.15, 60) - 1.0) < 1e-9);
 }
 
 void tst_ZelvoraView::zoomKeepsThePointUnderTheMouse()
 {
     const QPoint pixel(320, 150);
-    QCursor::setPos(view->viewport()->mapToGlobal(pixel));
-    QTRY_VERIFY(view->underMouse());
+    QCursor::setPos(m_view->viewport()->mapToGlobal(pixel));
+    QTRY_VERIFY(m_view->underMouse());
     QApplication::processEvents();
-    const QPointF before = view->mapToScene(pixel);
-    Canvas::zoom(view.get(), 3);
+    const QPointF before = m_view->mapToScene(pixel);
+    Canvas::zoom(m_view.get(), 3);
     // The view scrolls by whole pixels at each step. About its middle the point would move by 24.
-    const double drift = QLineF(before, view->mapToScene(pixel)).length();
+    const double drift = QLineF(before, m_view->mapToScene(pixel)).length();
     QVERIFY2(drift < 8.0, qPrintable(QString::number(drift)));
 }
 
 void tst_ZelvoraView::rightDoubleClickResets()
 {
-    Canvas::zoom(view.get(), 4);
-    view->horizontalScrollBar()->setValue(300);
-    view->verticalScrollBar()->setValue(200);
-    QTest::mouseDClick(view->viewport(), Qt::RightButton, Qt::NoModifier, QPoint(100, 100));
-    QVERIFY(view->transform().isIdentity());
-    QCOMPARE(view->horizontalScrollBar()->value(), 0);
-    QCOMPARE(view->verticalScrollBar()->value(), 0);
+    Canvas::zoom(m_view.get(), 4);
+    m_view->horizontalScrollBar()->setValue(300);
+    m_view->verticalScrollBar()->setValue(200);
+    QTest::mouseDClick(m_view->viewport(), Qt::RightButton, Qt::NoModifier, QPoint(100, 100));
+    QVERIFY(m_view->transform().isIdentity());
+    QCOMPARE(m_view->horizontalScrollBar()->value(), 0);
+    QCOMPARE(m_view->verticalScrollBar()->value(), 0);
 }
 
 void tst_ZelvoraView::resetOverAnEdgeKeepsTheFrame_data()
@@ -171,41 +171,41 @@ void tst_ZelvoraView::resetOverAnEdgeKeepsTheFrame()
     QFETCH(QPointF, place);
     const QRectF geometry(60, 40, 200, 100);
     const QGraphicsRectItem* frame = addFrame(geometry);
-    Canvas::zoom(view.get(), 3);
-    view->centerOn(frame);
-    const QPoint pixel = view->mapFromScene(frame->mapToScene(place));
-    QVERIFY(view->viewport()->rect().contains(pixel));
+    Canvas::zoom(m_view.get(), 3);
+    m_view->centerOn(frame);
+    const QPoint pixel = m_view->mapFromScene(frame->mapToScene(place));
+    QVERIFY(m_view->viewport()->rect().contains(pixel));
 
     // As a mouse does it: the second press comes as a double click, and the hand shakes.
-    Canvas::press(view.get(), pixel, Qt::RightButton);
-    Canvas::release(view.get(), pixel, Qt::RightButton);
-    QTest::mouseDClick(view->viewport(), Qt::RightButton, Qt::NoModifier, pixel);
-    Canvas::move(view.get(), pixel + QPoint(1, 1), Qt::RightButton);
-    Canvas::release(view.get(), pixel + QPoint(1, 1), Qt::RightButton);
+    Canvas::press(m_view.get(), pixel, Qt::RightButton);
+    Canvas::release(m_view.get(), pixel, Qt::RightButton);
+    QTest::mouseDClick(m_view->viewport(), Qt::RightButton, Qt::NoModifier, pixel);
+    Canvas::move(m_view.get(), pixel + QPoint(1, 1), Qt::RightButton);
+    Canvas::release(m_view.get(), pixel + QPoint(1, 1), Qt::RightButton);
 
-    QVERIFY(view->transform().isIdentity());
-    QVERIFY(!scene->mouseGrabberItem());
+    QVERIFY(m_view->transform().isIdentity());
+    QVERIFY(!m_scene->mouseGrabberItem());
     QCOMPARE(QRectF(frame->pos(), frame->rect().size()), geometry);
 }
 
 void tst_ZelvoraView::leftDoubleClickDoesNotReset()
 {
-    Canvas::zoom(view.get(), 4);
-    QTest::mouseDClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
+    Canvas::zoom(m_view.get(), 4);
+    QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
     QVERIFY(qAbs(scale() - std::pow(1.15, 4)) < 1e-9);
 }
 
 void tst_ZelvoraView::everyReleaseEndsADrag()
 {
     addFrame(QRectF(100, 100, 200, 100));
-    QSignalSpy spy(view.get(), &ZelvoraView::endDrag);
+    QSignalSpy spy(m_view.get(), &ZelvoraView::endDrag);
     for (const QPointF& at : {QPointF(200, 150), QPointF(102, 150), QPointF(20, 20)}) {
-        const QPoint pixel = view->mapFromScene(at);
-        Canvas::press(view.get(), pixel);
+        const QPoint pixel = m_view->mapFromScene(at);
+        Canvas::press(m_view.get(), pixel);
         QCOMPARE(spy.count(), 0);
-        Canvas::release(view.get(), pixel);
+        Canvas::release(m_view.get(), pixel);
         QCOMPARE(spy.count(), 1);
-        QCOMPARE(view->viewport()->cursor().shape(), Qt::ArrowCursor);
+        QCOMPARE(m_view->viewport()->cursor().shape(), Qt::ArrowCursor);
         spy.clear();
     }
 }
@@ -213,11 +213,11 @@ void tst_ZelvoraView::everyReleaseEndsADrag()
 void tst_ZelvoraView::dragBesideTheFramesPans()
 {
     QGraphicsRectItem* frame = addFrame(QRectF(100, 100, 200, 100));
-    view->horizontalScrollBar()->setValue(300);
-    Canvas::drag(view.get(), QPoint(200, 300), QPoint(160, 300));
-    QCOMPARE(view->horizontalScrollBar()->value(), 340);
+    m_view->horizontalScrollBar()->setValue(300);
+    Canvas::drag(m_view.get(), QPoint(200, 300), QPoint(160, 300));
+    QCOMPARE(m_view->horizontalScrollBar()->value(), 340);
     QCOMPARE(frame->pos(), QPointF(100, 100));
-    QCOMPARE(view->viewport()->cursor().shape(), Qt::ArrowCursor);
+    QCOMPARE(m_view->viewport()->cursor().shape(), Qt::ArrowCursor);
 }
 
 void tst_ZelvoraView::shiftMoves_data()
@@ -241,29 +241,29 @@ void tst_ZelvoraView::shiftMoves()
     QGraphicsRectItem* frame = addFrame(QRectF(100.5, 100, 200, 100));
     addFrame(QRectF(300, 300, 200, 100));
     frame->setSelected(true);
-    Canvas::zoom(view.get(), zoom);
-    QSignalSpy spy(view.get(), &ZelvoraView::endDrag);
-    Canvas::key(view.get(), key, Qt::ShiftModifier);
-    Canvas::key(view.get(), key, Qt::ShiftModifier);
+    Canvas::zoom(m_view.get(), zoom);
+    QSignalSpy spy(m_view.get(), &ZelvoraView::endDrag);
+    Canvas::key(m_view.get(), key, Qt::ShiftModifier);
+    Canvas::key(m_view.get(), key, Qt::ShiftModifier);
     QCOMPARE(frame->pos(), QPointF(100.5, 100) + 2 * shift);
     QCOMPARE(spy.count(), 2);
-    QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{frame});
+    QCOMPARE(m_scene->selectedItems(), QList<QGraphicsItem*>{frame});
 }
 
 void tst_ZelvoraView::shiftMovesTheChildWithNothingSelected()
 {
     addFrame(QRectF(100, 100, 200, 100));
     QGraphicsRectItem* topmost = addFrame(QRectF(300, 300, 200, 100));
-    Canvas::key(view.get(), Qt::Key_Right, Qt::ShiftModifier);
+    Canvas::key(m_view.get(), Qt::Key_Right, Qt::ShiftModifier);
     QCOMPARE(topmost->pos(), QPointF(300, 300));
     QCOMPARE(topmost->childItems().first()->pos(), QPointF(1, 0));
 }
 
 void tst_ZelvoraView::shiftMovesTheBackgroundOfAnEmptyPage()
 {
-    Canvas::key(view.get(), Qt::Key_Down, Qt::ShiftModifier);
-    QCOMPARE(background->pos(), QPointF(0, 1));
-    QCOMPARE(page->pos(), QPointF(0, 0));
+    Canvas::key(m_view.get(), Qt::Key_Down, Qt::ShiftModifier);
+    QCOMPARE(m_background->pos(), QPointF(0, 1));
+    QCOMPARE(m_page->pos(), QPointF(0, 0));
 }
 
 void tst_ZelvoraView::deleteRemovesTheSelectedFrame()
@@ -271,25 +271,25 @@ void tst_ZelvoraView::deleteRemovesTheSelectedFrame()
     QGraphicsRectItem* kept = addFrame(QRectF(100, 100, 200, 100));
     QGraphicsRectItem* removed = addFrame(QRectF(300, 300, 200, 100));
     removed->setSelected(true);
-    QSignalSpy spy(scene.get(), &QGraphicsScene::selectionChanged);
-    Canvas::key(view.get(), Qt::Key_Delete);
-    QCOMPARE(Canvas::frames(scene.get()), QList<QGraphicsRectItem*>{kept});
-    QCOMPARE(scene->items().size(), 4); // the page, the background, a frame and its child
+    QSignalSpy spy(m_scene.get(), &QGraphicsScene::selectionChanged);
+    Canvas::key(m_view.get(), Qt::Key_Delete);
+    QCOMPARE(Canvas::frames(m_scene.get()), QList<QGraphicsRectItem*>{kept});
+    QCOMPARE(m_scene->items().size(), 4); // the page, the background, a frame and its child
     QVERIFY(spy.count() > 0);
 }
 
 void tst_ZelvoraView::deleteWithShiftRemovesToo()
 {
     addFrame(QRectF(300, 300, 200, 100))->setSelected(true);
-    Canvas::key(view.get(), Qt::Key_Delete, Qt::ShiftModifier);
-    QCOMPARE(scene->items().size(), 2);
+    Canvas::key(m_view.get(), Qt::Key_Delete, Qt::ShiftModifier);
+    QCOMPARE(m_scene->items().size(), 2);
 }
 
 void tst_ZelvoraView::deleteWithNothingSelectedRemovesNothing()
 {
     addFrame(QRectF(100, 100, 200, 100));
-    Canvas::key(view.get(), Qt::Key_Delete);
-    QCOMPARE(scene->items().size(), 4);
+    Canvas::key(m_view.get(), Qt::Key_Delete);
+    QCOMPARE(m_scene->items().size(), 4);
 }
 
 void tst_ZelvoraView::walksGoRound_data()
@@ -324,15 +324,15 @@ void tst_ZelvoraView::walksGoRound()
     for (int i = 0; i < 3; ++i) {
         addFrame(QRectF(100 + 50 * i, 100 + 60 * i, 200, 100));
     }
-    const QList<QGraphicsRectItem*> frames = Canvas::frames(scene.get());
+    const QList<QGraphicsRectItem*> frames = Canvas::frames(m_scene.get());
     if (start >= 0) {
         frames[start]->setSelected(true);
     }
-    Canvas::zoom(view.get(), zoom);
-    QSignalSpy spy(view.get(), &ZelvoraView::endDrag);
+    Canvas::zoom(m_view.get(), zoom);
+    QSignalSpy spy(m_view.get(), &ZelvoraView::endDrag);
     for (const int expected : walk) {
-        Canvas::key(view.get(), key);
-        QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{frames[expected]});
+        Canvas::key(m_view.get(), key);
+        QCOMPARE(m_scene->selectedItems(), QList<QGraphicsItem*>{frames[expected]});
     }
     QCOMPARE(spy.count(), 0);
 }
@@ -343,23 +343,23 @@ void tst_ZelvoraView::walkBackNeverStopsOnTheTopmostItem()
     QGraphicsRectItem* lower = addFrame(QRectF(100, 100, 200, 100));
     QGraphicsRectItem* topmost = addFrame(QRectF(300, 300, 200, 100));
     topmost->childItems().first()->setFlag(QGraphicsItem::ItemStacksBehindParent);
-    QCOMPARE(scene->items().first(), static_cast<QGraphicsItem*>(topmost));
+    QCOMPARE(m_scene->items().first(), static_cast<QGraphicsItem*>(topmost));
 
     lower->setSelected(true);
-    Canvas::key(view.get(), Qt::Key_Left);
-    QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{lower});
-    Canvas::key(view.get(), Qt::Key_Right);
-    QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{topmost});
-    Canvas::key(view.get(), Qt::Key_Down);
-    QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{lower});
+    Canvas::key(m_view.get(), Qt::Key_Left);
+    QCOMPARE(m_scene->selectedItems(), QList<QGraphicsItem*>{lower});
+    Canvas::key(m_view.get(), Qt::Key_Right);
+    QCOMPARE(m_scene->selectedItems(), QList<QGraphicsItem*>{topmost});
+    Canvas::key(m_view.get(), Qt::Key_Down);
+    QCOMPARE(m_scene->selectedItems(), QList<QGraphicsItem*>{lower});
 }
 
 void tst_ZelvoraView::walkWithOneFrameKeepsIt()
 {
     QGraphicsRectItem* frame = addFrame(QRectF(100, 100, 200, 100));
     for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Left, Qt::Key_Up, Qt::Key_Down}) {
-        Canvas::key(view.get(), key);
-        QCOMPARE(scene->selectedItems(), QList<QGraphicsItem*>{frame});
+        Canvas::key(m_view.get(), key);
+        QCOMPARE(m_scene->selectedItems(), QList<QGraphicsItem*>{frame});
     }
 }
 
@@ -375,44 +375,44 @@ void tst_ZelvoraView::walkWithoutFramesDoesNothing_data()
 void tst_ZelvoraView::walkWithoutFramesDoesNothing()
 {
     QFETCH(Qt::Key, key);
-    const int scrolled = view->horizontalScrollBar()->value();
-    Canvas::key(view.get(), key);
-    QVERIFY(scene->selectedItems().isEmpty());
-    QCOMPARE(background->pos(), QPointF(0, 0));
-    QCOMPARE(view->horizontalScrollBar()->value(), scrolled);
+    const int scrolled = m_view->horizontalScrollBar()->value();
+    Canvas::key(m_view.get(), key);
+    QVERIFY(m_scene->selectedItems().isEmpty());
+    QCOMPARE(m_background->pos(), QPointF(0, 0));
+    QCOMPARE(m_view->horizontalScrollBar()->value(), scrolled);
 
-    delete background;
-    Canvas::key(view.get(), key);
-    QCOMPARE(scene->items().size(), 1);
+    delete m_background;
+    Canvas::key(m_view.get(), key);
+    QCOMPARE(m_scene->items().size(), 1);
 }
 
 void tst_ZelvoraView::keysOnAnEmptySceneDoNothing()
 {
-    scene->clear();
+    m_scene->clear();
     for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Left, Qt::Key_Delete}) {
-        Canvas::key(view.get(), key);
-        Canvas::key(view.get(), key, Qt::ShiftModifier);
+        Canvas::key(m_view.get(), key);
+        Canvas::key(m_view.get(), key, Qt::ShiftModifier);
     }
-    QVERIFY(scene->items().isEmpty());
-    view->setScene(nullptr);
-    Canvas::key(view.get(), Qt::Key_Right);
+    QVERIFY(m_scene->items().isEmpty());
+    m_view->setScene(nullptr);
+    Canvas::key(m_view.get(), Qt::Key_Right);
 }
 
 void tst_ZelvoraView::otherKeysAreSwallowed()
 {
     QWidget window;
-    view->setParent(&window);
-    Canvas::zoom(view.get(), 4);
-    view->verticalScrollBar()->setValue(0);
+    m_view->setParent(&window);
+    Canvas::zoom(m_view.get(), 4);
+    m_view->verticalScrollBar()->setValue(0);
     for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_End, Qt::Key_A}) {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
         event.ignore();
         event.accept();
-        QApplication::sendEvent(view.get(), &event);
+        QApplication::sendEvent(m_view.get(), &event);
         QVERIFY(event.isAccepted());
     }
-    QCOMPARE(view->verticalScrollBar()->value(), 0);
-    view->setParent(nullptr);
+    QCOMPARE(m_view->verticalScrollBar()->value(), 0);
+    m_view->setParent(nullptr);
 }
 
 QTEST_MAIN(tst_ZelvoraView)

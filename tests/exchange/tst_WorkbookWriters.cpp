@@ -28,10 +28,10 @@ private slots:
 
 private:
     static void addFiles();
-    static QString file() { return QDir(folder).filePath(QTest::currentDataTag()); }
+    static QString file() { return QDir(m_folder).filePath(QTest::currentDataTag()); }
     QString runExport();
 
-    static constexpr const char* folder = ZELVORA_EXCHANGE_SCRIPTS "/writers";
+    static constexpr const char* m_folder = ZELVORA_EXCHANGE_SCRIPTS "/writers";
     std::unique_ptr<ExchangeFixture> m_fixture;
 };
 
@@ -64,7 +64,7 @@ void tst_WorkbookWriters::init()
 void tst_WorkbookWriters::addFiles()
 {
     QTest::addColumn<int>("unused");
-    const QStringList files = QDir(folder).entryList({"*.xlsx"});
+    const QStringList files = QDir(m_folder).entryList({"*.xlsx"});
     QVERIFY(files.size() >= 20);
     for (const QString& name : files) {
         QTest::newRow(qPrintable(name)) << 0;
@@ -159,7 +159,7 @@ void tst_WorkbookWriters::exportOpensElsewhere()
     }
     m_fixture->addDocument(
         {{"LNAME", "=1+1"}, {"FNAME", "Ян & <Ко>"}, {"BIRTH_DATE", "2004-02-29"}});
-    m_fixture->addTemplate("Шаблон", mapping(), QDir(folder).filePath("libreoffice.xlsx"), 5);
+    m_fixture->addTemplate("Шаблон", mapping(), QDir(m_folder).filePath("libreoffice.xlsx"), 5);
     const QString path = runExport();
     const QJsonObject ours =
         readWorkbook(path)["content"].toObject()["Документы"].toObject()["cells"].toObject();

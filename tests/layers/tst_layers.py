@@ -16,7 +16,7 @@ INCLUDE = re.compile(r'^\s*#\s*include\s*"((?:[\w-]+/)+)[\w.-]+"', re.MULTILINE)
 SYSTEM = ("app", "store", "forms", "documents", "blanks", "render", "exchange")
 
 # What stands on the system, from below; each line may include its own folders and all above it.
-LAYERS = (SYSTEM, ("preflight",), ("printing",), ("sample",), ("tools", "batch"))
+LAYERS = (SYSTEM, ("translations",), ("preflight",), ("printing",), ("sample",), ("tools", "batch"))
 
 # Parts of the render folder: what each of them may include of the folder and its parts.
 RENDER_PARTS = {

@@ -188,6 +188,8 @@ private slots:
 
     void background_data();
     void background();
+    void backgroundNamedAsOnWindows_data();
+    void backgroundNamedAsOnWindows();
     void backgroundThatCannotBeLoaded_data();
     void backgroundThatCannotBeLoaded();
     void backgroundOfAnEndlessPage();
@@ -989,6 +991,26 @@ void tst_PrinPreviewDialog::background()
     QCOMPARE(item->pixmap().size(), shown);
     const QColor color = item->pixmap().toImage().pixelColor(shown.width() / 2, 50);
     QVERIFY(color.red() > 250 && color.green() < 5);
+}
+
+void tst_PrinPreviewDialog::backgroundNamedAsOnWindows_data()
+{
+    QTest::addColumn<QString>("stored");
+    QTest::newRow("separator") << "blanks\\a.png";
+    QTest::newRow("letter case") << "Blanks/A.PNG";
+    QTest::newRow("both") << "BLANKS\\a.PNG";
+}
+
+void tst_PrinPreviewDialog::backgroundNamedAsOnWindows()
+{
+    QFETCH(QString, stored);
+    Page page;
+    QVERIFY(QDir(page.path()).mkpath("blanks"));
+    QVERIFY(writePicture(page.path("blanks/a.png"), QSize(1122, 793), Qt::red));
+    page.build({textItem("Текст")}, {}, {{"BACKGROUND_IMG", stored}});
+    const auto* item = dynamic_cast<QGraphicsPixmapItem*>(page.items().first());
+    QVERIFY(item);
+    QCOMPARE(item->pixmap().size(), QSize(1122, 793));
 }
 
 void tst_PrinPreviewDialog::backgroundThatCannotBeLoaded_data()

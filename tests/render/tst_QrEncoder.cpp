@@ -257,15 +257,16 @@ class StreamReader
 {
 public:
     explicit StreamReader(const QrEncoder& encoder)
-        : source(encoder)
+        : m_source(encoder)
     {
     }
 
     int bits(int count)
     {
         int value = 0;
-        for (int i = 0; i < count; ++i, ++position) {
-            value = value << 1 | (source.dataCodewords[position / 8] >> (7 - position % 8) & 1);
+        for (int i = 0; i < count; ++i, ++m_position) {
+            value =
+                value << 1 | (m_source.dataCodewords[m_position / 8] >> (7 - m_position % 8) & 1);
         }
         return value;
     }
@@ -286,7 +287,7 @@ public:
             }
             result.blocks.append({mode, result.text.size() - start});
         }
-        result.bitCount = position;
+        result.bitCount = m_position;
         return result;
     }
 
@@ -322,8 +323,8 @@ private:
         return 1;
     }
 
-    const QrEncoder& source;
-    int position = 0;
+    const QrEncoder& m_source;
+    int m_position = 0;
 };
 
 // --- Material. ---
@@ -438,14 +439,14 @@ private:
     /// One run of the scanner over all pictures: what it read, one symbol after the other.
     QList<QByteArray> scan(const QVector<QImage>& pictures);
 
-    std::unique_ptr<QrEncoder> encoder;
+    std::unique_ptr<QrEncoder> m_encoder;
 };
 
 void tst_QrEncoder::init()
 {
-    encoder = std::make_unique<QrEncoder>();
+    m_encoder = std::make_unique<QrEncoder>();
     // What an earlier user of the memory may have left.
-    std::fill_n(reinterpret_cast<unsigned char*>(encoder.get()), sizeof(QrEncoder), 0xA5);
+    std::fill_n(reinterpret_cast<unsigned char*>(m_encoder.get()), sizeof(QrEncoder), 0xA5);
 }
 
 void tst_QrEncoder::isAPlainWorkArea()
@@ -468,23 +469,23 @@ void tst_QrEncoder::isAPlainWorkArea()
                                   offsetof(QrEncoder, rsWork)};
     QVERIFY(std::is_sorted(offsets.begin(), offsets.end()));
 
-    QCOMPARE(sizeof(encoder->modules), size_t(177 * 177));
-    QCOMPARE(sizeof(encoder->dataCodewords), size_t(2956));
-    QCOMPARE(sizeof(encoder->blockModes), size_t(2956));
-    QCOMPARE(sizeof(encoder->blockLengths), size_t(2956 * 4));
-    QCOMPARE(sizeof(encoder->allCodewords), size_t(3706));
-    QCOMPARE(sizeof(encoder->rsWork), size_t(153));
+    QCOMPARE(sizeof(m_encoder->modules), size_t(177 * 177));
+    QCOMPARE(sizeof(m_encoder->dataCodewords), size_t(2956));
+    QCOMPARE(sizeof(m_encoder->blockModes), size_t(2956));
+    QCOMPARE(sizeof(m_encoder->blockLengths), size_t(2956 * 4));
+    QCOMPARE(sizeof(m_encoder->allCodewords), size_t(3706));
+    QCOMPARE(sizeof(m_encoder->rsWork), size_t(153));
 }
 
 void tst_QrEncoder::standardExample()
 {
-    QVERIFY(encode(*encoder, "01234567", M, 1));
-    QCOMPARE(encoder->version, 1);
-    QCOMPARE(encoder->moduleCount, 21);
-    QCOMPARE(codewords(encoder->dataCodewords.data(), 16),
+    QVERIFY(encode(*m_encoder, "01234567", M, 1));
+    QCOMPARE(m_encoder->version, 1);
+    QCOMPARE(m_encoder->moduleCount, 21);
+    QCOMPARE(codewords(m_encoder->dataCodewords.data(), 16),
              QByteArray("10 20 0C 56 61 80 EC 11 EC 11 EC 11 EC 11 EC 11"));
-    QCOMPARE(encoder->allCodewordCount, 26);
-    QCOMPARE(codewords(encoder->allCodewords.data(), 26),
+    QCOMPARE(m_encoder->allCodewordCount, 26);
+    QCOMPARE(codewords(m_encoder->allCodewords.data(), 26),
              QByteArray("10 20 0C 56 61 80 EC 11 EC 11 EC 11 EC 11 EC 11 "
                         "A5 24 D4 C1 ED 36 C7 87 2C 55"));
 }
@@ -493,18 +494,18 @@ void tst_QrEncoder::formatInformation()
 {
     for (int level = L; level <= H; ++level) {
         for (int mask = 0; mask < 8; ++mask) {
-            QVERIFY(encode(*encoder, "a", level, 3, true, mask));
-            const int side = encoder->moduleCount;
+            QVERIFY(encode(*m_encoder, "a", level, 3, true, mask));
+            const int side = m_encoder->moduleCount;
             const auto read = [this](const QVector<QPoint>& places) {
                 int information = 0;
                 for (int bit = 0; bit < 15; ++bit) {
-                    information |= moduleAt(*encoder, places[bit].x(), places[bit].y()) << bit;
+                    information |= moduleAt(*m_encoder, places[bit].x(), places[bit].y()) << bit;
                 }
                 return information;
             };
             QCOMPARE(read(firstFormatModules()), maskedFormatInformation[level][mask]);
             QCOMPARE(read(secondFormatModules(side)), maskedFormatInformation[level][mask]);
-            QCOMPARE(moduleAt(*encoder, 8, side - 8), 1);
+            QCOMPARE(moduleAt(*m_encoder, 8, side - 8), 1);
         }
     }
 }
@@ -514,14 +515,14 @@ void tst_QrEncoder::versionInformation()
     const QVector<QPair<int, int>> expected{
         {7, 0x07C94}, {8, 0x085BC}, {9, 0x09A99}, {12, 0x0C762}, {40, 0x28C69}};
     for (const auto& [version, information] : expected) {
-        QVERIFY(encode(*encoder, "a", L, version));
-        QCOMPARE(encoder->version, version);
+        QVERIFY(encode(*m_encoder, "a", L, version));
+        QCOMPARE(m_encoder->version, version);
         int lower = 0;
         int upper = 0;
         for (int bit = 0; bit < 18; ++bit) {
-            const int far = encoder->moduleCount - 11 + bit % 3;
-            lower |= moduleAt(*encoder, bit / 3, far) << bit;
-            upper |= moduleAt(*encoder, far, bit / 3) << bit;
+            const int far = m_encoder->moduleCount - 11 + bit % 3;
+            lower |= moduleAt(*m_encoder, bit / 3, far) << bit;
+            upper |= moduleAt(*m_encoder, far, bit / 3) << bit;
         }
         QCOMPARE(lower, information);
         QCOMPARE(upper, information);
@@ -530,13 +531,13 @@ void tst_QrEncoder::versionInformation()
 
 void tst_QrEncoder::functionPatterns()
 {
-    QVERIFY(encode(*encoder, "a", M, 7)); // alignment at 22 and 38, on 45 modules
+    QVERIFY(encode(*m_encoder, "a", M, 7)); // alignment at 22 and 38, on 45 modules
     const auto area = [this](int left, int top, int width, int height) {
         QStringList lines;
         for (int y = top; y < top + height; ++y) {
             QString line;
             for (int x = left; x < left + width; ++x) {
-                line += encoder->modules[x][y] == 1 ? '#' : '.';
+                line += m_encoder->modules[x][y] == 1 ? '#' : '.';
             }
             lines.append(line);
         }
@@ -566,8 +567,8 @@ void tst_QrEncoder::functionPatterns()
     }
 
     for (int i = 8; i <= 36; ++i) {
-        QCOMPARE(moduleAt(*encoder, i, 6), i % 2 == 0 ? 1 : 0);
-        QCOMPARE(moduleAt(*encoder, 6, i), i % 2 == 0 ? 1 : 0);
+        QCOMPARE(moduleAt(*m_encoder, i, 6), i % 2 == 0 ? 1 : 0);
+        QCOMPARE(moduleAt(*m_encoder, 6, i), i % 2 == 0 ? 1 : 0);
     }
 }
 
@@ -601,12 +602,12 @@ void tst_QrEncoder::symbolsReadBack()
                                   .replace("%1", QByteArray::number(version))
                                   .replace("%2", QByteArray::number(level)) +
                               byteText(version * version * 2 + 20);
-            while (!encode(*encoder, text, level, version, false)) {
+            while (!encode(*m_encoder, text, level, version, false)) {
                 text.chop(text.size() > 600 ? 16 : 1);
             }
-            QCOMPARE(encoder->version, version);
-            QCOMPARE(encoder->moduleCount, version * 4 + 17);
-            pictures.append(picture(*encoder));
+            QCOMPARE(m_encoder->version, version);
+            QCOMPARE(m_encoder->moduleCount, version * 4 + 17);
+            pictures.append(picture(*m_encoder));
             texts.append(text);
         }
     }
@@ -629,8 +630,8 @@ void tst_QrEncoder::rawBytesReadBack()
     };
     QVector<QImage> pictures;
     for (const QByteArray& text : texts) {
-        QVERIFY(encode(*encoder, text));
-        pictures.append(picture(*encoder));
+        QVERIFY(encode(*m_encoder, text));
+        pictures.append(picture(*m_encoder));
     }
     QCOMPARE(scan(pictures), texts);
 }
@@ -662,8 +663,8 @@ void tst_QrEncoder::classifiesKanjiPairs()
     QFETCH(QByteArray, pair);
     QFETCH(bool, isKanji);
 
-    QVERIFY(encode(*encoder, pair));
-    const ReadStream stream = StreamReader(*encoder).read(1, pair.size());
+    QVERIFY(encode(*m_encoder, pair));
+    const ReadStream stream = StreamReader(*m_encoder).read(1, pair.size());
     QCOMPARE(stream.text, pair);
     QCOMPARE(toText(stream.blocks), isKanji ? QString("3:2") : QString("2:2"));
 }
@@ -697,17 +698,17 @@ void tst_QrEncoder::joinsBlocks()
     QFETCH(int, version);
     QFETCH(QString, blocks);
 
-    QVERIFY(encode(*encoder, text, M, version));
-    QCOMPARE(toText(blocksOf(*encoder)), blocks);
+    QVERIFY(encode(*m_encoder, text, M, version));
+    QCOMPARE(toText(blocksOf(*m_encoder)), blocks);
 }
 
 void tst_QrEncoder::longestJoinedKanjiRun()
 {
     const QByteArray pair = "\x98\xD0";
-    QVERIFY(encode(*encoder, "a" + pair.repeated(11) + "a"));
-    QCOMPARE(toText(blocksOf(*encoder)), QString("2:24"));
-    QVERIFY(encode(*encoder, "a" + pair.repeated(12) + "a"));
-    QCOMPARE(toText(blocksOf(*encoder)), QString("2:1 3:24 2:1"));
+    QVERIFY(encode(*m_encoder, "a" + pair.repeated(11) + "a"));
+    QCOMPARE(toText(blocksOf(*m_encoder)), QString("2:24"));
+    QVERIFY(encode(*m_encoder, "a" + pair.repeated(12) + "a"));
+    QCOMPARE(toText(blocksOf(*m_encoder)), QString("2:1 3:24 2:1"));
 }
 
 void tst_QrEncoder::segmentsLikeTheSlowWay_data()
@@ -729,17 +730,17 @@ void tst_QrEncoder::segmentsLikeTheSlowWay()
     int compared = 0;
     for (int i = 0; i < 3000; ++i) {
         const QByteArray text = mixedText(random, 1 + i % 24);
-        if (!encode(*encoder, text, L, version, true, 0)) {
+        if (!encode(*m_encoder, text, L, version, true, 0)) {
             continue;
         }
-        if (encoder->version > (group == 0 ? 9 : group == 1 ? 26 : 40)) {
+        if (m_encoder->version > (group == 0 ? 9 : group == 1 ? 26 : 40)) {
             continue; // a longer text than the group takes
         }
         const Blocks expected = segmentedSlowly(text, group);
-        QVERIFY2(blocksOf(*encoder) == expected,
+        QVERIFY2(blocksOf(*m_encoder) == expected,
                  qPrintable(QString("%1: %2 instead of %3")
-                                .arg(QString::fromLatin1(text.toHex()), toText(blocksOf(*encoder)),
-                                     toText(expected))));
+                                .arg(QString::fromLatin1(text.toHex()),
+                                     toText(blocksOf(*m_encoder)), toText(expected))));
         ++compared;
     }
     QVERIFY(compared > 2000);
@@ -750,137 +751,137 @@ void tst_QrEncoder::streamHoldsTheText()
     QRandomGenerator random(7);
     for (int i = 0; i < 1000; ++i) {
         const QByteArray text = mixedText(random, 1 + i % 40);
-        QVERIFY(encode(*encoder, text, L, 27, true, 0));
-        const ReadStream stream = StreamReader(*encoder).read(2, text.size());
+        QVERIFY(encode(*m_encoder, text, L, 27, true, 0));
+        const ReadStream stream = StreamReader(*m_encoder).read(2, text.size());
         QCOMPARE(stream.text, text);
-        QVERIFY(stream.blocks == blocksOf(*encoder));
+        QVERIFY(stream.blocks == blocksOf(*m_encoder));
         // What follows is the terminator of four zero bits, which the count includes.
-        QCOMPARE(encoder->dataBitCount, stream.bitCount + 4);
+        QCOMPARE(m_encoder->dataBitCount, stream.bitCount + 4);
     }
 }
 
 void tst_QrEncoder::measuresText()
 {
     const char text[] = "abc\0def";
-    QVERIFY(encoder->encodeData(M, 12, true, anyMask, text, 0));
-    QCOMPARE(toText(blocksOf(*encoder)), QString("2:3"));
-    QVERIFY(encoder->encodeData(M, 12, true, anyMask, text, -5));
-    QCOMPARE(toText(blocksOf(*encoder)), QString("2:3"));
+    QVERIFY(m_encoder->encodeData(M, 12, true, anyMask, text, 0));
+    QCOMPARE(toText(blocksOf(*m_encoder)), QString("2:3"));
+    QVERIFY(m_encoder->encodeData(M, 12, true, anyMask, text, -5));
+    QCOMPARE(toText(blocksOf(*m_encoder)), QString("2:3"));
 
-    QVERIFY(encoder->encodeData(M, 12, true, anyMask, text, 7));
-    QCOMPARE(StreamReader(*encoder).read(1, 7).text, QByteArray(text, 7));
+    QVERIFY(m_encoder->encodeData(M, 12, true, anyMask, text, 7));
+    QCOMPARE(StreamReader(*m_encoder).read(1, 7).text, QByteArray(text, 7));
 
     const char open[] = {'1', '2', '3'};
-    QVERIFY(encoder->encodeData(M, 12, true, anyMask, open, sizeof open));
-    QCOMPARE(toText(blocksOf(*encoder)), QString("0:3"));
+    QVERIFY(m_encoder->encodeData(M, 12, true, anyMask, open, sizeof open));
+    QCOMPARE(toText(blocksOf(*m_encoder)), QString("0:3"));
 }
 
 void tst_QrEncoder::smallestVersion()
 {
-    QVERIFY(encode(*encoder, "12345", M, 0));
-    QCOMPARE(encoder->version, 1);
+    QVERIFY(encode(*m_encoder, "12345", M, 0));
+    QCOMPARE(m_encoder->version, 1);
 
     // 14 bytes are the most that version 1-M takes; 42 bytes that of 3-M.
-    QVERIFY(encode(*encoder, byteText(14), M, 0));
-    QCOMPARE(encoder->version, 1);
-    QVERIFY(encode(*encoder, byteText(15), M, 0));
-    QCOMPARE(encoder->version, 2);
-    QVERIFY(encode(*encoder, byteText(42), M, 0));
-    QCOMPARE(encoder->version, 3);
+    QVERIFY(encode(*m_encoder, byteText(14), M, 0));
+    QCOMPARE(m_encoder->version, 1);
+    QVERIFY(encode(*m_encoder, byteText(15), M, 0));
+    QCOMPARE(m_encoder->version, 2);
+    QVERIFY(encode(*m_encoder, byteText(42), M, 0));
+    QCOMPARE(m_encoder->version, 3);
 
     // 180 bytes are the most that version 9-M takes, 213 that of 10-M.
-    QVERIFY(encode(*encoder, byteText(180), M, 0));
-    QCOMPARE(encoder->version, 9);
-    QVERIFY(encode(*encoder, byteText(181), M, 0));
-    QCOMPARE(encoder->version, 10);
-    QVERIFY(encode(*encoder, byteText(214), M, 0));
-    QCOMPARE(encoder->version, 11);
+    QVERIFY(encode(*m_encoder, byteText(180), M, 0));
+    QCOMPARE(m_encoder->version, 9);
+    QVERIFY(encode(*m_encoder, byteText(181), M, 0));
+    QCOMPARE(m_encoder->version, 10);
+    QVERIFY(encode(*m_encoder, byteText(214), M, 0));
+    QCOMPARE(m_encoder->version, 11);
 }
 
 void tst_QrEncoder::givenVersion()
 {
-    QVERIFY(encode(*encoder, "123"));
-    QCOMPARE(encoder->version, 12);
-    QCOMPARE(encoder->moduleCount, 65);
+    QVERIFY(encode(*m_encoder, "123"));
+    QCOMPARE(m_encoder->version, 12);
+    QCOMPARE(m_encoder->moduleCount, 65);
 
-    QVERIFY(encode(*encoder, "123", M, 26, false));
-    QCOMPARE(encoder->version, 26);
-    QVERIFY(encode(*encoder, "123", M, 40, false));
-    QCOMPARE(encoder->version, 40);
+    QVERIFY(encode(*m_encoder, "123", M, 26, false));
+    QCOMPARE(m_encoder->version, 26);
+    QVERIFY(encode(*m_encoder, "123", M, 40, false));
+    QCOMPARE(m_encoder->version, 40);
 
     // Version 12-M takes 287 bytes, version 13-M 331.
-    QVERIFY(encode(*encoder, byteText(287), M, 12, false));
-    QCOMPARE(encoder->version, 12);
-    QVERIFY(!encode(*encoder, byteText(288), M, 12, false));
-    QVERIFY(encode(*encoder, byteText(288), M, 12, true));
-    QCOMPARE(encoder->version, 13);
-    QVERIFY(encode(*encoder, byteText(332), M, 12, true));
-    QCOMPARE(encoder->version, 14);
+    QVERIFY(encode(*m_encoder, byteText(287), M, 12, false));
+    QCOMPARE(m_encoder->version, 12);
+    QVERIFY(!encode(*m_encoder, byteText(288), M, 12, false));
+    QVERIFY(encode(*m_encoder, byteText(288), M, 12, true));
+    QCOMPARE(m_encoder->version, 13);
+    QVERIFY(encode(*m_encoder, byteText(332), M, 12, true));
+    QCOMPARE(m_encoder->version, 14);
 }
 
 void tst_QrEncoder::longestByteText()
 {
-    QVERIFY(encode(*encoder, byteText(2331)));
-    QCOMPARE(encoder->version, 40);
-    QCOMPARE(encoder->moduleCount, 177);
-    QVERIFY(!encode(*encoder, byteText(2332)));
+    QVERIFY(encode(*m_encoder, byteText(2331)));
+    QCOMPARE(m_encoder->version, 40);
+    QCOMPARE(m_encoder->moduleCount, 177);
+    QVERIFY(!encode(*m_encoder, byteText(2332)));
 
     // The longest texts of all: 2953 bytes and 7089 digits at level L.
-    QVERIFY(encode(*encoder, byteText(2953), L));
-    QVERIFY(!encode(*encoder, byteText(2954), L));
-    QCOMPARE(encoder->dataBitCount, -1);
-    QVERIFY(encode(*encoder, QByteArray(7089, '7'), L));
-    QVERIFY(!encode(*encoder, QByteArray(7090, '7'), L));
+    QVERIFY(encode(*m_encoder, byteText(2953), L));
+    QVERIFY(!encode(*m_encoder, byteText(2954), L));
+    QCOMPARE(m_encoder->dataBitCount, -1);
+    QVERIFY(encode(*m_encoder, QByteArray(7089, '7'), L));
+    QVERIFY(!encode(*m_encoder, QByteArray(7090, '7'), L));
 }
 
 void tst_QrEncoder::versionGroupChange()
 {
     // Version 26-M takes 2544 digits.
     const QByteArray longest(2544, '4');
-    QVERIFY(encode(*encoder, longest));
-    QCOMPARE(encoder->version, 26);
-    QCOMPARE(StreamReader(*encoder).read(1, longest.size()).text, longest);
+    QVERIFY(encode(*m_encoder, longest));
+    QCOMPARE(m_encoder->version, 26);
+    QCOMPARE(StreamReader(*m_encoder).read(1, longest.size()).text, longest);
 
     const QByteArray longer(2545, '4');
-    QVERIFY(encode(*encoder, longer));
-    QCOMPARE(encoder->version, 27);
-    QCOMPARE(StreamReader(*encoder).read(2, longer.size()).text, longer);
+    QVERIFY(encode(*m_encoder, longer));
+    QCOMPARE(m_encoder->version, 27);
+    QCOMPARE(StreamReader(*m_encoder).read(2, longer.size()).text, longer);
 
     // A given version of group 2 takes its widths even for a text that fits version 1.
-    QVERIFY(encode(*encoder, "123", M, 27));
-    QCOMPARE(encoder->version, 27);
-    QCOMPARE(StreamReader(*encoder).read(2, 3).text, QByteArray("123"));
+    QVERIFY(encode(*m_encoder, "123", M, 27));
+    QCOMPARE(m_encoder->version, 27);
+    QCOMPARE(StreamReader(*m_encoder).read(2, 3).text, QByteArray("123"));
 
     // The blocks, too, are joined anew: in group 0 eleven characters stay apart from the digits.
     const QByteArray mixed = "1234567A" + byteText(300);
-    QVERIFY(encode(*encoder, mixed, M, 1));
-    QVERIFY(encoder->version >= 10);
-    QVERIFY(blocksOf(*encoder) == segmentedSlowly(mixed, 1));
+    QVERIFY(encode(*m_encoder, mixed, M, 1));
+    QVERIFY(m_encoder->version >= 10);
+    QVERIFY(blocksOf(*m_encoder) == segmentedSlowly(mixed, 1));
 }
 
 void tst_QrEncoder::numberOfBlocksIsLimited()
 {
     // Digits and letters by turns: 2956 blocks of one byte, joined to one that fits at level L.
     const QByteArray most = QByteArray("1A").repeated(1478);
-    QVERIFY(encode(*encoder, most, L));
-    QCOMPARE(toText(blocksOf(*encoder)), QString("1:2956"));
+    QVERIFY(encode(*m_encoder, most, L));
+    QCOMPARE(toText(blocksOf(*m_encoder)), QString("1:2956"));
 
-    QVERIFY(!encode(*encoder, most + "1", L));
-    QVERIFY(!encode(*encoder, QByteArray("1A").repeated(3000), L));
-    QVERIFY(!encode(*encoder, QByteArray("1A").repeated(500000), L));
+    QVERIFY(!encode(*m_encoder, most + "1", L));
+    QVERIFY(!encode(*m_encoder, QByteArray("1A").repeated(3000), L));
+    QVERIFY(!encode(*m_encoder, QByteArray("1A").repeated(500000), L));
 }
 
 void tst_QrEncoder::givenMask()
 {
-    QVERIFY(encode(*encoder, "mask", M, 12, true, 0));
-    const auto first = std::make_unique<QrEncoder>(*encoder);
+    QVERIFY(encode(*m_encoder, "mask", M, 12, true, 0));
+    const auto first = std::make_unique<QrEncoder>(*m_encoder);
     for (int mask = 0; mask < 8; ++mask) {
-        QVERIFY(encode(*encoder, "mask", M, 12, true, mask));
-        QCOMPARE(encoder->maskingNumber, mask);
+        QVERIFY(encode(*m_encoder, "mask", M, 12, true, mask));
+        QCOMPARE(m_encoder->maskingNumber, mask);
         // An area without function patterns, right of the alignment pattern at 6, 32.
         for (int x = 9; x < 30; ++x) {
             for (int y = 9; y < 30; ++y) {
-                const bool changed = encoder->modules[x][y] != first->modules[x][y];
+                const bool changed = m_encoder->modules[x][y] != first->modules[x][y];
                 QCOMPARE(changed, maskInverts(mask, y, x) != maskInverts(0, y, x));
             }
         }
@@ -905,14 +906,14 @@ void tst_QrEncoder::choosesTheLowestPenalty()
     for (const auto& [text, version] : cases) {
         QVector<int> penalties;
         for (int mask = 0; mask < 8; ++mask) {
-            QVERIFY(encode(*encoder, text, L, version, true, mask));
-            penalties.append(SlowPenalty(encoder->modules, encoder->moduleCount).total());
+            QVERIFY(encode(*m_encoder, text, L, version, true, mask));
+            penalties.append(SlowPenalty(m_encoder->modules, m_encoder->moduleCount).total());
         }
         auto* const lowest = std::min_element(penalties.begin(), penalties.end());
         const int expected = int(lowest - penalties.begin());
 
-        QVERIFY(encode(*encoder, text, L, version, true, anyMask));
-        QCOMPARE(encoder->maskingNumber, expected);
+        QVERIFY(encode(*m_encoder, text, L, version, true, anyMask));
+        QCOMPARE(m_encoder->maskingNumber, expected);
         ++chosen[expected];
     }
     QVERIFY(!chosen.contains(0)); // each mask has won at least once
@@ -944,15 +945,15 @@ void tst_QrEncoder::refusals()
     QFETCH(int, version);
     QFETCH(int, mask);
 
-    QVERIFY(encode(*encoder, "an earlier symbol", L, 5));
-    const auto before = std::make_unique<QrEncoder>(*encoder);
+    QVERIFY(encode(*m_encoder, "an earlier symbol", L, 5));
+    const auto before = std::make_unique<QrEncoder>(*m_encoder);
 
-    const bool accepted = encoder->encodeData(level, version, false, mask, text.constData(), 0);
+    const bool accepted = m_encoder->encodeData(level, version, false, mask, text.constData(), 0);
     QVERIFY(!accepted);
-    QCOMPARE(encoder->level, level);
-    QCOMPARE(encoder->maskingNumber, mask);
-    QCOMPARE(encoder->moduleCount, before->moduleCount);
-    QVERIFY(encoder->modules == before->modules);
+    QCOMPARE(m_encoder->level, level);
+    QCOMPARE(m_encoder->maskingNumber, mask);
+    QCOMPARE(m_encoder->moduleCount, before->moduleCount);
+    QVERIFY(m_encoder->modules == before->modules);
 }
 
 QTEST_GUILESS_MAIN(tst_QrEncoder)

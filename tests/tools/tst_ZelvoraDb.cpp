@@ -987,6 +987,13 @@ void tst_ZelvoraDb::checkLooksForFilesBesideTheDatabase()
     // The workbook is named by its full path, and stands there.
     QVERIFY(!result.out.contains("export ID 1, TEMPLATE"));
 
+    // A background may be named as on Windows.
+    QVERIFY(QDir(path("")).mkpath("blanks"));
+    QVERIFY(writeFile(path("blanks/a.png"), "скан"));
+    sqlite(path("docs.db"), "UPDATE blanks SET BACKGROUND_IMG = 'Blanks\\A.PNG'");
+    result = run({"check", path("docs.db")});
+    QVERIFY2(!result.out.contains("BACKGROUND_IMG"), result.out.constData());
+
     sqlite(path("docs.db"), "UPDATE blanks SET BACKGROUND_IMG = NULL; UPDATE export SET TEMPLATE = "
                             "'/no/such.xlsx'");
     result = run({"check", path("docs.db")});

@@ -63,8 +63,8 @@ class SlowPenalty
 {
 public:
     SlowPenalty(const QrEncoder::Matrix& matrix, int moduleCount)
-        : modules(matrix)
-        , count(moduleCount)
+        : m_modules(matrix)
+        , m_count(moduleCount)
     {
     }
 
@@ -74,12 +74,12 @@ public:
     {
         int penalty = 0;
         for (const bool fixedX : {true, false}) {
-            for (int line = 0; line < count; ++line) {
+            for (int line = 0; line < m_count; ++line) {
                 int position = 0;
-                while (position < count - 4) {
+                while (position < m_count - 4) {
                     const int start = position;
                     const bool colour = dark(fixedX, line, start);
-                    while (position < count && dark(fixedX, line, position) == colour) {
+                    while (position < m_count && dark(fixedX, line, position) == colour) {
                         ++position;
                     }
                     if (position - start >= 5) {
@@ -94,10 +94,10 @@ public:
     int squares() const
     {
         int penalty = 0;
-        for (int x = 0; x + 1 < count; ++x) {
-            for (int y = 0; y + 1 < count; ++y) {
-                const int sum =
-                    modules[x][y] + modules[x + 1][y] + modules[x][y + 1] + modules[x + 1][y + 1];
+        for (int x = 0; x + 1 < m_count; ++x) {
+            for (int y = 0; y + 1 < m_count; ++y) {
+                const int sum = m_modules[x][y] + m_modules[x + 1][y] + m_modules[x][y + 1] +
+                                m_modules[x + 1][y + 1];
                 if (sum == 0 || sum == 4) {
                     penalty += 3;
                 }
@@ -110,8 +110,8 @@ public:
     {
         int penalty = 0;
         for (const bool fixedX : {true, false}) {
-            for (int line = 0; line < count; ++line) {
-                for (int j = 0; j <= count - 7; ++j) {
+            for (int line = 0; line < m_count; ++line) {
+                for (int j = 0; j <= m_count - 7; ++j) {
                     if (isFinder(fixedX, line, j)) {
                         penalty += 40;
                     }
@@ -124,24 +124,24 @@ public:
     int balance() const
     {
         int light = 0;
-        for (int x = 0; x < count; ++x) {
-            for (int y = 0; y < count; ++y) {
-                light += modules[x][y] == 0 ? 1 : 0;
+        for (int x = 0; x < m_count; ++x) {
+            for (int y = 0; y < m_count; ++y) {
+                light += m_modules[x][y] == 0 ? 1 : 0;
             }
         }
-        const int percent = light * 100 / (count * count);
+        const int percent = light * 100 / (m_count * m_count);
         return qAbs(50 - percent) / 5 * 10;
     }
 
 private:
     bool dark(bool fixedX, int line, int position) const
     {
-        return (fixedX ? modules[line][position] : modules[position][line]) == 1;
+        return (fixedX ? m_modules[line][position] : m_modules[position][line]) == 1;
     }
 
     bool light(bool fixedX, int line, int position) const
     {
-        return position < 0 || position >= count || !dark(fixedX, line, position);
+        return position < 0 || position >= m_count || !dark(fixedX, line, position);
     }
 
     bool isFinder(bool fixedX, int line, int j) const
@@ -157,7 +157,7 @@ private:
         if (dark(fixedX, line, j + 1) || dark(fixedX, line, j + 5)) {
             return false;
         }
-        if (j != count - 7 && dark(fixedX, line, j + 7)) {
+        if (j != m_count - 7 && dark(fixedX, line, j + 7)) {
             return false;
         }
 
@@ -168,6 +168,6 @@ private:
         return before || behind;
     }
 
-    const QrEncoder::Matrix& modules;
-    const int count;
+    const QrEncoder::Matrix& m_modules;
+    const int m_count;
 };

@@ -39,13 +39,13 @@ private:
     void layPattern(QRandomGenerator& random, int side, int mask);
     void comparePenalties(int side);
 
-    std::unique_ptr<Matrix> modules;
+    std::unique_ptr<Matrix> m_modules;
 };
 
 void tst_QrMaskTrial::init()
 {
-    modules = std::make_unique<Matrix>();
-    for (auto& column : *modules) {
+    m_modules = std::make_unique<Matrix>();
+    for (auto& column : *m_modules) {
         column.fill(0);
     }
 }
@@ -55,7 +55,7 @@ void tst_QrMaskTrial::fill(QRandomGenerator& random, int side, int darkPercent)
     for (int x = 0; x < side; ++x) {
         for (int y = 0; y < side; ++y) {
             const bool dark = random.bounded(100) < darkPercent;
-            (*modules)[x][y] = dark ? QrEncoder::DataBit : 0;
+            (*m_modules)[x][y] = dark ? QrEncoder::DataBit : 0;
         }
     }
 }
@@ -67,15 +67,15 @@ void tst_QrMaskTrial::comparePenalties(int side)
     const QVector<QPoint> second = secondFormatModules(side);
     const QPoint alwaysDark(8, side - 8);
     for (const QPoint place : first + second + QVector<QPoint>{alwaysDark}) {
-        (*modules)[place.x()][place.y()] = QrEncoder::Function;
+        (*m_modules)[place.x()][place.y()] = QrEncoder::Function;
     }
 
-    QrMaskTrial trial(*modules, side, levelM);
+    QrMaskTrial trial(*m_modules, side, levelM);
     const auto masked = std::make_unique<Matrix>();
     for (int mask = 0; mask < 8; ++mask) {
         for (int x = 0; x < side; ++x) {
             for (int y = 0; y < side; ++y) {
-                const int module = (*modules)[x][y];
+                const int module = (*m_modules)[x][y];
                 const bool isData = (module & QrEncoder::Function) == 0;
                 const bool dark = (module & (QrEncoder::DataBit | QrEncoder::FunctionDark)) != 0;
                 (*masked)[x][y] = dark != (isData && maskInverts(mask, y, x)) ? 1 : 0;
@@ -127,7 +127,7 @@ void tst_QrMaskTrial::layPattern(QRandomGenerator& random, int side, int mask)
         }
         const bool inverted =
             byRow ? maskInverts(mask, line, position) : maskInverts(mask, position, line);
-        setLine(*modules, byRow, line, position, (laid[i] == '1') != inverted);
+        setLine(*m_modules, byRow, line, position, (laid[i] == '1') != inverted);
     }
 }
 
@@ -153,7 +153,7 @@ void tst_QrMaskTrial::plainAreas()
     for (const int side : {21, 61, 65, 125, 129, 177}) {
         for (const std::uint8_t module : {std::uint8_t(0), std::uint8_t(QrEncoder::DataBit)}) {
             for (int x = 0; x < side; ++x) {
-                std::fill_n((*modules)[x].begin(), side, module);
+                std::fill_n((*m_modules)[x].begin(), side, module);
             }
             comparePenalties(side);
             if (QTest::currentTestFailed()) {
@@ -170,7 +170,7 @@ void tst_QrMaskTrial::functionModulesAreNotMasked()
         fill(random, side, 50);
         for (int i = 0; i < side * side / 3; ++i) {
             const int dark = random.bounded(2) * QrEncoder::FunctionDark;
-            (*modules)[random.bounded(side)][random.bounded(side)] =
+            (*m_modules)[random.bounded(side)][random.bounded(side)] =
                 std::uint8_t(QrEncoder::Function | dark);
         }
         comparePenalties(side);
