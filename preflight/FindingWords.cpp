@@ -214,17 +214,19 @@ QString plainWords(const Translation& in, const Finding& finding)
     case Finding::Kind::BackgroundMissing:
         return in.translate("FindingWords", "the background can't be loaded: %1").arg(finding.text);
     case Finding::Kind::BackgroundOutside:
-        return in.translate("FindingWords",
-                            "the background lies outside the application directory: %1")
+        return in
+            .translate("FindingWords", "the background lies outside the application directory: %1")
             .arg(finding.text);
     case Finding::Kind::PaperUnknown:
-        return in.translate("FindingWords",
-                            "there is no paper format with the code %1: the page prints on "
-                            "whatever paper the printer has")
+        return in
+            .translate("FindingWords",
+                       "there is no paper format with the code %1: the page prints on "
+                       "whatever paper the printer has")
             .arg(shortened(finding.text));
     case Finding::Kind::PageTooLarge:
-        return in.translate("FindingWords",
-                            "the page of %1 mm is larger than any paper: no background is loaded")
+        return in
+            .translate("FindingWords",
+                       "the page of %1 mm is larger than any paper: no background is loaded")
             .arg(shortened(finding.text));
     case Finding::Kind::PageWithoutArea:
         return finding.text.isEmpty()
