@@ -3,6 +3,8 @@
 #include <QDebug>
 #include <QPageLayout>
 #include <QPrinter>
+#include <QSqlQuery>
+#include <QVariant>
 
 #include "blanks/BlankRecord.h"
 
