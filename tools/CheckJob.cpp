@@ -8,6 +8,7 @@
 #include "printing/BatchCheck.h"
 #include "tools/Interruption.h"
 #include "tools/PrintWords.h"
+#include "tools/UserLanguage.h"
 
 JobResult CheckJob::run()
 {
