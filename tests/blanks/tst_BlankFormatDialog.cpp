@@ -79,12 +79,7 @@ void tst_BlankFormatDialog::window()
     QCOMPARE(m_dialog->windowTitle(), QString("Добавление бланка"));
     QCOMPARE(m_dialog->size(), QSize(714, 288));
     QVERIFY(!m_dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
-    const auto* accept = find<QPushButton>("buttonAccept");
-    const auto* reject = find<QPushButton>("buttonReject");
-    QCOMPARE(accept->text(), QString("ОК"));
-    QCOMPARE(accept->property("btnRole1").toString(), QString("accept"));
-    QCOMPARE(reject->text(), QString("Отмена"));
-    QCOMPARE(reject->property("btnRole1").toString(), QString("reject"));
+    compareDialogButtons(*m_dialog);
     QCOMPARE(find<QPushButton>("buttonSelectBGImg")->text(), QString("..."));
     QCOMPARE(find<QLineEdit>("blankNameEdit")->placeholderText(), QString("Название бланка"));
     QCOMPARE(find<QLineEdit>("lineEditBG")->placeholderText(),

@@ -97,12 +97,7 @@ void tst_TableLayoutDialog::window()
     QCOMPARE(table(dialog)->horizontalHeaderItem(1)->text(), QString("Выравнивание"));
     QVERIFY(table(dialog)->horizontalHeader()->stretchLastSection());
     QVERIFY(table(dialog)->verticalHeader()->isHidden());
-    QCOMPARE(named<QPushButton>(dialog, "buttonAccept")->text(), QString("ОК"));
-    QCOMPARE(named<QPushButton>(dialog, "buttonAccept")->property("btnRole1").toString(),
-             QString("accept"));
-    QCOMPARE(named<QPushButton>(dialog, "buttonReject")->text(), QString("Отмена"));
-    QCOMPARE(named<QPushButton>(dialog, "buttonReject")->property("btnRole1").toString(),
-             QString("reject"));
+    compareDialogButtons(dialog);
     QVERIFY(!named<QLineEdit>(dialog, "fromEdit")->validator());
     QVERIFY(!named<QLineEdit>(dialog, "toEdit")->validator());
 }
@@ -307,11 +302,7 @@ void tst_TableLayoutDialog::keysOnAClosedText()
     dialog.setColumns({10, 20}, {0, 1});
     dialog.show();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    clickRow(table(dialog), 0);
-    pressKey(Qt::Key_C, Qt::ControlModifier);
-    pressKey(Qt::Key_Delete);
-    clickRow(table(dialog), 1);
-    pressKey(Qt::Key_V, Qt::ControlModifier);
+    moveClosedText(table(dialog));
     QCOMPARE(columnTexts(table(dialog), 0), QStringList({"", "10"}));
 }
 

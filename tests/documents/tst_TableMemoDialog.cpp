@@ -138,12 +138,7 @@ void tst_TableMemoDialog::looks()
         QCOMPARE(button->iconSize(), QSize(32, 32));
         QCOMPARE(button->styleSheet(), QString(" background: #FFFFFF; border: 1px solid #7C99FF;"));
     }
-    const auto* accept = named<QPushButton>(&dialog, "buttonAccept");
-    const auto* reject = named<QPushButton>(&dialog, "buttonReject");
-    QCOMPARE(accept->text(), QString("ОК"));
-    QCOMPARE(accept->property("btnRole1").toString(), QString("accept"));
-    QCOMPARE(reject->text(), QString("Отмена"));
-    QCOMPARE(reject->property("btnRole1").toString(), QString("reject"));
+    compareDialogButtons(dialog);
 }
 
 void tst_TableMemoDialog::noColumns()

@@ -478,11 +478,7 @@ void tst_FieldEditDlg::keysOnAClosedText()
     dialog.setField(gradesField);
     dialog.show();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    clickRow(table(dialog), 0);
-    pressKey(Qt::Key_C, Qt::ControlModifier);
-    pressKey(Qt::Key_Delete);
-    clickRow(table(dialog), 1);
-    pressKey(Qt::Key_V, Qt::ControlModifier);
+    moveClosedText(table(dialog));
     QCOMPARE(columnTexts(table(dialog), 0), QStringList({"", "Предмет"}));
 }
 

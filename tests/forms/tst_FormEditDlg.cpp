@@ -25,12 +25,7 @@ void tst_FormEditDlg::window()
     dialog.show();
     QCOMPARE(dialog.windowTitle(), QString("Форма"));
     QCOMPARE(dialog.size(), QSize(575, 119));
-    QCOMPARE(named<QPushButton>(dialog, "buttonAccept")->text(), QString("ОК"));
-    QCOMPARE(named<QPushButton>(dialog, "buttonAccept")->property("btnRole1").toString(),
-             QString("accept"));
-    QCOMPARE(named<QPushButton>(dialog, "buttonReject")->text(), QString("Отмена"));
-    QCOMPARE(named<QPushButton>(dialog, "buttonReject")->property("btnRole1").toString(),
-             QString("reject"));
+    compareDialogButtons(dialog);
     QStringList captions;
     for (const QLabel* label : dialog.findChildren<QLabel*>()) {
         captions << label->text();

@@ -88,6 +88,7 @@ private slots:
     void emptyPartOutsidePage();
     void printersMargins();
     void marginsThatMeet();
+    void marginEndsAtThePage();
     void inkThatIsClippedAway();
     void oneLineOfWords();
     void markupOpensNoPipe();
@@ -113,6 +114,7 @@ private slots:
     void pageWithoutArea_data();
     void pageWithoutArea();
     void emptyValues();
+    void fieldNamedLikeTheOrganisations();
     void whatCannotBeRead();
     void oddItems();
     void blankWithoutFrames_data();
@@ -535,6 +537,19 @@ void tst_PageCheck::printersMargins()
 
     sheet.pageCheck.setMargins(QMarginsF(10 * unit, 4, 4, 4));
     VERIFY_NONE(sheet.check(items));
+}
+
+// What is beyond the page is not in its margin too.
+void tst_PageCheck::marginEndsAtThePage()
+{
+    CheckedPage sheet;
+    sheet.pageCheck.setMargins(QMarginsF(5, 0, 0, 0));
+    const QVector<Finding> findings =
+        sheet.check({textItem("ОГОГОГОГОГО", QRectF(-30, 300, 400, 40), {{"h_align", 0}})});
+    QCOMPARE(ofKind(findings, Kind::OutsidePage).size(), 1);
+    QVERIFY(ofKind(findings, Kind::OutsidePage)[0].lostInk > 1);
+    QCOMPARE(ofKind(findings, Kind::OutsidePrintable).size(), 1);
+    COMPARE_MM(ofKind(findings, Kind::OutsidePrintable)[0].lostInk, 5.0);
 }
 
 // What lies between the two is in both margins.
@@ -1002,6 +1017,17 @@ void tst_PageCheck::emptyValues()
     QCOMPARE(findings[2].item, 3);
     QCOMPARE(FindingWords().sentence(findings[0]).section(": ", 1),
              QString("the tag #MNAME has no value: nothing is printed"));
+}
+
+void tst_PageCheck::fieldNamedLikeTheOrganisations()
+{
+    CheckedPage sheet;
+    const QVector<Finding> findings =
+        sheet.check({textItem("#ORG_INN", QRectF(100, 100, 400, 40))}, {},
+                    {{"#ORG_INN", QJsonObject{{"type", 0}, {"value", ""}}}});
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::TagEmpty);
+    QVERIFY(!findings[0].isOfBlank()); // another document may have a value there
 }
 
 void tst_PageCheck::whatCannotBeRead()

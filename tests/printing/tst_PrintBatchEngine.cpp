@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QPrinter>
 
+#include "blanks/BlankRecord.h"
 #include "printing/BatchCheck.h"
 #include "printing/BatchObserver.h"
 #include "printing/PrintBatch.h"
@@ -119,6 +120,7 @@ private slots:
     void commonFileRefused();
     void targetRefused();
     void sheetBySheet();
+    void unknownPaperIsThePrintersOwn();
     void unprintedSheetsMakeABatch();
     void endedByTheCaller();
     void checkTellsOfEachSheet();
@@ -341,6 +343,30 @@ void tst_PrintBatchEngine::sheetBySheet()
     QVERIFY(batch.finish());
     QCOMPARE(states(batch), (QVector<State>{State::Printed, State::Skipped, State::Printed}));
     QCOMPARE(diary.lines, (QStringList{"0 printed", "0 printed", "1 not printed", "2 printed"}));
+}
+
+// Not that of the sheet before.
+void tst_PrintBatchEngine::unknownPaperIsThePrintersOwn()
+{
+    Desk desk;
+    const QJsonArray items = {blankItem(0, "#LNAME", QRectF(50, 50, 400, 60))};
+    desk.addBlank(items, {{"NAME", "Малый"}, {"PAPER_FORMAT", PaperFormat::a5}});
+    desk.addBlank(items, {{"NAME", "Неизвестный"}, {"PAPER_FORMAT", 77}});
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(desk.path("sheet.pdf"));
+    printer.setPageSize(QPageSize(QPageSize::A3));
+    PrintTarget target = {PrintTarget::Kind::Printer, {}, {}};
+    target.printer = &printer;
+    Diary diary;
+    PrintBatch batch({desk.sheets("Малый").first(), desk.sheets("Неизвестный").first()}, target,
+                     diary);
+    QVERIFY(batch.begin());
+    for (const double longSide : {210.0, 420.0}) {
+        QCOMPARE(batch.printNext().state, State::Printed);
+        const QSizeF page = PdfMeasure(desk.path("sheet.pdf")).pageSize();
+        QVERIFY(qAbs(qMax(page.width(), page.height()) - longSide) < 1);
+    }
 }
 
 void tst_PrintBatchEngine::unprintedSheetsMakeABatch()

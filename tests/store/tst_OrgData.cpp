@@ -46,6 +46,7 @@ private slots:
     void readsTheFiveKeys();
     void otherKeysAreIgnored();
     void whatStandsThere();
+    void hugeFileIsNotReadWhole();
     void whatIsNoStringReadsAsEmpty_data();
     void whatIsNoStringReadsAsEmpty();
 };
@@ -129,6 +130,17 @@ void tst_OrgData::whatStandsThere()
     }
     QVERIFY(QFile::remove(orgDataPath));
     QVERIFY(QDir().mkpath(orgDataPath)); // a folder in its place
+    QCOMPARE(readOrgData(), OrgDataFile::Broken);
+}
+
+void tst_OrgData::hugeFileIsNotReadWhole()
+{
+    const TempApplication app;
+    constexpr int largest = 16 << 20;
+    const QByteArray content = "{\"region\": \"Тула\"}";
+    QVERIFY(writeOrgFile(content.leftJustified(largest, ' ')));
+    QCOMPARE(readOrgData(), OrgDataFile::Sound);
+    QVERIFY(writeOrgFile(content.leftJustified(largest + 1, ' ')));
     QCOMPARE(readOrgData(), OrgDataFile::Broken);
 }
 

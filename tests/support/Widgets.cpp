@@ -80,6 +80,25 @@ void doubleClickRow(QTableWidget* table, int row)
     doubleClickCell(table, row, 0);
 }
 
+void compareDialogButtons(const QWidget& dialog)
+{
+    const auto* accept = named<QPushButton>(dialog, "buttonAccept");
+    const auto* reject = named<QPushButton>(dialog, "buttonReject");
+    QCOMPARE(accept->text(), QString("ОК"));
+    QCOMPARE(accept->property("btnRole1").toString(), QString("accept"));
+    QCOMPARE(reject->text(), QString("Отмена"));
+    QCOMPARE(reject->property("btnRole1").toString(), QString("reject"));
+}
+
+void moveClosedText(QTableWidget* table)
+{
+    clickRow(table, 0);
+    pressKey(Qt::Key_C, Qt::ControlModifier);
+    pressKey(Qt::Key_Delete);
+    clickRow(table, 1);
+    pressKey(Qt::Key_V, Qt::ControlModifier);
+}
+
 QStringList columnTexts(const QTableWidget* table, int column)
 {
     QStringList texts;

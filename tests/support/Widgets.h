@@ -48,6 +48,13 @@ void clickRow(QTableWidget* table, int row, Qt::KeyboardModifiers modifiers = Qt
 /// Double-clicks the first cell of a row.
 void doubleClickRow(QTableWidget* table, int row);
 
+/// Compares the captions and roles of a dialog's two buttons, "ОК" and "Отмена".
+void compareDialogButtons(const QWidget& dialog);
+
+/// Copies the text of the first cell by keys, deletes it there, and pastes it into the cell below;
+/// no cell is open.
+void moveClosedText(QTableWidget* table);
+
 /// The texts of a column from the top down.
 QStringList columnTexts(const QTableWidget* table, int column);
 

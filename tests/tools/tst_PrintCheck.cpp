@@ -257,6 +257,11 @@ void tst_PrintCheck::whatCannotBeChecked()
     QCOMPARE(QString::fromUtf8(some.out), QString("Documents checked: 1, findings: 0\n"));
     QVERIFY(some.err.contains("there is no document 555"));
     QVERIFY(some.err.contains("document " + homeless.toString().toUtf8() + ": "));
+    // One of the two is enough.
+    for (const QString& other : {QString("555"), homeless.toString()}) {
+        QCOMPARE(directory.print({"--check", "--id", "1," + other, "--blank", "Альбом"}).exitCode,
+                 withFindings);
+    }
     const ProcessResult none = directory.print({"--check", "--json", "--id", homeless.toString()});
     QCOMPARE(none.exitCode, failure);
     QCOMPARE(fromJson(none.out, "j == {'documents': 1, 'checked': 0, 'findings': []}"),

@@ -230,6 +230,7 @@ private slots:
     void randomBlanks();
     void widgetsStay();
     void changedBlankIsLaidOutAnew();
+    void changedDocumentIsReadAgain();
     void printedPageIsPutBack();
     void textsOfAnySizeAndMarkup();
     void unreadableDocument();
@@ -327,6 +328,20 @@ void tst_PageRefill::widgetsStay()
     QVERIFY(table && table == builder.items()[1].frame.table);
     QCOMPARE(table->rowCount(), 1);
     QCOMPARE(table->item(0, 1)->text(), QString("е"));
+}
+
+void tst_PageRefill::changedDocumentIsReadAgain()
+{
+    PrintFixture app;
+    const QVariant document = app.addDocument({}, {{"LNAME", "Иванов"}});
+    const QVariant blank = app.addBlank({blankItem(0, "#LNAME", QRectF(50, 50, 300, 60))});
+    QGraphicsScene page;
+    PageBuilder builder;
+    QVERIFY(builder.build(&page, document, blank, nullptr));
+    QCOMPARE(builder.items()[0].expandedText, QString("Иванов"));
+    app.exec("UPDATE docs SET LNAME = 'Петров' WHERE ID = ?", {document});
+    compare(builder, document, blank);
+    QCOMPARE(builder.items()[0].expandedText, QString("Петров"));
 }
 
 void tst_PageRefill::changedBlankIsLaidOutAnew()

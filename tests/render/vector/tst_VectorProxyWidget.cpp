@@ -7,6 +7,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <memory>
 
 #include "render/PrinPreviewDialog.h"
 #include "render/vector/VectorProxyWidget.h"
@@ -110,6 +111,22 @@ int strayDots(const QImage& ink, const QImage& other)
     return stray;
 }
 
+/// A page with items of all kinds, built.
+struct PageOfAllKinds
+{
+    PageOfAllKinds()
+    {
+        const QVariant document = app.addDocument(table());
+        const QVariant blank =
+            app.addBlank(allKindsOfItems(), {{"SIZE_WIDTH", 160}, {"SIZE_HEIGHT", 110}});
+        dialog = std::make_unique<PrinPreviewDialog>(document);
+        QVERIFY(dialog->buildScene(dialog->pageScene(), document, blank));
+    }
+
+    PrintFixture app;
+    std::unique_ptr<PrinPreviewDialog> dialog;
+};
+
 int inkDots(const QImage& image)
 {
     int dots = 0;
@@ -137,27 +154,23 @@ private slots:
 
 void tst_VectorProxyWidget::sameInkAsTheToolkitsPath()
 {
-    PrintFixture app;
-    const QVariant doc = app.addDocument(table());
-    const QVariant blank =
-        app.addBlank(allKindsOfItems(), {{"SIZE_WIDTH", 160}, {"SIZE_HEIGHT", 110}});
-    PrinPreviewDialog dialog(doc);
-    QVERIFY(dialog.buildScene(dialog.pageScene(), doc, blank));
+    const PageOfAllKinds page;
+    PrinPreviewDialog& dialog = *page.dialog;
     QPrinter vectorPrinter(QPrinter::HighResolution);
-    setUp(vectorPrinter, app.path("vector.pdf"));
+    setUp(vectorPrinter, page.app.path("vector.pdf"));
     QVERIFY(dialog.printTo(vectorPrinter));
 
     usePlainProxies(dialog.pageScene());
     QPrinter pixelPrinter(QPrinter::HighResolution);
-    setUp(pixelPrinter, app.path("pixel.pdf"));
+    setUp(pixelPrinter, page.app.path("pixel.pdf"));
     QVERIFY(dialog.printTo(pixelPrinter));
 
-    const PdfMeasure vector(app.path("vector.pdf"), dpi);
-    const PdfMeasure pixel(app.path("pixel.pdf"), dpi);
+    const PdfMeasure vector(page.app.path("vector.pdf"), dpi);
+    const PdfMeasure pixel(page.app.path("pixel.pdf"), dpi);
     QVERIFY(vector.text().contains("История России"));
     QVERIFY(vector.text().contains("Жирный курсив черта зачёркнут"));
     QVERIFY(pixel.words().isEmpty()); // the toolkit's path: pictures alone
-    QVERIFY(QFileInfo(app.path("vector.pdf")).size() < 100000);
+    QVERIFY(QFileInfo(page.app.path("vector.pdf")).size() < 100000);
 
     const QImage vectorInk = vector.image();
     const QImage pixelInk = pixel.image();
@@ -202,12 +215,8 @@ void tst_VectorProxyWidget::clipsAsTheToolkitDoes()
 
 void tst_VectorProxyWidget::screenIsPaintedByTheBase()
 {
-    PrintFixture app;
-    const QVariant doc = app.addDocument(table());
-    const QVariant blank =
-        app.addBlank(allKindsOfItems(), {{"SIZE_WIDTH", 160}, {"SIZE_HEIGHT", 110}});
-    PrinPreviewDialog dialog(doc);
-    QVERIFY(dialog.buildScene(dialog.pageScene(), doc, blank));
+    const PageOfAllKinds page;
+    PrinPreviewDialog& dialog = *page.dialog;
     const auto screen = [&dialog] {
         QImage image(604, 415, QImage::Format_RGB32);
         image.fill(Qt::white);
