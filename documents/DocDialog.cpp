@@ -15,7 +15,7 @@ constexpr int buttonHeight = 32; // pixels
 
 void showDate(QDateEdit* edit, const QString& stored)
 {
-    edit->setDate(QDate::fromString(stored, storedDateFormat));
+    edit->setDate(dateFromStored(stored));
 }
 
 } // namespace

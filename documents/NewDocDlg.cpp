@@ -156,7 +156,7 @@ void NewDocDlg::createFromTemplate()
     m_docGroup = query.value("DOC_GROUP").toString();
     ui->groupEdit->setText(m_docGroup);
     m_issueDate = query.value("ISSUE_DATE").toString();
-    ui->issueDateEdit->setDate(QDate::fromString(m_issueDate, storedDateFormat));
+    ui->issueDateEdit->setDate(dateFromStored(m_issueDate));
     m_duplicate = query.value("DUPLICATE").toInt();
     ui->duplicateCheck->setChecked(m_duplicate != 0);
     m_content = parseJsonColumn(query.value("CONTENT"));

@@ -97,8 +97,7 @@ QString DocumentExport::text(const Column& column, const QSqlQuery& document,
         return document.value(column.fieldIndex).toInt() != 0 ? QStringLiteral("Дубликат")
                                                               : QStringLiteral("Оригинал");
     case Source::Date:
-        return QDate::fromString(document.value(column.fieldIndex).toString(), storedDateFormat)
-            .toString(m_dateFormat);
+        return dateFromStored(document.value(column.fieldIndex).toString()).toString(m_dateFormat);
     case Source::DocumentName:
         return docTypeNames.value(document.value(column.fieldIndex).toInt());
     case Source::Expansion:

@@ -113,7 +113,7 @@ bool expandTag(QString& tag, const QJsonObject& docValues, const QJsonObject& do
         return true;
     }
     if (isDateTag(tag)) {
-        tag = dateToWords(QDate::fromString(text, storedDateFormat));
+        tag = dateToWords(dateFromStored(text));
         return true;
     }
     if (isColumn) {
