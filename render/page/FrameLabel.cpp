@@ -66,48 +66,29 @@ void FrameLabel::setAvailableSize(const QSizeF& size, const QString& text, qreal
     if (hasMarkup(text) || !boundedMarkup(text).isWhole) {
         return;
     }
-    const QSizeF needed = unbrokenSize(text, font(), lineSpacing);
+    const QSizeF needed = neededSize(text, lineSpacing);
     m_fits =
         needed.width() + rounding <= size.width() && needed.height() + rounding <= size.height();
 }
 
-const QTextDocument& FrameLabel::pageDocument()
+QSizeF FrameLabel::neededSize(const QString& text, qreal lineSpacing)
 {
-    const double width = contentsRect().width();
-    if (!m_pageDocument || m_documentText != text() || m_pageDocument->textWidth() != width ||
-        m_pageDocument->defaultFont() != font())
-    {
-        layOutPageDocument(width);
+    if (!m_pageText.isLaidOut()) {
+        return unbrokenSize(text, font(), lineSpacing);
     }
-    return *m_pageDocument;
+    // The check or the print wants that layout in any case.
+    pageDocument();
+    constexpr QSizeF tooLarge(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    return m_pageText.unbrokenSize(lineSpacing).value_or(tooLarge);
 }
 
-void FrameLabel::layOutPageDocument(double width)
+const QTextDocument& FrameLabel::pageDocument()
 {
-    if (!m_pageDocument || m_isGuarded) {
-        m_pageDocument = std::make_unique<QTextDocument>();
-        m_pageDocument->setUndoRedoEnabled(false);
-        m_pageDocument->setDocumentMargin(0);
-    }
     QTextOption option(alignment());
     option.setWrapMode(wordWrap() ? QTextOption::WordWrap : QTextOption::ManualWrap);
     option.setTextDirection(layoutDirection());
-    const QTextOption known = m_pageDocument->defaultTextOption();
-    if (m_pageDocument->textWidth() != width || m_pageDocument->defaultFont() != font() ||
-        known.alignment() != option.alignment() || known.wrapMode() != option.wrapMode() ||
-        known.textDirection() != option.textDirection())
-    {
-        // Without a text: each of these would lay it out anew.
-        m_pageDocument->clear();
-        m_pageDocument->setDefaultFont(font());
-        m_pageDocument->setDefaultTextOption(option);
-        m_pageDocument->setTextWidth(width);
-    }
-    m_documentText = text();
-    if (m_isGuarded) {
-        MarkupDocument::guard(*m_pageDocument, m_documentText);
-    }
-    m_pageDocument->setHtml(m_documentText);
+    const double width = contentsRect().width();
+    return m_pageText.layOut(text(), m_isGuarded, {font(), option, width});
 }
 
 void FrameLabel::paintOnPage(QPainter& painter, const QRect& exposed)

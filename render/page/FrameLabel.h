@@ -2,10 +2,8 @@
 
 #include <QLabel>
 #include <QSizeF>
-#include <QTextDocument>
 
-#include <memory>
-
+#include "render/page/PageText.h"
 #include "render/page/PageWidget.h"
 #include "render/vector/PagePaintable.h"
 
@@ -28,8 +26,8 @@ public:
     bool takesAnotherText() const { return !m_isGuarded; }
 
     /// Tells the label, alone in its frame and in its font, what the frame's layout leaves for it,
-    /// in scene units, before it gets a text. `text` is that text without the markup around it,
-    /// `lineSpacing` a factor.
+    /// in scene units, and the text that it has or gets, without the markup around it;
+    /// `lineSpacing` is a factor. A label that a page was painted with must have its text by then.
     void setAvailableSize(const QSizeF& size, const QString& text, qreal lineSpacing);
 
     /// The text as it is laid out on a page.
@@ -41,13 +39,12 @@ public:
     QSize sizeHint() const override;
 
 private:
-    void layOutPageDocument(double width);
+    QSizeF neededSize(const QString& text, qreal lineSpacing);
     QRect textRect(const QTextDocument& document) const;
 
     bool m_isWhole = true;
     bool m_isGuarded = false; // the text may load something
     bool m_fits = false;      // surely; else the hints are the toolkit's
     QSize m_available;
-    std::unique_ptr<QTextDocument> m_pageDocument;
-    QString m_documentText; // that the document has now
+    PageText m_pageText;
 };

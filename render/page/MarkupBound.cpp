@@ -261,20 +261,6 @@ int endOfLines(const QString& text)
     return static_cast<int>(std::find_if(text.cbegin(), text.cend(), isLast) - text.cbegin());
 }
 
-/// The tag by which a frame opens the paragraph of its text; exactly that, so that no value can
-/// pass for it.
-QString openedParagraph(const QString& markup)
-{
-    const QString begin = "<p style=\"line-height: ";
-    int end = begin.size();
-    while (end < markup.size() && markup[end] >= '0' && markup[end] <= '9') {
-        ++end;
-    }
-    const QString rest = "%;\">";
-    const bool isThere = markup.startsWith(begin) && markup.midRef(end, rest.size()) == rest;
-    return isThere ? markup.left(end + rest.size()) : QString();
-}
-
 QString withoutTags(const QString& markup)
 {
     QString result;
@@ -300,6 +286,18 @@ BoundedMarkup plainBounded(const QString& markup)
 }
 
 } // namespace
+
+QString openedParagraph(const QString& markup)
+{
+    const QString begin = "<p style=\"line-height: ";
+    int end = begin.size();
+    while (end < markup.size() && markup[end] >= '0' && markup[end] <= '9') {
+        ++end;
+    }
+    const QString rest = "%;\">";
+    const bool isThere = markup.startsWith(begin) && markup.midRef(end, rest.size()) == rest;
+    return isThere ? markup.left(end + rest.size()) : QString();
+}
 
 bool hasElements(const QString& markup)
 {

@@ -18,6 +18,10 @@ BoundedMarkup boundedMarkup(const QString& markup);
 /// nothing.
 bool hasElements(const QString& markup);
 
+/// The tag by which a frame opens the paragraph of its text, exactly as it does that, so that no
+/// value can pass for it; empty if the text does not begin with it.
+QString openedParagraph(const QString& markup);
+
 /// How many rules all style sheets may have that a text loads beside its own.
 int mostStyleRules(const QString& markup);
 

@@ -21,10 +21,6 @@ PageFrame TextFrame::make(const BlankItem& item, const QFont& font)
 
 void TextFrame::fill(const PageFrame& frame, const BlankItem& item, const QString& text)
 {
-    if (!item.hasStroke) {
-        frame.label->setAvailableSize(frame.availableSize(item.geometry.size()), text,
-                                      item.lineSpacing);
-    }
     const int lineHeight = static_cast<int>(item.lineSpacing * 100.0F);
     const QString markup =
         "<p style=\"line-height: " + QString::number(lineHeight) + "%;\">" + text + "</p>";
@@ -32,5 +28,8 @@ void TextFrame::fill(const PageFrame& frame, const BlankItem& item, const QStrin
     if (item.hasStroke) {
         // Behind the text, which would make the height follow the width.
         frame.label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    } else {
+        frame.label->setAvailableSize(frame.availableSize(item.geometry.size()), text,
+                                      item.lineSpacing);
     }
 }
