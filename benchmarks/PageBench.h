@@ -76,7 +76,9 @@ inline QString printedText(const BenchDocument& document, int item)
 
 inline QRectF frameOf(int item)
 {
-    return QRectF(20 + (item % 2) * 550, 20 + (item / 2) * 75, 500, 70);
+    const int column = item % 2;
+    const int row = item / 2;
+    return QRectF(20 + column * 550, 20 + row * 75, 500, 70);
 }
 
 using PageTexts = QVector<QString>;

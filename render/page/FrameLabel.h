@@ -30,6 +30,10 @@ public:
     /// `lineSpacing` is a factor. A label that a page was painted with must have its text by then.
     void setAvailableSize(const QSizeF& size, const QString& text, qreal lineSpacing);
 
+    /// True if the text fits its frame on unbroken lines for sure: of all texts that do, the label
+    /// has the same place.
+    bool fits() const { return m_fits; }
+
     /// The text as it is laid out on a page.
     const QTextDocument& pageDocument();
 

@@ -313,7 +313,7 @@ bool hasElements(const QString& markup)
 
 BoundedMarkup boundedMarkup(const QString& markup)
 {
-    const bool hasFewLines = lineEndsIn(markup) <= mostLines;
+    const bool hasFewLines = markup.size() <= mostLines || lineEndsIn(markup) <= mostLines;
     if (!hasElements(markup)) {
         const bool isShort =
             markup.size() <= mostCharacters || withoutTags(markup).size() <= mostCharacters;

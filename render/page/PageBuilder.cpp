@@ -188,6 +188,7 @@ void PageBuilder::fill(PageItem& item)
     if (item.isFilled && text == item.expandedText) {
         return; // all that follows from it is there
     }
+    const bool wasFilled = item.isFilled;
     item.isFilled = true;
     item.expandedText = text;
     if (item.symbol) {
@@ -196,6 +197,9 @@ void PageBuilder::fill(PageItem& item)
         item.symbol->setPixmap(pixmap);
         return;
     }
+    const bool fitBefore = wasFilled && item.frame.label->fits();
     TextFrame::fill(item.frame, item.blankItem, text);
-    item.frame.setGeometry(item.blankItem.geometry);
+    if (!fitBefore || !item.frame.label->fits()) {
+        item.frame.setGeometry(item.blankItem.geometry);
+    }
 }
