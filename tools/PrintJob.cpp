@@ -7,6 +7,7 @@
 #include "printing/BatchCheck.h"
 #include "printing/PrintBatch.h"
 #include "tools/PrintWords.h"
+#include "tools/UserLanguage.h"
 
 namespace {
 

@@ -5,6 +5,7 @@
 
 #include "app/TerminalText.h"
 #include "tools/Interruption.h"
+#include "tools/UserLanguage.h"
 
 PrintToolJob::PrintToolJob(const PrintOptions& options, QTextStream& out, QTextStream& err)
     : m_options(options)
