@@ -40,6 +40,9 @@ bool BatchWindow::reload()
     m_ui->databaseLabel->setWholeText(appFilePath("docs.db"));
     if (isRead) {
         m_retry.stop();
+        if (m_ui->steps->currentIndex() != Documents) {
+            takeChoice();
+        }
         m_ui->checkStep->setOutdated();
     } else {
         constexpr int aWhile = 2000; // milliseconds: what another program stores takes less

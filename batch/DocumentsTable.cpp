@@ -165,7 +165,6 @@ void DocumentsTable::keepCurrent()
     const QModelIndex current = currentIndex();
     if (current.isValid()) {
         m_currentId = m_documents->document(current.row()).id;
-        m_isCurrentSelected = selectionModel()->isSelected(current);
     }
 }
 
@@ -175,12 +174,10 @@ void DocumentsTable::restoreCurrent()
     if (m_documents->rowCount() == 0) {
         return;
     }
-    // Without one, Space and the arrow keys would have nowhere to begin.
+    // Space and the arrow keys begin somewhere, and the user sees where.
     const QModelIndex cell = m_documents->index(qMax(row, 0), DocumentsModel::PersonColumn);
-    const bool selects = row >= 0 && m_isCurrentSelected;
-    selectionModel()->setCurrentIndex(
-        cell, selects ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
-                      : QItemSelectionModel::SelectionFlags(QItemSelectionModel::NoUpdate));
+    selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect |
+                                                QItemSelectionModel::Rows);
     if (row >= 0) {
         scrollTo(cell);
     }

@@ -39,7 +39,6 @@ private:
     HeadingCheck* m_heading;
     QString m_notice;
     QVariant m_currentId; // of the document that is current while the rows are made anew
-    bool m_isCurrentSelected = false;
     QVariant m_anchorId;       // document of the last click
     bool m_anchorTicks = true; // what that click did
 };
