@@ -273,9 +273,11 @@ void PrintRun::print()
         m_last = m_current;
     }
     emit sheetChanged(m_current);
+    SheetOutcome now = outcome;
+    now.spoilt = 0; // has lines of its own
     const bool isInCommonFile = m_plan.target.kind == PrintTarget::Kind::OneFile &&
                                 outcome.state == SheetState::Printed;
-    if (!note(m_current, isInCommonFile ? "добавлен в файл" : inWords(outcome))) {
+    if (!note(m_current, isInCommonFile ? "добавлен в файл" : inWords(now))) {
         end(Ending::JournalRefused);
         return;
     }

@@ -75,7 +75,12 @@ void PrintTargetPanel::fillTargets()
     const PrintTarget::Kind kindBefore = kind();
     const QSignalBlocker blocker(targets);
     targets->clear();
-    for (const QString& name : QPrinterInfo::availablePrinterNames()) {
+    QStringList printers = QPrinterInfo::availablePrinterNames();
+    // One that has gone stays chosen: nothing may go elsewhere unasked.
+    if (!printerBefore.isEmpty() && !printers.contains(printerBefore)) {
+        printers << printerBefore;
+    }
+    for (const QString& name : printers) {
         targets->addItem(name, static_cast<int>(PrintTarget::Kind::Printer));
         targets->setItemData(targets->count() - 1, name, printerRole);
     }
