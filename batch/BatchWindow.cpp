@@ -1,6 +1,12 @@
 #include "batch/BatchWindow.h"
 
+#include <QCloseEvent>
+#include <QDateTime>
+
+#include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/SharpIcon.h"
+#include "store/OrgData.h"
 #include "ui_BatchWindow.h"
 
 BatchWindow::BatchWindow(QWidget* parent)
@@ -9,6 +15,151 @@ BatchWindow::BatchWindow(QWidget* parent)
 {
     m_ui->setupUi(this);
     applyBaseStyle(this);
+    setWindowIcon(QIcon(":/res/zelvora-batch.png"));
+    m_ui->logo->setPixmap(sharpPixmap(":/logo.png"));
+    int number = 0;
+    for (StepButton* button : {m_ui->documentsButton, m_ui->checkStepButton, m_ui->printStepButton})
+    {
+        button->setNumber(++number);
+    }
+    m_retry.setSingleShot(true);
+    connect(&m_retry, &QTimer::timeout, this, &BatchWindow::reload);
+    connectSteps();
+    reload();
+    showStep(Documents);
 }
 
 BatchWindow::~BatchWindow() = default;
+
+bool BatchWindow::reload()
+{
+    QString error;
+    const bool isRead = readDatabase(&error);
+    m_ui->databaseProblem->setText(error);
+    m_ui->databaseProblem->setVisible(!isRead);
+    m_ui->databaseLabel->setWholeText(appFilePath("docs.db"));
+    if (isRead) {
+        m_retry.stop();
+        m_ui->checkStep->setOutdated();
+    } else {
+        constexpr int aWhile = 2000; // milliseconds: what another program stores takes less
+        m_retry.start(aWhile);
+    }
+    showStatus();
+    return isRead;
+}
+
+void BatchWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && !isBusy() &&
+        m_database.hasChanged())
+    {
+        reload();
+    }
+}
+
+void BatchWindow::closeEvent(QCloseEvent* event)
+{
+    if (!isBusy()) {
+        event->accept();
+        return;
+    }
+    event->ignore();
+    m_isClosing = true;
+    stopAll();
+}
+
+void BatchWindow::connectSteps()
+{
+    connect(m_ui->documentsButton, &StepButton::clicked, this, [this] { showStep(Documents); });
+    connect(m_ui->checkStepButton, &StepButton::clicked, this, [this] { showStep(Check); });
+    connect(m_ui->documentsStep, &DocumentsStep::choiceChanged, this, [this] {
+        m_hasChoice = false;
+        showStatus();
+    });
+    connect(m_ui->documentsStep, &DocumentsStep::finished, this, &BatchWindow::goOnToCheck);
+    connect(m_ui->checkStep, &CheckStep::statusChanged, this, &BatchWindow::showStatus);
+    connect(m_ui->checkStep, &CheckStep::busyChanged, this, &BatchWindow::showBusy);
+    connect(m_ui->refreshAction, &QAction::triggered, this, &BatchWindow::reload);
+    connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
+}
+
+void BatchWindow::showStep(int step)
+{
+    if (step != Documents) {
+        takeChoice();
+    }
+    m_ui->steps->setCurrentIndex(step);
+    m_ui->documentsButton->setChecked(step == Documents);
+    m_ui->checkStepButton->setChecked(step == Check);
+    if (step == Documents) {
+        m_ui->documentsStep->takeFocus();
+    }
+    showStatus();
+}
+
+void BatchWindow::goOnToCheck()
+{
+    showStep(Check);
+    m_ui->checkStep->checkNow();
+}
+
+void BatchWindow::takeChoice()
+{
+    if (m_hasChoice || m_ui->checkStep->isBusy()) {
+        return;
+    }
+    m_ui->checkStep->setSheets(m_ui->documentsStep->sheets());
+    m_hasChoice = true;
+}
+
+void BatchWindow::showStatus()
+{
+    m_ui->documentsButton->setStatus(m_ui->documentsStep->statusLine());
+    m_ui->checkStepButton->setStatus(m_hasChoice ? m_ui->checkStep->statusLine()
+                                                 : m_ui->checkStep->statusBeforeChoice());
+}
+
+void BatchWindow::showBusy()
+{
+    m_ui->documentsStep->setEnabled(!isBusy());
+    m_ui->refreshAction->setEnabled(!isBusy());
+    m_ui->calibrationAction->setEnabled(!isBusy());
+    showStatus();
+    if (m_isClosing && !isBusy()) {
+        // Whoever is busy has still to come back from what it did.
+        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+    }
+}
+
+bool BatchWindow::isBusy() const
+{
+    return m_ui->checkStep->isBusy();
+}
+
+void BatchWindow::stopAll()
+{
+    m_ui->checkStep->stop();
+}
+
+bool BatchWindow::readDatabase(QString* error)
+{
+    // A database that can't be read stays as it was in the window: what the user has chosen is not
+    // lost because another program stores something.
+    if (!m_database.open(error)) {
+        return false;
+    }
+    if (readOrgData() == OrgDataFile::Broken) {
+        *error = "Не удалось прочитать данные организации " + orgDataPath +
+                 ". Откройте в основной программе «Смена данных организации».";
+        return false;
+    }
+    if (!m_ui->documentsStep->load()) {
+        if (BatchDatabase::isReadable(error)) {
+            *error = "Базу данных не удалось прочитать. Нажмите F5, чтобы попробовать снова.";
+        }
+        return false;
+    }
+    return true;
+}
