@@ -11,65 +11,18 @@
 #include <QTextStream>
 #include <QVariant>
 
-#include <cmath>
-
 #include "app/TargetFile.h"
 #include "app/TerminalText.h"
 #include "blanks/BlankRecord.h"
-#include "preflight/LengthText.h"
 #include "printing/PdfFile.h"
 #include "printing/calibration/CalibrationSheet.h"
+#include "printing/calibration/OffsetWords.h"
 #include "printing/calibration/PrintOffsets.h"
 #include "store/RecordLookup.h"
 #include "tools/Interruption.h"
 #include "tools/UserLanguage.h"
 
 namespace {
-
-QString hundredths(double millimetres)
-{
-    QLocale locale = QLocale::system();
-    locale.setNumberOptions(QLocale::OmitGroupSeparator); // to be typed in again
-    return lengthText(std::abs(millimetres), 2, locale);
-}
-
-/// An axis of the page: the name of its offset in the settings of a blank, and its two ways.
-struct Axis
-{
-    QString setting;
-    QString forth;
-    QString back;
-
-    QString wayOf(double millimetres) const { return millimetres > 0 ? forth : back; }
-};
-
-Axis horizontal()
-{
-    return {"Смещение печати X", inUserLanguage("вправо", "right"),
-            inUserLanguage("влево", "left")};
-}
-
-Axis vertical()
-{
-    return {"Смещение печати Y", inUserLanguage("вниз", "down"), inUserLanguage("вверх", "up")};
-}
-
-/// "Смещение печати X: 2 mm: moves the print 1.85 mm left, 0.15 mm right remains".
-QString inWords(const PrintOffsets::Offset& offset, const Axis& axis)
-{
-    constexpr double nothing = 0.005; // would be written as 0.00
-    const QString moved =
-        offset.value == 0 ? inUserLanguage("печать не сдвинется", "moves nothing")
-                          : inUserLanguage("сдвинет печать на %1 мм %2", "moves the print %1 mm %2")
-                                .arg(hundredths(offset.moved), axis.wayOf(offset.moved));
-    const QString remaining =
-        std::abs(offset.remaining) < nothing
-            ? inUserLanguage("остатка нет", "nothing remains")
-            : inUserLanguage("остаток %1 мм %2", "%1 mm %2 remains")
-                  .arg(hundredths(offset.remaining), axis.wayOf(offset.remaining));
-    return inUserLanguage("%1: %2 мм — %3, %4", "%1: %2 mm: %3, %4")
-        .arg(axis.setting, QString::number(offset.value), moved, remaining);
-}
 
 QString cantReadBlanks(const QString& reason)
 {
@@ -155,8 +108,10 @@ JobResult CalibrationJob::tellOffsets()
                     blank->name);
     }
     const PrintOffsets offsets(unitLength);
-    m_out << inWords(offsets.offsetFor(m_options.readOffsets().x()), horizontal()) << '\n'
-          << inWords(offsets.offsetFor(m_options.readOffsets().y()), vertical()) << '\n';
+    const QPointF read = m_options.readOffsets();
+    const OffsetWords words(QLocale::system());
+    m_out << words.inWords(offsets.offsetFor(read.x()), OffsetWords::Axis::X) << '\n'
+          << words.inWords(offsets.offsetFor(read.y()), OffsetWords::Axis::Y) << '\n';
     if (!blank->offsets.isNull()) {
         m_out << inUserLanguage("Сейчас у бланка «%1» X %2 мм, Y %3 мм: новые числа заменяют их.",
                                 "The blank \"%1\" has X %2 mm, Y %3 mm now: the new values replace "

@@ -56,6 +56,10 @@ QString inWords(const PrintSheet& sheet, const SheetOutcome& outcome, const QStr
     case SheetOutcome::Reason::PrinterRefused:
         return inUserLanguage("принтер не принял документ ", "the printer refused document ") +
                sheet.document.id.toString();
+    case SheetOutcome::Reason::PrinterGone:
+        return inUserLanguage("принтер пропал, возможно, не напечатан документ ",
+                              "the printer has gone, perhaps not printed is document ") +
+               sheet.document.id.toString();
     case SheetOutcome::Reason::Findings:
         return inUserLanguage("есть замечания, не печатается документ ",
                               "there are findings, not printed is document ") +
