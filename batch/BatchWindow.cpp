@@ -1,11 +1,12 @@
 #include "batch/BatchWindow.h"
 
 #include <QCloseEvent>
-#include <QDateTime>
+#include <QMessageBox>
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
 #include "app/SharpIcon.h"
+#include "batch/CalibrationDialog.h"
 #include "store/OrgData.h"
 #include "ui_BatchWindow.h"
 
@@ -69,6 +70,14 @@ void BatchWindow::closeEvent(QCloseEvent* event)
         return;
     }
     event->ignore();
+    if (m_ui->printStep->isBusy() && !askYesNo("Идёт печать. Остановить её и закрыть окно?", this))
+    {
+        return;
+    }
+    if (!isBusy()) { // it came to its end while the question stood there
+        event->accept();
+        return;
+    }
     m_isClosing = true;
     stopAll();
 }
@@ -77,6 +86,7 @@ void BatchWindow::connectSteps()
 {
     connect(m_ui->documentsButton, &StepButton::clicked, this, [this] { showStep(Documents); });
     connect(m_ui->checkStepButton, &StepButton::clicked, this, [this] { showStep(Check); });
+    connect(m_ui->printStepButton, &StepButton::clicked, this, [this] { showStep(Print); });
     connect(m_ui->documentsStep, &DocumentsStep::choiceChanged, this, [this] {
         m_hasChoice = false;
         showStatus();
@@ -84,18 +94,29 @@ void BatchWindow::connectSteps()
     connect(m_ui->documentsStep, &DocumentsStep::finished, this, &BatchWindow::goOnToCheck);
     connect(m_ui->checkStep, &CheckStep::statusChanged, this, &BatchWindow::showStatus);
     connect(m_ui->checkStep, &CheckStep::busyChanged, this, &BatchWindow::showBusy);
+    connect(m_ui->checkStep, &CheckStep::finished, this, [this] { showStep(Print); });
+    connect(m_ui->printStep, &PrintStep::statusChanged, this, &BatchWindow::showStatus);
+    connect(m_ui->printStep, &PrintStep::busyChanged, this, &BatchWindow::showBusy);
+    connect(m_ui->printStep, &PrintStep::printerChanged, m_ui->checkStep, &CheckStep::setPrinter);
+    m_ui->printStep->setPrepare([this] { return prepare(); });
+    connect(m_ui->calibrationAction, &QAction::triggered, this, &BatchWindow::calibrate);
     connect(m_ui->refreshAction, &QAction::triggered, this, &BatchWindow::reload);
     connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
 }
 
 void BatchWindow::showStep(int step)
 {
-    if (step != Documents) {
+    if (step != Documents && !isBusy()) {
         takeChoice();
+    }
+    if (step == Print && !isBusy()) {
+        m_ui->checkStep->setPrinter(m_ui->printStep->printerName());
+        m_ui->printStep->setSheets(m_ui->checkStep->sheets());
     }
     m_ui->steps->setCurrentIndex(step);
     m_ui->documentsButton->setChecked(step == Documents);
     m_ui->checkStepButton->setChecked(step == Check);
+    m_ui->printStepButton->setChecked(step == Print);
     if (step == Documents) {
         m_ui->documentsStep->takeFocus();
     }
@@ -117,16 +138,65 @@ void BatchWindow::takeChoice()
     m_hasChoice = true;
 }
 
+void BatchWindow::calibrate()
+{
+    const QVector<PlannedSheet> sheets = m_ui->documentsStep->sheets();
+    CalibrationDialog dialog(sheets.isEmpty() ? QVariant() : sheets.first().sheet.blank.id, this);
+    dialog.exec();
+    if (m_database.hasChanged()) {
+        reload();
+    }
+}
+
+std::optional<QVector<PlannedSheet>> BatchWindow::prepare()
+{
+    // The file is opened anew in any case: what is checked here is what is printed next.
+    if (!reload()) {
+        QMessageBox::warning(this, "Печать партии",
+                             plainMessage("Печать не начата.\n" + m_ui->databaseProblem->text()));
+        return std::nullopt;
+    }
+    takeChoice();
+    if (!checkBeforePrint()) {
+        return std::nullopt;
+    }
+    return m_ui->checkStep->sheets();
+}
+
+bool BatchWindow::checkBeforePrint()
+{
+    // What takes no time is not worth another page.
+    constexpr int aMoment = 300; // milliseconds
+    QTimer shows;
+    shows.setSingleShot(true);
+    connect(&shows, &QTimer::timeout, this, [this] {
+        m_ui->checkStep->setEnabled(true);
+        m_ui->steps->setCurrentIndex(Check);
+    });
+    shows.start(aMoment);
+    const bool isChecked = m_ui->checkStep->checkNow();
+    shows.stop();
+    const QString problem = m_ui->checkStep->problem();
+    if (isChecked || problem.isEmpty()) {
+        m_ui->steps->setCurrentIndex(Print);
+    } else {
+        showStep(Check); // which says why
+    }
+    return isChecked;
+}
+
 void BatchWindow::showStatus()
 {
     m_ui->documentsButton->setStatus(m_ui->documentsStep->statusLine());
     m_ui->checkStepButton->setStatus(m_hasChoice ? m_ui->checkStep->statusLine()
                                                  : m_ui->checkStep->statusBeforeChoice());
+    m_ui->printStepButton->setStatus(m_ui->printStep->statusLine());
 }
 
 void BatchWindow::showBusy()
 {
     m_ui->documentsStep->setEnabled(!isBusy());
+    m_ui->checkStep->setEnabled(!m_ui->printStep->isBusy() || m_ui->checkStep->isBusy());
     m_ui->refreshAction->setEnabled(!isBusy());
     m_ui->calibrationAction->setEnabled(!isBusy());
     showStatus();
@@ -138,12 +208,13 @@ void BatchWindow::showBusy()
 
 bool BatchWindow::isBusy() const
 {
-    return m_ui->checkStep->isBusy();
+    return m_ui->checkStep->isBusy() || m_ui->printStep->isBusy();
 }
 
 void BatchWindow::stopAll()
 {
     m_ui->checkStep->stop();
+    m_ui->printStep->stop();
 }
 
 bool BatchWindow::readDatabase(QString* error)

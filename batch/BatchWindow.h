@@ -4,8 +4,10 @@
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 #include "batch/BatchDatabase.h"
+#include "batch/PlannedSheet.h"
 
 namespace Ui {
 class BatchWindow;
@@ -34,13 +36,20 @@ private:
     enum Step
     {
         Documents,
-        Check
+        Check,
+        Print
     };
 
     void connectSteps();
     void showStep(int step);
     void goOnToCheck();
     void takeChoice();
+    void calibrate();
+
+    /// Brings list and check up to date before something is printed; nothing, after a word to the
+    /// user, if it can't be.
+    std::optional<QVector<PlannedSheet>> prepare();
+    bool checkBeforePrint();
     void showStatus();
     void showBusy();
     bool isBusy() const;

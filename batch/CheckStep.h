@@ -44,6 +44,9 @@ public:
     /// Stops between two sheets, as stopButton does.
     void stop();
 
+    /// Why the last check ended early; empty if the user stopped it, or it did not.
+    QString problem() const { return m_checks.problem(); }
+
     /// "Замечаний: 3 в 2 документах".
     QString statusLine() const;
 

@@ -38,7 +38,7 @@ private:
     DocumentsModel* m_documents = nullptr;
     HeadingCheck* m_heading;
     QString m_notice;
-    QVariant m_currentId; // of the document that is current while the rows are made anew
+    QVariant m_currentId;      // of the document that is current while the rows are made anew
     QVariant m_anchorId;       // document of the last click
     bool m_anchorTicks = true; // what that click did
 };
