@@ -13,8 +13,8 @@ namespace Ui {
 class CalibrationDialog;
 }
 
-/// Brings the print of a blank to its place on a printer: prints the test sheet, takes what was read
-/// off it, tells what offsets follow and what they do on paper, and stores them in the blank.
+/// Brings the print of a blank to its place on a printer: prints the test sheet, takes what was
+/// read off it, tells what offsets follow and what they do on paper, and stores them in the blank.
 class CalibrationDialog : public QDialog
 {
     Q_OBJECT

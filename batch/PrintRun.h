@@ -20,8 +20,8 @@ struct PrintPlan
 {
     QVector<PlannedSheet> sheets; ///< in the order in which they are printed
     PrintTarget target;
-    bool bySheet = false;         ///< the user lays in each sheet and says when it is printed
-    bool pausesForPaper = false;  ///< waits for other paper before a sheet of another blank
+    bool bySheet = false;        ///< the user lays in each sheet and says when it is printed
+    bool pausesForPaper = false; ///< waits for other paper before a sheet of another blank
 };
 
 /// Prints a plan through PrintBatch while the window stays alive: one sheet at each return to the
@@ -145,7 +145,7 @@ private:
     QString m_paperLaidIn; // blank of the sheet that was printed last
     int m_current = -1;
     int m_dealt = 0;
-    int m_last = -1; // printed last
+    int m_last = -1;             // printed last
     bool m_isRefreshing = false; // which may serve events
     bool m_isStopping = false;
 };

@@ -86,13 +86,13 @@ private:
     std::unique_ptr<Ui::PrintStep> m_ui;
     Prepare m_prepare;
     BatchJournal m_journal;
-    QVector<PlannedSheet> m_listed;    // in the order of the list
-    QVector<PlannedSheet> m_sheets;    // in the order of printing
-    QVector<SheetOutcome> m_outcomes;  // of m_sheets
-    std::unique_ptr<PrintRun> m_run;   // the last one
-    PrintTarget m_target;              // of the run
-    QVector<int> m_rows;               // of the run's sheets, among m_sheets
-    QVector<int> m_spoiltBefore;       // of the run's sheets, before the run
+    QVector<PlannedSheet> m_listed;   // in the order of the list
+    QVector<PlannedSheet> m_sheets;   // in the order of printing
+    QVector<SheetOutcome> m_outcomes; // of m_sheets
+    std::unique_ptr<PrintRun> m_run;  // the last one
+    PrintTarget m_target;             // of the run
+    QVector<int> m_rows;              // of the run's sheets, among m_sheets
+    QVector<int> m_spoiltBefore;      // of the run's sheets, before the run
     Page m_page = Page::SetUp;
     bool m_isPreparing = false;
 };
