@@ -61,10 +61,10 @@ bool BatchJournal::openDay(const QDate& day, QString* error)
     m_day = day;
     // Nothing is written before the permissions are set. A line goes out in one piece, so that two
     // windows may write the file of the day.
-    const bool isReady = makeOwnFolder(m_folder) && mayBeWritten(m_file.fileName()) &&
-                         m_file.open(QIODevice::ReadWrite | QIODevice::Append |
-                                     QIODevice::Unbuffered) &&
-                         m_file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) && begin();
+    const bool isReady =
+        makeOwnFolder(m_folder) && mayBeWritten(m_file.fileName()) &&
+        m_file.open(QIODevice::ReadWrite | QIODevice::Append | QIODevice::Unbuffered) &&
+        m_file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) && begin();
     if (isReady) {
         return true;
     }

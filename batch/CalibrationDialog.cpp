@@ -135,8 +135,9 @@ void CalibrationDialog::showOffsets()
         m_ui->currentLabel->setText("Ширина или высота бланка — ноль.");
     } else {
         m_ui->currentLabel->setText(
-            QString("Сейчас у бланка X %1 мм, Y %2 мм. На проверочном листе они не действуют: новые "
-                    "числа заменяют их.")
+            QString(
+                "Сейчас у бланка X %1 мм, Y %2 мм. На проверочном листе они не действуют: новые "
+                "числа заменяют их.")
                 .arg(offsetText(m_blank->offsets().x()), offsetText(m_blank->offsets().y())));
     }
     const std::optional<QPoint> offsets = newOffsets();

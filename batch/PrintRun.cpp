@@ -153,8 +153,7 @@ void PrintRun::advance()
     if (isSent && m_plan.bySheet) {
         setState(State::AwaitsSheet);
     } else if (isSent && m_plan.pausesForPaper && !m_paperLaidIn.isEmpty() &&
-               m_paperLaidIn != paper)
-    {
+               m_paperLaidIn != paper) {
         setState(State::AwaitsPaper);
     } else {
         setState(State::Printing);
@@ -275,8 +274,8 @@ void PrintRun::print()
     emit sheetChanged(m_current);
     SheetOutcome now = outcome;
     now.spoilt = 0; // has lines of its own
-    const bool isInCommonFile = m_plan.target.kind == PrintTarget::Kind::OneFile &&
-                                outcome.state == SheetState::Printed;
+    const bool isInCommonFile =
+        m_plan.target.kind == PrintTarget::Kind::OneFile && outcome.state == SheetState::Printed;
     if (!note(m_current, isInCommonFile ? "добавлен в файл" : inWords(now))) {
         end(Ending::JournalRefused);
         return;

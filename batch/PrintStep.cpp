@@ -57,8 +57,8 @@ PrintStep::~PrintStep() = default;
 
 void PrintStep::connectWidgets()
 {
-    for (QPushButton* button : {m_ui->printButton, m_ui->printRestButton, m_ui->repeatMarkedButton,
-                                m_ui->spoiltButton})
+    for (QPushButton* button :
+         {m_ui->printButton, m_ui->printRestButton, m_ui->repeatMarkedButton, m_ui->spoiltButton})
     {
         ClickGuard::install(button);
     }
@@ -306,9 +306,9 @@ bool PrintStep::mayWriteFile()
         m_target = *m_ui->targetPanel->target(nullptr);
         return true;
     }
-    return askYesNo(plainMessage("Файл «" + QFileInfo(m_target.place).fileName() +
-                                 "» уже есть. Заменить его?"),
-                    this);
+    return askYesNo(
+        plainMessage("Файл «" + QFileInfo(m_target.place).fileName() + "» уже есть. Заменить его?"),
+        this);
 }
 
 /// Without a journal a power cut leaves no list of what was printed: the user has to know before
@@ -411,9 +411,9 @@ void PrintStep::showResults()
     showPage(Page::Results);
     m_ui->resultsTable->setTickable(true);
     m_ui->resultLabel->setText(endingOf(*m_run, m_target) + ' ' + totals(m_outcomes) + '.');
-    const bool isRest = std::any_of(
-        m_outcomes.cbegin(), m_outcomes.cend(),
-        [](const SheetOutcome& outcome) { return outcome.state != Outcome::Printed; });
+    const bool isRest =
+        std::any_of(m_outcomes.cbegin(), m_outcomes.cend(),
+                    [](const SheetOutcome& outcome) { return outcome.state != Outcome::Printed; });
     m_ui->printRestButton->setEnabled(isRest);
     showTicks();
     m_ui->resultsTable->setFocus();
@@ -426,9 +426,9 @@ void PrintStep::showTicks()
     }
     const QVector<int> rows = m_ui->resultsTable->ticked();
     m_ui->repeatMarkedButton->setEnabled(!rows.isEmpty());
-    m_ui->spoiltButton->setEnabled(
-        std::any_of(rows.cbegin(), rows.cend(),
-                    [this](int row) { return m_outcomes[row].state == Outcome::Printed; }));
+    m_ui->spoiltButton->setEnabled(std::any_of(rows.cbegin(), rows.cend(), [this](int row) {
+        return m_outcomes[row].state == Outcome::Printed;
+    }));
 }
 
 void PrintStep::spoilTicked()
@@ -439,8 +439,8 @@ void PrintStep::spoilTicked()
             continue;
         }
         m_outcomes[row].markSpoilt();
-        m_journal.add(entryOf(m_sheets[row], m_outcomes[row].file, m_target,
-                              inWords(m_outcomes[row])));
+        m_journal.add(
+            entryOf(m_sheets[row], m_outcomes[row].file, m_target, inWords(m_outcomes[row])));
     }
     m_ui->resultsTable->setSheets(m_sheets, m_outcomes);
     showResults();
@@ -448,9 +448,10 @@ void PrintStep::spoilTicked()
 
 void PrintStep::saveJournal()
 {
-    const QString name = QString("%1/Журнал печати %2.csv")
-                             .arg(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
-                                  QDate::currentDate().toString("yyyy-MM-dd"));
+    const QString name =
+        QString("%1/Журнал печати %2.csv")
+            .arg(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
+                 QDate::currentDate().toString("yyyy-MM-dd"));
     const QString file =
         QFileDialog::getSaveFileName(this, "Журнал печати", name, "Таблица CSV (*.csv)");
     QString error;

@@ -52,7 +52,8 @@ PrintTargetPanel::PrintTargetPanel(QWidget* parent)
 {
     m_ui->setupUi(this);
     LongItems::install(m_ui->targetCmb);
-    m_ui->fileEdit->setText(QDir::toNativeSeparators(documentsFolder() + "/" + batchName() + ".pdf"));
+    m_ui->fileEdit->setText(
+        QDir::toNativeSeparators(documentsFolder() + "/" + batchName() + ".pdf"));
     m_ui->folderEdit->setText(QDir::toNativeSeparators(documentsFolder() + "/" + batchName()));
     fillTargets();
     showTarget();
@@ -85,8 +86,7 @@ void PrintTargetPanel::fillTargets()
         targets->setItemData(targets->count() - 1, name, printerRole);
     }
     targets->addItem("PDF: один файл", static_cast<int>(PrintTarget::Kind::OneFile));
-    targets->addItem("PDF: файл на документ",
-                     static_cast<int>(PrintTarget::Kind::FilePerDocument));
+    targets->addItem("PDF: файл на документ", static_cast<int>(PrintTarget::Kind::FilePerDocument));
     const QString wanted = isFirst ? QPrinterInfo::defaultPrinterName() : printerBefore;
     const int sameKind = targets->findData(static_cast<int>(kindBefore), kindRole);
     const int samePrinter = targets->findData(wanted, printerRole);

@@ -58,10 +58,11 @@ ResultsTable::ResultsTable(QWidget* parent)
     QHeaderView* header = horizontalHeader();
     header->setHighlightSections(false);
     header->setSectionResizeMode(PersonColumn, QHeaderView::Stretch);
-    const int widths[ColumnCount] = {0, 80, 150, 150, 130, 230};
+    const int widths[ColumnCount] = {0, 80, 130, 140, 130, 270};
     for (int column = GroupColumn; column < ColumnCount; ++column) {
         setColumnWidth(column, widths[column]);
     }
+    setStyleSheet("QTableView::indicator { margin-right: 6px; }");
     setNotice("Листов нет. Отметьте документы на первом шаге.");
 }
 
@@ -89,7 +90,7 @@ void ResultsTable::showSheet(int row, const PlannedSheet& sheet, const SheetOutc
     if (state.isEmpty()) {
         state = beforeItsTurn(sheet);
     }
-    const QString texts[ColumnCount] = {personOf(sheet),      sheet.group, sheet.form,
+    const QString texts[ColumnCount] = {personOf(sheet), sheet.group,    sheet.form,
                                         sheet.blankName, paperOf(sheet), state};
     for (int column = 0; column < ColumnCount; ++column) {
         item(row, column)->setText(texts[column]);
@@ -133,8 +134,7 @@ void ResultsTable::keyPressEvent(QKeyEvent* event)
 {
     QTableWidgetItem* first = currentRow() < 0 ? nullptr : item(currentRow(), PersonColumn);
     if (event->key() != Qt::Key_Space || !first ||
-        !first->flags().testFlag(Qt::ItemIsUserCheckable))
-    {
+        !first->flags().testFlag(Qt::ItemIsUserCheckable)) {
         NoticeTable::keyPressEvent(event);
         return;
     }

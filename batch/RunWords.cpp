@@ -4,10 +4,32 @@
 #include <QFileInfo>
 #include <QStringList>
 
+#include "batch/SheetText.h"
+
 using State = SheetOutcome::State;
 using Reason = SheetOutcome::Reason;
 
 namespace {
+
+/// In a sentence, which breaks its lines between words alone, a text of others is of bounded
+/// length.
+QString shortened(const QString& text)
+{
+    constexpr int most = 60; // characters
+    constexpr int end = 20;
+    return text.size() <= most ? text : text.left(most - end) + QChar(0x2026) + text.right(end);
+}
+
+QString currentPerson(const PrintRun& run)
+{
+    return run.current() >= 0 ? shortened(personOf(run.sheets()[run.current()])) : QString();
+}
+
+/// With a capital letter at the beginning.
+QString asSentence(const QString& text)
+{
+    return text.left(1).toUpper() + text.mid(1);
+}
 
 QString reasonOf(const SheetOutcome& outcome)
 {
@@ -44,15 +66,16 @@ QString discarded(const PrintTarget& target)
 
 QString endingOfFile(const PrintTarget& target)
 {
-    return QString("Не удалось записать %1: посмотрите, есть ли место на диске и можно ли в эту папку "
-                   "писать. Неполный файл не сохраняется.")
+    return QString(
+               "Не удалось записать %1: посмотрите, есть ли место на диске и можно ли в эту папку "
+               "писать. Неполный файл не сохраняется.")
         .arg(inWords(target));
 }
 
 QString endingOfPrinter(const PrintRun& run, const PrintTarget& target)
 {
     const bool isGone = run.ending() == PrintRun::Ending::PrinterGone;
-    const QString sheet = run.current() >= 0 ? personOf(run.sheets()[run.current()]) : QString();
+    const QString sheet = currentPerson(run);
     const QString text =
         isGone ? QString("Пропал %1: системе он больше не виден. Посмотрите, вышел ли лист «%2».")
                : QString("Не принял лист «%2» %1.");
@@ -63,9 +86,8 @@ QString endingOfPrinter(const PrintRun& run, const PrintTarget& target)
 
 QString personOf(const PlannedSheet& sheet)
 {
-    const PrintDocument& document = sheet.sheet.document;
-    const QString name = (document.surname + ' ' + document.name).simplified();
-    return name.isEmpty() ? "Документ " + document.id.toString() : name;
+    const QString name = personOf(sheet.sheet.document);
+    return name.isEmpty() ? "Документ " + sheet.sheet.document.id.toString() : name;
 }
 
 QString paperOf(const PlannedSheet& sheet)
@@ -141,31 +163,33 @@ QString inWords(const PrintTarget& target)
 {
     switch (target.kind) {
     case PrintTarget::Kind::OneFile:
-        return QString("файл «%1»").arg(QFileInfo(target.place).fileName());
+        return QString("файл «%1»").arg(shortened(QFileInfo(target.place).fileName()));
     case PrintTarget::Kind::FilePerDocument:
-        return QString("папка «%1»").arg(QDir::toNativeSeparators(target.place));
+        return QString("папка «%1»").arg(shortened(QDir::toNativeSeparators(target.place)));
     case PrintTarget::Kind::Printer:
         break;
     }
-    return QString("принтер «%1»").arg(target.place);
+    return QString("принтер «%1»").arg(shortened(target.place));
 }
 
 QString inWords(const PrintRun& run, const PrintTarget& target)
 {
-    const QString sheet = run.current() >= 0 ? personOf(run.sheets()[run.current()]) : QString();
+    const QString sheet = currentPerson(run);
+    const QString count = QString("%1 из %2").arg(run.dealt()).arg(run.sheets().size());
+    const QString place = asSentence(inWords(target));
     switch (run.state()) {
     case PrintRun::State::Printing:
-        return QString("%1: печатается %2").arg(inWords(target), sheet);
+        return QString("%1: готово %2, печатается %3").arg(place, count, sheet);
     case PrintRun::State::AwaitsSheet:
     case PrintRun::State::AwaitsPaper:
-        return QString("%1: ждёт бумагу").arg(inWords(target));
+        return QString("%1: готово %2, ждёт бумагу").arg(place, count);
     case PrintRun::State::AwaitsData:
         return "База данных занята другой программой, печать ждёт";
     case PrintRun::State::AwaitsEnd:
     case PrintRun::State::Ended:
         break;
     }
-    return inWords(target);
+    return place;
 }
 
 QString refusalOf(const PrintTarget& target)
@@ -213,7 +237,8 @@ QString endingOf(const PrintRun& run, const PrintTarget& target)
     case PrintRun::Ending::PrinterGone:
         return endingOfPrinter(run, target);
     case PrintRun::Ending::JournalRefused:
-        return QString("Печать остановлена: не записывается журнал печати (%1).").arg(run.problem()) +
+        return QString("Печать остановлена: не записывается журнал печати (%1).")
+                   .arg(shortened(run.problem())) +
                discarded(target) + rest();
     case PrintRun::Ending::DatabaseBusy:
         return "Печать остановлена: базу данных долго держит другая программа." +

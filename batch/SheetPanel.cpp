@@ -12,8 +12,7 @@ SheetPanel::SheetPanel(QWidget* parent)
     setAttribute(Qt::WA_StyledBackground);
     // The second click of a double one would print the next document on this paper.
     for (QPushButton* button :
-         {m_ui->nextSheetButton, m_ui->repeatSheetButton, m_ui->skipSheetButton})
-    {
+         {m_ui->nextSheetButton, m_ui->repeatSheetButton, m_ui->skipSheetButton}) {
         ClickGuard::install(button);
     }
     connect(m_ui->nextSheetButton, &QPushButton::clicked, this, &SheetPanel::nextClicked);
@@ -30,10 +29,7 @@ void SheetPanel::askForSheet(const PlannedSheet& sheet, bool isRepeat)
                   : "Положите в принтер бланк:",
          paper.isEmpty() ? QString("номер не указан") : paper,
          personOf(sheet) + " — " + sheet.form + ", " + sheet.blankName);
-    m_ui->hintLabel->setText(
-        isRepeat ? "Если у нового бланка другой номер, сначала исправьте серию и номер в документе "
-                   "в основной программе: здесь они изменятся сами."
-                 : QString());
+    m_ui->hintLabel->setVisible(isRepeat);
     m_ui->nextSheetButton->setText("Напечатать лист");
     m_ui->repeatSheetButton->setVisible(true);
     m_ui->skipSheetButton->setVisible(true);
@@ -42,7 +38,7 @@ void SheetPanel::askForSheet(const PlannedSheet& sheet, bool isRepeat)
 void SheetPanel::askForPaper(const QString& blankName, int sheets)
 {
     tell("Положите в принтер бумагу для бланка:", blankName, QString("Листов: %1").arg(sheets));
-    m_ui->hintLabel->setText(QString());
+    m_ui->hintLabel->hide();
     m_ui->nextSheetButton->setText("Бумага положена, печатать");
     m_ui->repeatSheetButton->setVisible(false);
     m_ui->skipSheetButton->setVisible(false);
@@ -52,7 +48,7 @@ void SheetPanel::askAtEnd()
 {
     tell("Бланки больше не нужны:", "последний лист отправлен",
          "Если он испорчен, его ещё можно повторить.");
-    m_ui->hintLabel->setText(QString());
+    m_ui->hintLabel->hide();
     m_ui->nextSheetButton->setText("Закончить");
     m_ui->repeatSheetButton->setVisible(true);
     m_ui->skipSheetButton->setVisible(false);

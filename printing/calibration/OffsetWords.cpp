@@ -14,10 +14,10 @@ QString OffsetWords::inWords(const PrintOffsets::Offset& offset, Axis axis) cons
 {
     constexpr double nothing = 0.005; // would be written as 0.00
     const QString setting = axis == Axis::X ? "Смещение печати X" : "Смещение печати Y";
-    const QString moved =
-        offset.value == 0 ? either("печать не сдвинется", "moves nothing")
-                          : either("сдвинет печать на %1 мм %2", "moves the print %1 mm %2")
-                                .arg(hundredths(offset.moved), way(offset.moved, axis));
+    const QString moved = offset.value == 0
+                              ? either("печать не сдвинется", "moves nothing")
+                              : either("сдвинет печать на %1 мм %2", "moves the print %1 mm %2")
+                                    .arg(hundredths(offset.moved), way(offset.moved, axis));
     const QString remaining =
         std::abs(offset.remaining) < nothing
             ? either("остатка нет", "nothing remains")

@@ -19,12 +19,14 @@ PrintDesk::PrintDesk()
     const QStringList surnames = {"Петрова", "Абаев", "Иваненко"};
     numbers = {"000010", "000002", "000009"};
     for (int i = 0; i < surnames.size(); ++i) {
-        documents.append(
-            {addDocument({}, {{"LNAME", surnames[i]}, {"BLANK_NO", numbers[i]}}), surnames[i], {}});
+        PrintDocument document;
+        document.id = addDocument({}, {{"LNAME", surnames[i]}, {"BLANK_NO", numbers[i]}});
+        document.surname = surnames[i];
+        documents.append(document);
     }
     title = addBlank({blankItem(0, "Титул: #LNAME", QRectF(50, 50, 400, 60))}, {{"NAME", "Титул"}});
-    supplement = addBlank({blankItem(0, "Вкладыш: #LNAME", QRectF(50, 50, 400, 60))},
-                          {{"NAME", "Вкладыш"}});
+    supplement =
+        addBlank({blankItem(0, "Вкладыш: #LNAME", QRectF(50, 50, 400, 60))}, {{"NAME", "Вкладыш"}});
     loadBaseStyle();
     step = new PrintStep;
     window->setCentralWidget(step);
@@ -92,9 +94,8 @@ void PrintDesk::click(const QString& button)
 
 void PrintDesk::waitUntilDone()
 {
-    QTRY_VERIFY(!step->isBusy() ||
-                (named<SheetPanel>(step, "sheetPanel")->isVisible() &&
-                 named<QPushButton>(step, "nextSheetButton")->isEnabled()));
+    QTRY_VERIFY(!step->isBusy() || (named<SheetPanel>(step, "sheetPanel")->isVisible() &&
+                                    named<QPushButton>(step, "nextSheetButton")->isEnabled()));
 }
 
 QStringList PrintDesk::persons() const

@@ -8,8 +8,8 @@
 #include "batch/PrintStep.h"
 #include "support/PrintFixture.h"
 
-/// Documents with a title and a supplement to print: "Петрова" (number 000010), "Абаев" (000002) and
-/// "Иваненко" (000009), in this order, and the printing step in a window.
+/// Documents with a title and a supplement to print: "Петрова" (number 000010), "Абаев" (000002)
+/// and "Иваненко" (000009), in this order, and the printing step in a window.
 class PrintDesk : public PrintFixture
 {
 public:

@@ -144,12 +144,12 @@ void tst_BatchJournal::spreadsheetReadsIt()
     BatchJournal journal;
     QVERIFY(journal.open());
     QVERIFY(journal.add(entry("Иванов; \"Ваня\"\nи др.", "напечатан")));
-    const ProcessResult read = runPython(
-        "import csv, sys\n"
-        "with open(sys.argv[1], encoding='utf-8-sig', newline='') as file:\n"
-        "    rows = list(csv.reader(file, delimiter=';'))\n"
-        "print(len(rows), len(rows[1]), rows[0][0], rows[1][2], sep='|')\n",
-        {journal.path()});
+    const ProcessResult read =
+        runPython("import csv, sys\n"
+                  "with open(sys.argv[1], encoding='utf-8-sig', newline='') as file:\n"
+                  "    rows = list(csv.reader(file, delimiter=';'))\n"
+                  "print(len(rows), len(rows[1]), rows[0][0], rows[1][2], sep='|')\n",
+                  {journal.path()});
     QCOMPARE(QString::fromUtf8(read.out), QString("2|8|Время|Иванов; \"Ваня\" и др.\n"));
 }
 
@@ -157,13 +157,20 @@ void tst_BatchJournal::noFormulas_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("cell");
-    QTest::newRow("sum") << "=1+1" << "'=1+1";
-    QTest::newRow("command") << "@cmd" << "'@cmd";
-    QTest::newRow("plus") << "+7" << "'+7";
-    QTest::newRow("minus") << "-7" << "'-7";
-    QTest::newRow("behind a blank") << " =1" << "' =1";
-    QTest::newRow("behind a tab") << "\t=1" << "' =1";
-    QTest::newRow("a name") << "Салтыков-Щедрин" << "Салтыков-Щедрин";
+    QTest::newRow("sum") << "=1+1"
+                         << "'=1+1";
+    QTest::newRow("command") << "@cmd"
+                             << "'@cmd";
+    QTest::newRow("plus") << "+7"
+                          << "'+7";
+    QTest::newRow("minus") << "-7"
+                           << "'-7";
+    QTest::newRow("behind a blank") << " =1"
+                                    << "' =1";
+    QTest::newRow("behind a tab") << "\t=1"
+                                  << "' =1";
+    QTest::newRow("a name") << "Салтыков-Щедрин"
+                            << "Салтыков-Щедрин";
 }
 
 void tst_BatchJournal::noFormulas()

@@ -544,8 +544,8 @@ void tst_PrintStep::journalIsToldBeforehand()
     QCOMPARE(desk.step->statusLine(), QString("Напечатано 3"));
 }
 
-// No sheet is sent that the journal does not name. Here a file may grow no larger than it is but for
-// some lines, as on a full disk.
+// No sheet is sent that the journal does not name. Here a file may grow no larger than it is but
+// for some lines, as on a full disk.
 void tst_PrintStep::journalThatFailsStops()
 {
 #ifndef Q_OS_LINUX

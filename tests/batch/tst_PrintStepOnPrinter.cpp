@@ -170,17 +170,16 @@ void tst_PrintStepOnPrinter::bySheet()
     desk.click("nextSheetButton");
     QCOMPARE(desk.paper(), QString("последний лист отправлен"));
     desk.click("nextSheetButton");
-    QCOMPARE(desk.outcomes(), QStringList({"напечатан, испорчено до этого: 1", "пропущен",
-                                           "напечатан"}));
+    QCOMPARE(desk.outcomes(),
+             QStringList({"напечатан, испорчено до этого: 1", "пропущен", "напечатан"}));
     QCOMPARE(desk.result(), QString("Печать закончена. Напечатано 2, пропущено 1."));
     QStringList events;
     for (const QString& line : desk.journal()) {
         events << line.section(';', 1, 1) + ": " + line.section(';', -1);
     }
-    QCOMPARE(events,
-             QStringList({"Петрова: печатается", "Петрова: напечатан", "Петрова: испорчен",
-                          "Петрова: печатается", "Петрова: напечатан", "Абаев: пропущен",
-                          "Иваненко: печатается", "Иваненко: напечатан"}));
+    QCOMPARE(events, QStringList({"Петрова: печатается", "Петрова: напечатан", "Петрова: испорчен",
+                                  "Петрова: печатается", "Петрова: напечатан", "Абаев: пропущен",
+                                  "Иваненко: печатается", "Иваненко: напечатан"}));
 }
 
 void tst_PrintStepOnPrinter::spoiltSheetIsSkipped()

@@ -50,7 +50,9 @@ void tst_VanishingPrinter::sheetsAfterwardsFail()
     desk.addBlank({blankItem(0, "#LNAME", QRectF(50, 50, 400, 60))});
     QVector<PrintDocument> documents;
     for (int i = 0; i < 3; ++i) {
-        documents.append({desk.addDocument(), "Иванов", QString()});
+        PrintDocument document;
+        document.id = desk.addDocument();
+        documents.append(document);
     }
     Puller puller(queue, 2);
     PrintTarget target;
