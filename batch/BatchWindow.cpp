@@ -111,7 +111,7 @@ void BatchWindow::showStep(int step)
     }
     if (step == Print && !isBusy()) {
         m_ui->checkStep->setPrinter(m_ui->printStep->printerName());
-        m_ui->printStep->setSheets(m_ui->checkStep->sheets());
+        handOver();
     }
     m_ui->steps->setCurrentIndex(step);
     m_ui->documentsButton->setChecked(step == Documents);
@@ -136,6 +136,14 @@ void BatchWindow::takeChoice()
     }
     m_ui->checkStep->setSheets(m_ui->documentsStep->sheets());
     m_hasChoice = true;
+    if (!isBusy()) {
+        handOver();
+    }
+}
+
+void BatchWindow::handOver()
+{
+    m_ui->printStep->setSheets(m_ui->checkStep->sheets());
 }
 
 void BatchWindow::calibrate()
@@ -199,6 +207,9 @@ void BatchWindow::showBusy()
     m_ui->checkStep->setEnabled(!m_ui->printStep->isBusy() || m_ui->checkStep->isBusy());
     m_ui->refreshAction->setEnabled(!isBusy());
     m_ui->calibrationAction->setEnabled(!isBusy());
+    if (!isBusy()) {
+        handOver();
+    }
     showStatus();
     if (m_isClosing && !isBusy()) {
         // Whoever is busy has still to come back from what it did.

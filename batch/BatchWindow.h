@@ -44,6 +44,7 @@ private:
     void showStep(int step);
     void goOnToCheck();
     void takeChoice();
+    void handOver();
     void calibrate();
 
     /// Brings list and check up to date before something is printed; nothing, after a word to the

@@ -68,9 +68,10 @@ FindingsTree::FindingsTree(QWidget* parent)
     setUniformRowHeights(true);
     setAlternatingRowColors(true);
     setAllColumnsShowFocus(true);
-    constexpr int nameWidth = 330; // pixels
-    header()->resizeSection(0, nameWidth);
-    header()->setStretchLastSection(true);
+    constexpr int blankWidth = 150; // pixels
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    header()->resizeSection(1, blankWidth);
     connect(this, &QTreeWidget::currentItemChanged, this, &FindingsTree::tellCurrent);
 }
 
