@@ -4,9 +4,16 @@
 #include <QSqlQuery>
 #include <QtTest>
 
+#include <ctime>
+
 #include "app/AppStyle.h"
 #include "batch/DocumentsModel.h"
 #include "batch/StepButton.h"
+
+qint64 workedMs()
+{
+    return static_cast<qint64>(std::clock()) * 1000 / CLOCKS_PER_SEC;
+}
 
 void BatchDesk::addForm(const QString& name)
 {

@@ -9,6 +9,10 @@
 #include "support/PrintFixture.h"
 #include "support/Widgets.h"
 
+/// The time in which this process has worked, milliseconds: what others do on the machine does not
+/// count.
+qint64 workedMs();
+
 /// An application directory with documents and blanks and the window for batches over it. Once the
 /// window is open its connection only reads: what other programs store goes through change().
 class BatchDesk : public PrintFixture

@@ -1,7 +1,6 @@
 #include <QtTest>
 
 #include <QCheckBox>
-#include <QElapsedTimer>
 #include <QGraphicsPixmapItem>
 #include <QGraphicsScene>
 #include <QLabel>
@@ -297,26 +296,26 @@ void tst_CheckStep::windowStaysAlive()
     desk.open();
     named<QCheckBox>(desk.window(), "selectAllCheck")->click();
     // A clock that each turn of the loop winds: the longest time between two is the gap.
-    QElapsedTimer clock;
+    qint64 last = workedMs();
     qint64 longest = 0;
     int turns = 0;
     QTimer recorder;
     connect(&recorder, &QTimer::timeout, this, [&] {
-        longest = qMax(longest, clock.restart());
+        longest = qMax(longest, workedMs() - last);
+        last = workedMs();
         ++turns;
     });
     recorder.start(0);
-    clock.start();
     clickButton(desk.window(), "toCheckButton");
-    longest = qMax(longest, clock.elapsed());
+    longest = qMax(longest, workedMs() - last);
     recorder.stop();
     QCOMPARE(desk.findings()->topLevelItemCount(), 403);
     QVERIFY(turns > 5);
     // The longest page is one that is laid out anew.
-    clock.restart();
+    const qint64 before = workedMs();
     QVERIFY(PageCheck().check(checkedSheets(desk)[0].sheet.document.id,
                               checkedSheets(desk)[0].sheet.blank.id));
-    const qint64 page = clock.elapsed();
+    const qint64 page = workedMs() - before;
     QVERIFY2(longest < page + 100, qPrintable(QString("%1 and %2").arg(longest).arg(page)));
 }
 

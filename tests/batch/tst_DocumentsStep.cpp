@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateEdit>
-#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QSpinBox>
@@ -327,11 +326,10 @@ void tst_DocumentsStep::aThousandDocuments()
     desk.addForm("Диплом");
     desk.addDocuments(1000);
     desk.open();
-    QElapsedTimer timer;
-    timer.start();
+    const qint64 before = workedMs();
     QVERIFY(desk.window().reload());
     QCoreApplication::processEvents();
-    const qint64 elapsed = timer.elapsed();
+    const qint64 elapsed = workedMs() - before;
     QCOMPARE(desk.people().size(), 1000);
     QVERIFY2(elapsed < 300, qPrintable(QString::number(elapsed)));
 }
@@ -346,10 +344,9 @@ void tst_DocumentsStep::aHundredThousandDocuments()
               "'2024-06-25', 0 FROM n");
     desk.open();
     QCOMPARE(desk.status("documentsButton"), QString("Выбрано 0 из 100000"));
-    QElapsedTimer timer;
-    timer.start();
+    const qint64 before = workedMs();
     typeInto(named<QLineEdit>(desk.window(), "filterNameEdit"), "99999");
-    const qint64 elapsed = timer.elapsed(); // of five letters, each of which is a search
+    const qint64 elapsed = workedMs() - before; // of five letters, each of which is a search
     QCOMPARE(desk.people(), QStringList("Фамилия99999"));
     QVERIFY2(elapsed < 2000, qPrintable(QString::number(elapsed)));
 }
