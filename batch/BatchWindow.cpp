@@ -23,8 +23,16 @@ BatchWindow::BatchWindow(QWidget* parent)
     {
         button->setNumber(++number);
     }
+    constexpr int aWhile = 2000; // milliseconds: what another program stores takes less
+    m_retry.setInterval(aWhile);
     m_retry.setSingleShot(true);
-    connect(&m_retry, &QTimer::timeout, this, &BatchWindow::reload);
+    connect(&m_retry, &QTimer::timeout, this, [this] {
+        if (isBusy()) {
+            m_retry.start();
+        } else {
+            reload();
+        }
+    });
     connectSteps();
     reload();
     showStep(Documents);
@@ -46,8 +54,7 @@ bool BatchWindow::reload()
         }
         m_ui->checkStep->setOutdated();
     } else {
-        constexpr int aWhile = 2000; // milliseconds: what another program stores takes less
-        m_retry.start(aWhile);
+        m_retry.start();
     }
     showStatus();
     return isRead;

@@ -11,16 +11,23 @@
 #include "preflight/ProofPicture.h"
 #include "ui_CheckStep.h"
 
+namespace {
+
+const char* const noSheetNotice = "Здесь появится лист, который выбран слева";
+
+} // namespace
+
 CheckStep::CheckStep(QWidget* parent)
     : QWidget(parent)
     , m_ui(std::make_unique<Ui::CheckStep>())
+    , m_page(std::make_unique<PageCheck>())
 {
     m_ui->setupUi(this);
     m_ui->splitter->setSizes({460, 560});
     m_ui->findingsTree->setChecks(&m_checks);
     connectViews();
     connectButtons();
-    m_ui->proofView->showNotice("Здесь появится лист, который выбран слева");
+    m_ui->proofView->showNotice(noSheetNotice);
     showState();
 }
 
@@ -35,7 +42,7 @@ void CheckStep::setSheets(const QVector<PlannedSheet>& sheets)
     m_shown = -1;
     m_ui->findingsTree->showAll();
     if (m_ui->findingsTree->currentSheet() < 0) {
-        m_ui->proofView->showNotice("Здесь появится лист, который выбран слева");
+        m_ui->proofView->showNotice(noSheetNotice);
     }
     showState();
 }
@@ -82,14 +89,16 @@ QVector<PlannedSheet> CheckStep::sheets() const
 
 void CheckStep::setPrinter(const QString& name)
 {
-    if (m_isBusy) {
+    if (m_isBusy || name == m_printer) {
         return;
     }
+    m_printer = name;
     m_checks.setPrinter(name);
-    if (name.isEmpty() || !m_page.setPrinter(name)) {
-        m_page.setMargins(QMarginsF());
-    }
+    m_page = std::make_unique<PageCheck>();
+    m_page->setPrinter(name);
+    m_shown = -1;
     m_ui->findingsTree->showAll();
+    m_ui->proofView->showNotice(noSheetNotice); // the page that it drew is gone
     showState();
 }
 
@@ -193,24 +202,24 @@ void CheckStep::showSheet(int sheet, int frame)
         return;
     }
     m_shown = sheet;
-    m_page.setBackgroundPrinted(wanted.withBackground);
+    m_page->setBackgroundPrinted(wanted.withBackground);
     if (wanted.blank.id.isNull()) {
         m_ui->proofView->showNotice(problemText(SheetOutcome::Reason::NoBlanks));
         return;
     }
-    if (!m_page.check(wanted.document.id, wanted.blank.id)) {
+    if (!m_page->check(wanted.document.id, wanted.blank.id)) {
         m_ui->proofView->showNotice(problemText(SheetOutcome::Reason::Unreadable));
         return;
     }
-    if (m_page.sheetSize().isEmpty()) {
+    if (m_page->sheetSize().isEmpty()) {
         m_ui->proofView->showNotice("Ширина или высота листа 0: показать нечего");
         return;
     }
     const bool withBackground = wanted.withBackground;
     const auto draw = [this, withBackground](int dpi) {
-        return ProofPicture(m_page, dpi, withBackground).drawSheetAlone();
+        return ProofPicture(*m_page, dpi, withBackground).drawSheetAlone();
     };
-    m_ui->proofView->showSheet({draw, m_page.sheetSize(), m_page.frames(), m_page.findings()});
+    m_ui->proofView->showSheet({draw, m_page->sheetSize(), m_page->frames(), m_page->findings()});
     m_ui->proofView->markFrame(frame);
 }
 

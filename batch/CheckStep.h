@@ -75,8 +75,9 @@ private:
 
     std::unique_ptr<Ui::CheckStep> m_ui;
     SheetChecks m_checks;
-    PageCheck m_page; // of the sheet that is shown
-    int m_shown = -1; // sheet
+    QString m_printer;
+    std::unique_ptr<PageCheck> m_page; // of the sheet that is shown
+    int m_shown = -1;                  // sheet
     int m_reached = 0;
     bool m_isBusy = false;
     bool m_stops = false;

@@ -11,6 +11,7 @@
 #include "BatchDesk.h"
 #include "batch/CheckStep.h"
 #include "batch/PrintStep.h"
+#include "batch/ProofView.h"
 #include "batch/SheetPanel.h"
 #include "support/ModalDriver.h"
 #include "support/PdfMeasure.h"
@@ -178,9 +179,15 @@ void tst_WholeBatch::printerIsKnownToTheCheck()
     goToPrint(desk);
     choose(desk, PrintQueue::printer);
     QCOMPARE(desk.status("checkStepButton"), QString("Ещё не проверено")); // with its margins
+    auto* view = named<ProofView>(desk.window(), "proofView");
+    view->zoomIn();
+    QCOMPARE(view->zoomPercent(), 0); // no sheet until it is checked with them
     choose(desk, "PDF: один файл");
+    QTest::keyClick(&desk.window(), Qt::Key_2, Qt::ControlModifier);
+    QTRY_VERIFY(named<QPushButton>(desk.window(), "checkButton")->isVisible());
     clickButton(desk.window(), "checkButton");
     QVERIFY(desk.status("checkStepButton").startsWith("Замечаний"));
+    QVERIFY(view->zoomPercent() > 0);
 }
 
 void tst_WholeBatch::closingAsks()
