@@ -115,7 +115,7 @@ std::optional<QPoint> CalibrationDialog::newOffsets() const
 void CalibrationDialog::showOffsets()
 {
     const double unit = m_blank ? m_blank->paper().unitLength() : 0;
-    const OffsetWords words(QLocale(QLocale::Russian));
+    const OffsetWords words{QLocale(QLocale::Russian)};
     const auto show = [&](const QLineEdit* edit, CalibrationPicture* picture, QLabel* label,
                           Axis axis) {
         const std::optional<double> read = numberIn(edit);

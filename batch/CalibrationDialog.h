@@ -33,7 +33,7 @@ private:
 
     void printSheet();
     bool printToFile(const CalibrationSheet& sheet, const QString& file);
-    bool printToPrinter(const CalibrationSheet& sheet, const QString& printer);
+    bool printToPrinter(const CalibrationSheet& sheet, const QString& name);
     void writeOffsets();
 
     std::unique_ptr<Ui::CalibrationDialog> m_ui;

@@ -64,7 +64,9 @@ int PrintRun::sheetsOnThisPaper() const
     int count = 0;
     const QVariant blank = m_plan.sheets[m_current].sheet.blank.id;
     for (int sheet = m_current; sheet < m_plan.sheets.size(); ++sheet) {
-        count += isToBeSent(sheet) && m_plan.sheets[sheet].sheet.blank.id == blank ? 1 : 0;
+        count += isPrintable(m_plan.sheets[sheet]) && m_plan.sheets[sheet].sheet.blank.id == blank
+                     ? 1
+                     : 0;
     }
     return count;
 }
@@ -149,7 +151,7 @@ void PrintRun::advance()
         return;
     }
     const QString paper = m_plan.sheets[m_current].sheet.blank.id.toString();
-    const bool isSent = isToBeSent(m_current);
+    const bool isSent = isPrintable(m_plan.sheets[m_current]);
     if (isSent && m_plan.bySheet) {
         setState(State::AwaitsSheet);
     } else if (isSent && m_plan.pausesForPaper && !m_paperLaidIn.isEmpty() &&
@@ -219,7 +221,7 @@ void PrintRun::refresh()
         end(Ending::Stopped);
     } else if (!m_database.accept()) {
         waitForDatabase();
-    } else if (m_plan.bySheet && isToBeSent(m_current) &&
+    } else if (m_plan.bySheet && isPrintable(m_plan.sheets[m_current]) &&
                paperOf(m_plan.sheets[m_current]) != announced)
     {
         setState(State::AwaitsSheet); // for other paper than lies in the printer
@@ -248,16 +250,10 @@ void PrintRun::takeOver(const QVector<PlannedSheet>& now)
     }
 }
 
-bool PrintRun::isToBeSent(int sheet) const
-{
-    const PlannedSheet& planned = m_plan.sheets[sheet];
-    return !planned.isHeldBack && !planned.sheet.blank.id.isNull();
-}
-
 void PrintRun::print()
 {
     // Before anything is sent: a power cut must not leave a sheet that nobody knows of.
-    if (isToBeSent(m_current) && !note(m_current, "печатается")) {
+    if (isPrintable(m_plan.sheets[m_current]) && !note(m_current, "печатается")) {
         m_database.release();
         end(Ending::JournalRefused);
         return;

@@ -124,7 +124,6 @@ private:
     void waitForDatabase();
     void refresh();
     void takeOver(const QVector<PlannedSheet>& now);
-    bool isToBeSent(int sheet) const;
     void print();
     void goOnAfter(const SheetOutcome& outcome);
     bool note(int sheet, const QString& event);

@@ -3,13 +3,11 @@
 #include <QDate>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QHash>
 #include <QMessageBox>
 #include <QScopedValueRollback>
 #include <QStandardPaths>
 
 #include <algorithm>
-#include <numeric>
 
 #include "app/AppHelpers.h"
 #include "app/widgets/ClickGuard.h"
@@ -19,26 +17,9 @@
 
 namespace {
 
-using Outcome = SheetOutcome::State;
-
 void tell(QWidget* parent, const QString& text)
 {
     QMessageBox::about(parent, "Ошибка", plainMessage(text));
-}
-
-bool areSame(const QVector<PlannedSheet>& a, const QVector<PlannedSheet>& b)
-{
-    return std::equal(a.cbegin(), a.cend(), b.cbegin(), b.cend(),
-                      [](const PlannedSheet& left, const PlannedSheet& right) {
-                          return sheetKey(left) == sheetKey(right) &&
-                                 left.sheet.copies == right.sheet.copies &&
-                                 left.sheet.withBackground == right.sheet.withBackground;
-                      });
-}
-
-bool isPrintable(const PlannedSheet& sheet)
-{
-    return !sheet.isHeldBack && !sheet.sheet.blank.id.isNull();
 }
 
 } // namespace
@@ -49,7 +30,7 @@ PrintStep::PrintStep(QWidget* parent)
 {
     m_ui->setupUi(this);
     connectWidgets();
-    beginAnew();
+    beginWith({});
     onTargetChanged();
 }
 
@@ -65,7 +46,7 @@ void PrintStep::connectWidgets()
     connect(m_ui->targetPanel, &PrintTargetPanel::changed, this, &PrintStep::onTargetChanged);
     for (QComboBox* combo : {m_ui->orderCmb, m_ui->blanksOrderCmb}) {
         connect(combo, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-                &PrintStep::showOrder);
+                &PrintStep::beginAnew);
     }
     connect(m_ui->printButton, &QPushButton::clicked, this, &PrintStep::printAll);
     connect(m_ui->printRestButton, &QPushButton::clicked, this, &PrintStep::printRest);
@@ -87,8 +68,7 @@ void PrintStep::setSheets(const QVector<PlannedSheet>& sheets)
     if (isBusy() || takeOver(sheets)) {
         return;
     }
-    m_listed = sheets;
-    beginAnew();
+    beginWith(sheets);
 }
 
 QString PrintStep::printerName() const
@@ -111,10 +91,10 @@ void PrintStep::stop()
 QString PrintStep::statusLine() const
 {
     if (m_page == Page::SetUp) {
-        return m_sheets.isEmpty() ? QString("Печатать нечего")
-                                  : QString("Листов: %1").arg(m_sheets.size());
+        return m_results.count() == 0 ? QString("Печатать нечего")
+                                      : QString("Листов: %1").arg(m_results.count());
     }
-    return totals(m_outcomes);
+    return totals(m_results.outcomes());
 }
 
 void PrintStep::showPage(Page page)
@@ -133,37 +113,32 @@ void PrintStep::showPage(Page page)
 }
 
 /// Forgets what was printed: nothing of it is marked any more.
-void PrintStep::beginAnew()
+void PrintStep::beginWith(const QVector<PlannedSheet>& sheets)
 {
     m_run.reset();
     m_journal.clear();
-    showPage(Page::SetUp);
-    showOrder();
-}
-
-void PrintStep::showOrder()
-{
     SheetOrder order;
     order.by = static_cast<SheetOrder::By>(m_ui->orderCmb->currentIndex());
     order.blankAfterBlank = m_ui->blanksOrderCmb->currentIndex() == 0;
-    m_sheets = inOrder(m_listed, order);
-    m_outcomes = QVector<SheetOutcome>(m_sheets.size());
-    m_ui->blanksOrderCmb->setVisible(blankCount(m_sheets) > 1);
-    m_ui->resultsTable->setSheets(m_sheets, m_outcomes);
-    m_ui->targetPanel->setSheets(m_sheets);
+    m_results.begin(sheets, order);
+    m_ui->blanksOrderCmb->setVisible(blankCount(sheets) > 1);
+    m_ui->resultsTable->setSheets(m_results.sheets(), m_results.outcomes());
+    m_ui->targetPanel->setSheets(m_results.sheets());
+    showPage(Page::SetUp);
     showSetUp();
 }
 
 void PrintStep::showSetUp()
 {
+    const QVector<PlannedSheet>& sheets = m_results.sheets();
+    const int count = sheets.size();
     const int printable =
-        static_cast<int>(std::count_if(m_sheets.cbegin(), m_sheets.cend(), isPrintable));
-    QString text = QString("Листов: %1.").arg(m_sheets.size());
-    if (printable < m_sheets.size()) {
-        text += QString(" Не печатается: %1 — из-за ошибок или без бланка.")
-                    .arg(m_sheets.size() - printable);
+        static_cast<int>(std::count_if(sheets.cbegin(), sheets.cend(), isPrintable));
+    QString text = count > 0 ? QString("Листов: %1.").arg(count) : QString();
+    if (printable < count) {
+        text += QString(" Не печатается: %1 — из-за ошибок или без бланка.").arg(count - printable);
     }
-    m_ui->summaryLabel->setText(m_sheets.isEmpty() ? QString() : text);
+    m_ui->summaryLabel->setText(text);
     m_ui->printButton->setEnabled(printable > 0);
     emit statusChanged();
 }
@@ -177,27 +152,17 @@ void PrintStep::onTargetChanged()
 
 void PrintStep::printAll()
 {
-    if (!prepare()) {
-        return;
+    if (prepare()) {
+        m_journal.clear();
+        print(m_results.allRows());
     }
-    QVector<int> rows(m_sheets.size());
-    std::iota(rows.begin(), rows.end(), 0);
-    m_journal.clear();
-    print(rows);
 }
 
 void PrintStep::printRest()
 {
-    if (!prepare()) {
-        return;
+    if (prepare()) {
+        print(m_results.unprintedRows());
     }
-    QVector<int> rows;
-    for (int row = 0; row < m_sheets.size(); ++row) {
-        if (m_outcomes[row].state != Outcome::Printed) {
-            rows << row;
-        }
-    }
-    print(rows);
 }
 
 void PrintStep::printTicked()
@@ -226,8 +191,7 @@ bool PrintStep::prepare()
         return true;
     }
     // Other documents than those that the list shows: the user has to see them first.
-    m_listed = *sheets;
-    beginAnew();
+    beginWith(*sheets);
     tell(this, "Список листов изменился. Посмотрите его и нажмите «Печать» ещё раз.");
     return false;
 }
@@ -235,29 +199,26 @@ bool PrintStep::prepare()
 /// What is new about the sheets of the list. False if they are others.
 bool PrintStep::takeOver(const QVector<PlannedSheet>& sheets)
 {
-    if (!areSame(sheets, m_listed)) {
+    if (!m_results.takeOver(sheets)) {
         return false;
     }
-    m_listed = sheets;
-    QHash<QString, const PlannedSheet*> fresh;
-    for (const PlannedSheet& sheet : sheets) {
-        fresh.insert(sheetKey(sheet), &sheet);
-    }
-    for (int row = 0; row < m_sheets.size(); ++row) {
-        m_sheets[row] = *fresh.value(sheetKey(m_sheets[row]));
-        m_ui->resultsTable->showSheet(row, m_sheets[row], m_outcomes[row]);
-    }
+    showRows(m_results.allRows());
     if (m_page == Page::SetUp) {
         showSetUp();
     }
     return true;
 }
 
+void PrintStep::showRows(const QVector<int>& rows)
+{
+    for (const int row : rows) {
+        m_ui->resultsTable->showSheet(row, m_results.sheets()[row], m_results.outcomes()[row]);
+    }
+}
+
 void PrintStep::print(const QVector<int>& rows)
 {
-    const bool isAny = std::any_of(rows.cbegin(), rows.cend(),
-                                   [this](int row) { return isPrintable(m_sheets[row]); });
-    if (!isAny) {
+    if (!m_results.isAnyPrintable(rows)) {
         tell(this, "Печатать нечего: эти листы отложены из-за ошибок или у них нет бланка.");
         return;
     }
@@ -272,7 +233,7 @@ void PrintStep::print(const QVector<int>& rows)
         return;
     }
     auto run = std::make_unique<PrintRun>(planOf(rows), m_journal);
-    run->setRefresh([this] { return m_prepare ? m_prepare() : m_listed; });
+    run->setRefresh([this] { return m_prepare ? m_prepare() : m_results.listed(); });
     if (!run->begin()) {
         tell(this, refusalOf(m_target));
         return;
@@ -280,14 +241,8 @@ void PrintStep::print(const QVector<int>& rows)
     m_run = std::move(run);
     connect(m_run.get(), &PrintRun::sheetChanged, this, &PrintStep::onSheetChanged);
     connect(m_run.get(), &PrintRun::stateChanged, this, &PrintStep::onRunChanged);
-    m_rows = rows;
-    m_spoiltBefore.clear();
-    for (const int row : rows) {
-        m_spoiltBefore << m_outcomes[row].spoilt;
-        m_outcomes[row] = SheetOutcome();
-        m_outcomes[row].spoilt = m_spoiltBefore.last();
-        m_ui->resultsTable->showSheet(row, m_sheets[row], m_outcomes[row]);
-    }
+    m_results.beginRun(rows);
+    showRows(rows);
     m_ui->resultsTable->setTickable(false);
     m_ui->progressBar->setRange(0, rows.size());
     showPage(Page::Work);
@@ -331,27 +286,14 @@ PrintPlan PrintStep::planOf(const QVector<int>& rows) const
     const bool isPrinter = m_target.kind == PrintTarget::Kind::Printer;
     plan.bySheet = isPrinter && m_ui->sheetModeCheck->isChecked();
     plan.pausesForPaper = isPrinter && m_ui->blanksOrderCmb->currentIndex() == 0;
-    for (const int row : rows) {
-        plan.sheets.append(m_sheets[row]);
-        // Printed again, a sheet goes into the file that it had.
-        const QFileInfo file(m_outcomes[row].file);
-        if (file.path() == QFileInfo(m_target.place).filePath()) {
-            plan.sheets.last().sheet.fileName = file.fileName();
-        }
-    }
-    for (const SheetOutcome& outcome : m_outcomes) {
-        plan.target.namesInUse << QFileInfo(outcome.file).fileName();
-    }
+    plan.sheets = m_results.sheetsFor(rows, plan.target);
     return plan;
 }
 
 void PrintStep::onSheetChanged(int sheet)
 {
-    const int row = m_rows[sheet];
-    m_sheets[row] = m_run->sheets()[sheet];
-    m_outcomes[row] = m_run->outcomes()[sheet];
-    m_outcomes[row].spoilt += m_spoiltBefore[sheet];
-    m_ui->resultsTable->showSheet(row, m_sheets[row], m_outcomes[row]);
+    m_results.take(sheet, m_run->sheets()[sheet], m_run->outcomes()[sheet]);
+    showRows({m_results.rowOfRun(sheet)});
 }
 
 void PrintStep::onRunChanged()
@@ -361,7 +303,7 @@ void PrintStep::onRunChanged()
         emit statusChanged();
         return;
     }
-    for (int sheet = 0; sheet < m_rows.size(); ++sheet) {
+    for (int sheet = 0; sheet < m_results.rowsOfRun().size(); ++sheet) {
         onSheetChanged(sheet); // a common file that came to nothing takes all with it
     }
     showResults();
@@ -377,9 +319,9 @@ void PrintStep::showWork()
     if (sheet < 0) {
         return;
     }
-    const int row = m_rows[sheet];
+    const int row = m_results.rowOfRun(sheet);
     const bool isPrinting = m_run->state() == PrintRun::State::Printing;
-    m_ui->resultsTable->showSheet(row, m_sheets[row], m_outcomes[row],
+    m_ui->resultsTable->showSheet(row, m_results.sheets()[row], m_results.outcomes()[row],
                                   isPrinting ? "печатается" : "ждёт");
     m_ui->resultsTable->goTo(row);
 }
@@ -410,11 +352,9 @@ void PrintStep::showResults()
 {
     showPage(Page::Results);
     m_ui->resultsTable->setTickable(true);
-    m_ui->resultLabel->setText(endingOf(*m_run, m_target) + ' ' + totals(m_outcomes) + '.');
-    const bool isRest =
-        std::any_of(m_outcomes.cbegin(), m_outcomes.cend(),
-                    [](const SheetOutcome& outcome) { return outcome.state != Outcome::Printed; });
-    m_ui->printRestButton->setEnabled(isRest);
+    m_ui->resultLabel->setText(endingOf(*m_run, m_target) + ' ' + totals(m_results.outcomes()) +
+                               '.');
+    m_ui->printRestButton->setEnabled(!m_results.unprintedRows().isEmpty());
     showTicks();
     m_ui->resultsTable->setFocus();
 }
@@ -426,23 +366,22 @@ void PrintStep::showTicks()
     }
     const QVector<int> rows = m_ui->resultsTable->ticked();
     m_ui->repeatMarkedButton->setEnabled(!rows.isEmpty());
-    m_ui->spoiltButton->setEnabled(std::any_of(rows.cbegin(), rows.cend(), [this](int row) {
-        return m_outcomes[row].state == Outcome::Printed;
-    }));
+    m_ui->spoiltButton->setEnabled(std::any_of(
+        rows.cbegin(), rows.cend(), [this](int row) { return m_results.isPrinted(row); }));
 }
 
 void PrintStep::spoilTicked()
 {
     const QVector<int> rows = m_ui->resultsTable->ticked();
     for (const int row : rows) {
-        if (m_outcomes[row].state != Outcome::Printed) {
+        if (!m_results.isPrinted(row)) {
             continue;
         }
-        m_outcomes[row].markSpoilt();
-        m_journal.add(
-            entryOf(m_sheets[row], m_outcomes[row].file, m_target, inWords(m_outcomes[row])));
+        m_results.markSpoilt(row);
+        const SheetOutcome& outcome = m_results.outcomes()[row];
+        m_journal.add(entryOf(m_results.sheets()[row], outcome.file, m_target, inWords(outcome)));
     }
-    m_ui->resultsTable->setSheets(m_sheets, m_outcomes);
+    showRows(rows);
     showResults();
 }
 

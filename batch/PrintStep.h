@@ -9,7 +9,7 @@
 #include "batch/BatchJournal.h"
 #include "batch/PlannedSheet.h"
 #include "batch/PrintRun.h"
-#include "printing/SheetOutcome.h"
+#include "batch/SheetResults.h"
 
 namespace Ui {
 class PrintStep;
@@ -60,9 +60,10 @@ private:
     void connectWidgets();
     void showPage(Page page);
     void showSetUp();
-    void showOrder();
     void onTargetChanged();
-    void beginAnew();
+    void beginWith(const QVector<PlannedSheet>& sheets);
+    void beginAnew() { beginWith(m_results.listed()); }
+    void showRows(const QVector<int>& rows);
 
     void printAll();
     void printRest();
@@ -86,13 +87,9 @@ private:
     std::unique_ptr<Ui::PrintStep> m_ui;
     Prepare m_prepare;
     BatchJournal m_journal;
-    QVector<PlannedSheet> m_listed;   // in the order of the list
-    QVector<PlannedSheet> m_sheets;   // in the order of printing
-    QVector<SheetOutcome> m_outcomes; // of m_sheets
-    std::unique_ptr<PrintRun> m_run;  // the last one
-    PrintTarget m_target;             // of the run
-    QVector<int> m_rows;              // of the run's sheets, among m_sheets
-    QVector<int> m_spoiltBefore;      // of the run's sheets, before the run
+    SheetResults m_results;
+    std::unique_ptr<PrintRun> m_run; // the last one
+    PrintTarget m_target;            // of the run
     Page m_page = Page::SetUp;
     bool m_isPreparing = false;
 };

@@ -63,6 +63,11 @@ QString sheetKey(const PlannedSheet& sheet)
     return sheet.sheet.document.id.toString() + '/' + blankKey(sheet);
 }
 
+bool isPrintable(const PlannedSheet& sheet)
+{
+    return !sheet.isHeldBack && !sheet.sheet.blank.id.isNull();
+}
+
 int blankCount(const QVector<PlannedSheet>& sheets)
 {
     return blankRanks(sheets).size();

@@ -24,5 +24,8 @@ QVector<PlannedSheet> inOrder(const QVector<PlannedSheet>& sheets, const SheetOr
 /// Tells the sheets of a plan apart: the document and the blank.
 QString sheetKey(const PlannedSheet& sheet);
 
+/// Whether a sheet can be printed: it has a blank and is not held back.
+bool isPrintable(const PlannedSheet& sheet);
+
 /// How many different blanks there are.
 int blankCount(const QVector<PlannedSheet>& sheets);
