@@ -18,16 +18,8 @@
 
 namespace {
 
-const QColor frameColor("#7C99FF");
-const QColor errorColor("#D3212D");
-const QColor warningColor("#C46A00");
 const QColor edgeColor("#5A6070");
 const QColor offPageColor("#ECEEF1");
-
-QColor colorOf(const Finding& finding)
-{
-    return finding.severity == Finding::Severity::Error ? errorColor : warningColor;
-}
 
 QFont textFont(int pixelSize)
 {
@@ -50,13 +42,33 @@ ProofPicture::ProofPicture(PageCheck& check, int dpi, bool isBackgroundPrinted,
 
 QImage ProofPicture::draw()
 {
-    const QSize size = sheetSize();
     int legendHeight = 0;
     if (!m_check.findings().isEmpty()) {
         QImage nowhere(1, 1, QImage::Format_RGB32);
         QPainter measuring(&nowhere);
         legendHeight = drawLegend(measuring, 0);
     }
+    return draw(legendHeight, true);
+}
+
+QImage ProofPicture::drawSheetAlone()
+{
+    return draw(0, false);
+}
+
+QColor ProofPicture::frameColor()
+{
+    return "#7C99FF";
+}
+
+QColor ProofPicture::colorOf(Finding::Severity severity)
+{
+    return severity == Finding::Severity::Error ? "#D3212D" : "#C46A00";
+}
+
+QImage ProofPicture::draw(int legendHeight, bool isMarked)
+{
+    const QSize size = sheetSize();
     PageImage image(size.width(), size.height() + legendHeight, QImage::Format_RGB32);
     if (image.isNull()) {
         return QImage();
@@ -68,8 +80,10 @@ QImage ProofPicture::draw()
                            QPainter::SmoothPixmapTransform);
     drawSheet(painter);
     drawEdges(painter);
-    drawFrames(painter);
-    drawMarks(painter);
+    if (isMarked) {
+        drawFrames(painter);
+        drawMarks(painter);
+    }
     if (legendHeight > 0) {
         drawLegend(painter, size.height());
     }
@@ -176,13 +190,13 @@ void ProofPicture::drawFrames(QPainter& painter)
     QMap<int, QColor> marked; // by the item's number
     for (const Finding& finding : m_check.findings()) {
         if (!marked.contains(finding.item) || finding.severity == Finding::Severity::Error) {
-            marked[finding.item] = colorOf(finding);
+            marked[finding.item] = colorOf(finding.severity);
         }
     }
     const QVector<QRectF>& frames = m_check.frames();
     for (int i = 0; i < frames.size(); ++i) {
-        const QColor color = marked.value(i + 1, frameColor);
-        const double width = color == frameColor ? 0.2 : 0.3; // millimetres
+        const QColor color = marked.value(i + 1, frameColor());
+        const double width = color == frameColor() ? 0.2 : 0.3; // millimetres
         painter.setPen(QPen(color, qMax(1.0, pixels(width))));
         painter.drawRect(inPixels(frames[i]));
     }
@@ -248,7 +262,7 @@ void ProofPicture::drawMark(QPainter& painter, const QPointF& centre, int number
     const double size = text.size() <= widestInFull ? 1.0 : 0.72;
     painter.save();
     painter.setPen(QPen(Qt::white, qMax(1.0, radius / 8)));
-    painter.setBrush(colorOf(finding));
+    painter.setBrush(colorOf(finding.severity));
     painter.drawEllipse(centre, radius, radius);
     QFont font = textFont(qMax(qRound(radius * 1.15 * size), 7));
     font.setBold(true);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QImage>
 #include <QPointF>
 #include <QRectF>
@@ -28,10 +29,19 @@ public:
     /// there are findings. Null if there is no memory for it.
     QImage draw();
 
+    /// The sheet alone, for who marks it himself: without frames, marks and legend. Null if there
+    /// is no memory for it.
+    QImage drawSheetAlone();
+
+    /// What frames and marks are painted with: of a frame without findings, and of a finding.
+    static QColor frameColor();
+    static QColor colorOf(Finding::Severity severity);
+
     /// Size of the sheet in the picture, pixels.
     QSize sheetSize() const;
 
 private:
+    QImage draw(int legendHeight, bool isMarked);
     double pixels(double millimetres) const;
     QRectF inPixels(const QRectF& millimetres) const;
     int textSize() const;

@@ -11,6 +11,17 @@
 
 namespace {
 
+/// Asks for this one alone: a list of all printers may take long to come.
+bool isThere(const QString& printer)
+{
+    return !QPrinterInfo::printerInfo(printer).isNull();
+}
+
+bool isThere(const QPrinter& printer)
+{
+    return printer.outputFormat() == QPrinter::PdfFormat || isThere(printer.printerName());
+}
+
 bool isPrinted(const SheetOutcome& outcome)
 {
     return outcome.state == SheetOutcome::State::Printed;
@@ -22,6 +33,9 @@ BatchOutput::BatchOutput(const PrintTarget& target)
     : m_target(target)
     , m_names(target.namePattern)
 {
+    for (const QString& name : target.namesInUse) {
+        m_names.reserve(name);
+    }
 }
 
 BatchOutput::~BatchOutput() = default;
@@ -41,7 +55,7 @@ bool BatchOutput::open()
     }
     if (m_target.printer) {
         m_plainLayout = m_target.printer->pageLayout();
-        return m_target.printer->isValid();
+        return m_target.printer->isValid() && isThere(*m_target.printer);
     }
     return QPrinterInfo::availablePrinterNames().contains(m_target.place);
 }
@@ -78,7 +92,8 @@ SheetOutcome BatchOutput::addCopies(PdfFile& file, const PrintSheet& sheet, Shee
 
 SheetOutcome BatchOutput::printToFile(const PrintSheet& sheet, SheetPage& page)
 {
-    const std::optional<QString> name = m_names.nameFor(sheet.document);
+    const std::optional<QString> name =
+        sheet.fileName.isEmpty() ? m_names.nameFor(sheet.document) : sheet.fileName;
     if (!name) {
         return SheetOutcome::failed(SheetOutcome::Reason::Unreadable);
     }
@@ -97,6 +112,10 @@ SheetOutcome BatchOutput::printToPrinter(const PrintSheet& sheet, SheetPage& pag
 {
     std::unique_ptr<QPrinter> named;
     QPrinter* printer = m_target.printer;
+    // The toolkit does not tell of a queue that takes no job: it must be there before and after.
+    if (printer ? !isThere(*printer) : !isThere(m_target.place)) {
+        return SheetOutcome::failed(SheetOutcome::Reason::PrinterGone);
+    }
     if (printer) {
         // A blank without a paper of its own gets the printer's, not that of the sheet before.
         printer->setPageLayout(m_plainLayout);
@@ -107,8 +126,11 @@ SheetOutcome BatchOutput::printToPrinter(const PrintSheet& sheet, SheetPage& pag
     }
     printer->setDocName("Zelvora " + sheet.document.id.toString());
     printer->setCopyCount(sheet.copies);
-    QPainter painter; // ends before its printer
-    return page.print(*printer, painter)
-               ? SheetOutcome::printed(QString())
-               : SheetOutcome::failed(SheetOutcome::Reason::PrinterRefused);
+    QPainter painter;
+    if (!page.print(*printer, painter)) {
+        return SheetOutcome::failed(SheetOutcome::Reason::PrinterRefused);
+    }
+    painter.end(); // sends the job
+    return isThere(*printer) ? SheetOutcome::printed(QString())
+                             : SheetOutcome::failed(SheetOutcome::Reason::PrinterGone);
 }

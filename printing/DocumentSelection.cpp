@@ -7,6 +7,28 @@
 #include "store/RecordLookup.h"
 #include "store/StoredDate.h"
 
+namespace {
+
+const QString columns =
+    "ID, LNAME, FNAME, MNAME, DOC_GROUP, DOC_TYPE, ISSUE_DATE, BLANK_SER, BLANK_NO";
+
+PrintDocument documentOf(const QSqlQuery& row)
+{
+    PrintDocument document;
+    document.id = row.value(0);
+    document.surname = row.value(1).toString();
+    document.name = row.value(2).toString();
+    document.patronymic = row.value(3).toString();
+    document.group = row.value(4).toString();
+    document.formId = row.value(5);
+    document.issueDate = row.value(6).toString();
+    document.blankSeries = row.value(7).toString();
+    document.blankNumber = row.value(8).toString();
+    return document;
+}
+
+} // namespace
+
 bool DocumentSelection::load(const DocumentFilter& filter)
 {
     m_problem = Problem();
@@ -21,7 +43,8 @@ bool DocumentSelection::loadIds(const QVector<DocumentFilter::IdRange>& ranges)
 {
     QSqlQuery query;
     query.setForwardOnly(true);
-    if (!query.prepare("SELECT ID, LNAME, FNAME FROM docs "
+    if (!query.prepare("SELECT " + columns +
+                       " FROM docs "
                        "WHERE TEMPLATE = 0 AND ID BETWEEN ? AND ? ORDER BY ID"))
     {
         return failToRead(query);
@@ -54,7 +77,7 @@ bool DocumentSelection::loadIds(const QVector<DocumentFilter::IdRange>& ranges)
 
 bool DocumentSelection::loadFiltered(const DocumentFilter& filter)
 {
-    QString statement = "SELECT ID, LNAME, FNAME FROM docs WHERE TEMPLATE = 0";
+    QString statement = "SELECT " + columns + " FROM docs WHERE TEMPLATE = 0";
     QVariantList values;
     const auto addTerm = [&](bool wanted, const char* term, const QVariant& value) {
         if (wanted) {
@@ -127,7 +150,7 @@ bool DocumentSelection::take(QSqlQuery& query, QVector<PrintDocument>& documents
     QVector<PrintDocument> found;
     if (query.exec()) {
         while (query.next()) {
-            found.append({query.value(0), query.value(1).toString(), query.value(2).toString()});
+            found.append(documentOf(query));
         }
     }
     if (query.lastError().isValid()) {

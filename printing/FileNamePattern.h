@@ -27,6 +27,9 @@ public:
     /// so on; one of which nothing is left becomes the ID. None if the document can't be read.
     std::optional<QString> nameFor(const PrintDocument& document);
 
+    /// Counts a name as given.
+    void reserve(const QString& name) { m_given.insert(name.toCaseFolded()); }
+
 private:
     struct Piece
     {

@@ -51,11 +51,7 @@ void PrintBatch::skipNext()
 
 void PrintBatch::spoil(int sheet)
 {
-    SheetOutcome& outcome = m_outcomes[sheet];
-    if (outcome.state == State::Printed) {
-        outcome.state = State::NotPrinted;
-        ++outcome.spoilt;
-    }
+    m_outcomes[sheet].markSpoilt();
 }
 
 SheetOutcome PrintBatch::reprint(int sheet)

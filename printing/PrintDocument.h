@@ -9,4 +9,10 @@ struct PrintDocument
     QVariant id;
     QString surname;
     QString name; ///< first name
+    QString patronymic;
+    QString group;       ///< class
+    QVariant formId;     ///< ID of its form, which may be gone
+    QString issueDate;   ///< as stored
+    QString blankSeries; ///< of its own numbered paper
+    QString blankNumber; ///< likewise
 };

@@ -14,6 +14,7 @@ struct PrintSheet
     BlankChoice blank; ///< without an ID the sheet can't be printed
     int copies = 1;
     bool withBackground = false; ///< whether the blank's background is printed too
+    QString fileName; ///< of its own file, as an earlier batch gave it; empty: by the pattern
 };
 
 /// A sheet for each document, in their order, on the blank that chooseBlank() gives it.

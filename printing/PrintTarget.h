@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class QPrinter;
 
@@ -17,5 +18,6 @@ struct PrintTarget
     Kind kind = Kind::OneFile;
     QString place;               ///< path of the file or folder, or name of the printer
     QString namePattern;         ///< of the files in a folder, as of FileNamePattern
+    QStringList namesInUse = {}; ///< in the folder, that no further sheet is to get
     QPrinter* printer = nullptr; ///< as the user has set it up; null: the printer named `place`
 };

@@ -25,6 +25,7 @@ struct SheetOutcome
         Unreadable,     ///< the document or the blank can't be read
         FileRefused,    ///< `file` can't be written
         PrinterRefused, ///< the printer does not take the page
+        PrinterGone,    ///< there is no such printer any more; what it was sent may be lost
         Findings        ///< the check of its page found something
     };
 
@@ -38,4 +39,14 @@ struct SheetOutcome
     Reason reason = Reason::None;
     QString file;   ///< where it went or should have gone; empty: a printer
     int spoilt = 0; ///< prints of it that came to nothing, by the user's word
+
+    /// The user says that the paper of a sheet that was printed is spoilt: it counts as not
+    /// printed.
+    void markSpoilt()
+    {
+        if (state == State::Printed) {
+            state = State::NotPrinted;
+            ++spoilt;
+        }
+    }
 };

@@ -9,64 +9,18 @@
 #include <QTextStream>
 #include <QVariant>
 
-#include <cmath>
-
 #include "app/TargetFile.h"
 #include "app/TerminalText.h"
 #include "blanks/BlankRecord.h"
-#include "preflight/LengthText.h"
 #include "printing/PdfFile.h"
 #include "printing/calibration/CalibrationSheet.h"
+#include "printing/calibration/OffsetWords.h"
 #include "printing/calibration/PrintOffsets.h"
 #include "render/page/PagePicture.h"
 #include "render/page/PageRows.h"
 #include "store/RecordLookup.h"
 
 namespace {
-
-QString hundredths(double millimetres)
-{
-    QLocale locale = QLocale::system();
-    locale.setNumberOptions(QLocale::OmitGroupSeparator); // to be typed in again
-    return lengthText(std::abs(millimetres), 2, locale);
-}
-
-/// An axis of the page: the name of its offset in the settings of a blank, and its two ways.
-struct Axis
-{
-    QString setting;
-    QString forth;
-    QString back;
-
-    QString wayOf(double millimetres) const { return millimetres > 0 ? forth : back; }
-};
-
-Axis horizontal()
-{
-    return {"Смещение печати X", CalibrationJob::tr("right"), CalibrationJob::tr("left")};
-}
-
-Axis vertical()
-{
-    return {"Смещение печати Y", CalibrationJob::tr("down"), CalibrationJob::tr("up")};
-}
-
-/// "Смещение печати X: 2 mm: moves the print 1.85 mm left, 0.15 mm right remains".
-QString inWords(const PrintOffsets::Offset& offset, const Axis& axis)
-{
-    constexpr double nothing = 0.005; // would be written as 0.00
-    const QString moved = offset.value == 0
-                              ? CalibrationJob::tr("moves nothing")
-                              : CalibrationJob::tr("moves the print %1 mm %2")
-                                    .arg(hundredths(offset.moved), axis.wayOf(offset.moved));
-    const QString remaining =
-        std::abs(offset.remaining) < nothing
-            ? CalibrationJob::tr("nothing remains")
-            : CalibrationJob::tr("%1 mm %2 remains")
-                  .arg(hundredths(offset.remaining), axis.wayOf(offset.remaining));
-    return CalibrationJob::tr("%1: %2 mm: %3, %4")
-        .arg(axis.setting, QString::number(offset.value), moved, remaining);
-}
 
 QString cantReadBlanks(const QString& reason)
 {
@@ -145,8 +99,10 @@ JobResult CalibrationJob::tellOffsets()
         return JobResult::NotDone;
     }
     const PrintOffsets offsets(blank->paper.unitLength());
-    m_out << inWords(offsets.offsetFor(m_options.readOffsets().x()), horizontal()) << '\n'
-          << inWords(offsets.offsetFor(m_options.readOffsets().y()), vertical()) << '\n';
+    const QPointF read = m_options.readOffsets();
+    const OffsetWords words(QLocale::system());
+    m_out << words.inWords(offsets.offsetFor(read.x()), OffsetWords::Axis::X) << '\n'
+          << words.inWords(offsets.offsetFor(read.y()), OffsetWords::Axis::Y) << '\n';
     if (!blank->offsets.isNull()) {
         m_out << tr("The blank \"%1\" has X %2 mm, Y %3 mm now: the new values replace "
                     "them.")

@@ -54,6 +54,8 @@ QString inWords(const PrintSheet& sheet, const SheetOutcome& outcome, const QStr
         return unwritableFile(outcome.file);
     case SheetOutcome::Reason::PrinterRefused:
         return Text::tr("the printer refused document %1").arg(document);
+    case SheetOutcome::Reason::PrinterGone:
+        return Text::tr("the printer has gone, perhaps not printed is document %1").arg(document);
     case SheetOutcome::Reason::Findings:
         return Text::tr("there are findings, not printed is document %1").arg(document);
     case SheetOutcome::Reason::None:

@@ -39,42 +39,6 @@
 <context>
     <name>CalibrationJob</name>
     <message>
-        <source>right</source>
-        <translation>вправо</translation>
-    </message>
-    <message>
-        <source>left</source>
-        <translation>влево</translation>
-    </message>
-    <message>
-        <source>down</source>
-        <translation>вниз</translation>
-    </message>
-    <message>
-        <source>up</source>
-        <translation>вверх</translation>
-    </message>
-    <message>
-        <source>moves nothing</source>
-        <translation>печать не сдвинется</translation>
-    </message>
-    <message>
-        <source>moves the print %1 mm %2</source>
-        <translation>сдвинет печать на %1 мм %2</translation>
-    </message>
-    <message>
-        <source>nothing remains</source>
-        <translation>остатка нет</translation>
-    </message>
-    <message>
-        <source>%1 mm %2 remains</source>
-        <translation>остаток %1 мм %2</translation>
-    </message>
-    <message>
-        <source>%1: %2 mm: %3, %4</source>
-        <translation>%1: %2 мм — %3, %4</translation>
-    </message>
-    <message>
         <source>can&apos;t read the blanks: %1</source>
         <translation>не удалось прочитать бланки: %1</translation>
     </message>
@@ -656,6 +620,45 @@ found something, 2 if the job could not be done.
     </message>
 </context>
 <context>
+    <name>OffsetWords</name>
+    <message>
+        <source>moves nothing</source>
+        <translation>печать не сдвинется</translation>
+    </message>
+    <message>
+        <source>moves the print %1 mm %2</source>
+        <translation>сдвинет печать на %1 мм %2</translation>
+    </message>
+    <message>
+        <source>nothing remains</source>
+        <translation>остатка нет</translation>
+    </message>
+    <message>
+        <source>%1 mm %2 remains</source>
+        <translation>остаток %1 мм %2</translation>
+    </message>
+    <message>
+        <source>%1: %2 mm: %3, %4</source>
+        <translation>%1: %2 мм — %3, %4</translation>
+    </message>
+    <message>
+        <source>right</source>
+        <translation>вправо</translation>
+    </message>
+    <message>
+        <source>left</source>
+        <translation>влево</translation>
+    </message>
+    <message>
+        <source>down</source>
+        <translation>вниз</translation>
+    </message>
+    <message>
+        <source>up</source>
+        <translation>вверх</translation>
+    </message>
+</context>
+<context>
     <name>PrintJob</name>
     <message numerus="yes">
         <source>interrupted; documents printed: %n</source>
@@ -968,6 +971,10 @@ there are findings, 2 if the job could not be done.
     <message>
         <source>can&apos;t write the file %1</source>
         <translation>не удалось записать файл %1</translation>
+    </message>
+    <message>
+        <source>the printer has gone, perhaps not printed is document %1</source>
+        <translation>принтер пропал, возможно, не напечатан документ %1</translation>
     </message>
 </context>
 <context>

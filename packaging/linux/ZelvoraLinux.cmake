@@ -34,11 +34,15 @@ endfunction()
 
 # Programs: read-only master copies behind the launchers. Those that know no directory of the user's
 # need no launcher.
-zelvora_install_system(TARGETS zelvora zelvora-db zelvora-print zelvora-update
+zelvora_install_system(TARGETS zelvora zelvora-batch zelvora-db zelvora-print zelvora-update
     RUNTIME DESTINATION ${program_dir})
 zelvora_install_system(FILES "${linux_dir}/launcher.sh" DESTINATION ${program_dir})
 zelvora_install_system(PROGRAMS "${linux_dir}/zelvora" "${linux_dir}/zelvora-print"
     DESTINATION ${CMAKE_INSTALL_BINDIR})
+# The one launcher serves both: it goes by its name.
+set(batch_launcher "${CMAKE_CURRENT_BINARY_DIR}/zelvora-batch")
+file(CREATE_LINK zelvora-print "${batch_launcher}" SYMBOLIC)
+zelvora_install_system(FILES "${batch_launcher}" DESTINATION ${CMAKE_INSTALL_BINDIR})
 foreach(program zelvora-db zelvora-update)
     set(link "${CMAKE_CURRENT_BINARY_DIR}/${program}")
     file(CREATE_LINK "../${program_dir}/${program}" "${link}" SYMBOLIC)
@@ -52,16 +56,19 @@ if(EXISTS "${update_package}")
 endif()
 
 # Menu entry and icons.
-zelvora_install_system(FILES "${linux_dir}/zelvora.desktop"
+zelvora_install_system(FILES "${linux_dir}/zelvora.desktop" "${linux_dir}/zelvora-batch.desktop"
     DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 zelvora_install_system(FILES "${linux_dir}/org.example.zelvora.metainfo.xml"
     DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 set(icons_dir ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
 foreach(size 16 24 32 48 64 128 256)
-    zelvora_install_system(FILES "${PROJECT_SOURCE_DIR}/resources/appicon/zelvora-${size}.png"
-        DESTINATION ${icons_dir}/${size}x${size}/apps RENAME zelvora.png)
+    foreach(icon zelvora zelvora-batch)
+        zelvora_install_system(FILES "${PROJECT_SOURCE_DIR}/resources/appicon/${icon}-${size}.png"
+            DESTINATION ${icons_dir}/${size}x${size}/apps RENAME ${icon}.png)
+    endforeach()
 endforeach()
 zelvora_install_system(FILES "${PROJECT_SOURCE_DIR}/resources/icons/zelvora.svg"
+    "${PROJECT_SOURCE_DIR}/resources/icons/zelvora-batch.svg"
     DESTINATION ${icons_dir}/scalable/apps)
 
 # Papers.

@@ -24,7 +24,7 @@ for source in *.svg; do
     name=${source%.svg}
     case $name in
     logo | separator | splash) both "$source" "../$name" ;;
-    zelvora | zelvora-small) ;;
+    zelvora | zelvora-batch | zelvora-small) ;;
     *) both "$source" "../res/$name" ;;
     esac
 done
@@ -37,4 +37,11 @@ for size in 16 24 32; do
 done
 for size in 48 64 128 256; do
     render zelvora.svg "../appicon/zelvora-$size.png" "$size" "$size"
+done
+
+# That of the batch window, plain enough for every size.
+render zelvora-batch.svg ../res/zelvora-batch.png 128 128
+render zelvora-batch.svg ../res/zelvora-batch@2x.png 256 256
+for size in 16 24 32 48 64 128 256; do
+    render zelvora-batch.svg "../appicon/zelvora-batch-$size.png" "$size" "$size"
 done

@@ -31,6 +31,8 @@
 #include <functional>
 
 #include "app/AppHelpers.h"
+#include "batch/BatchWindow.h"
+#include "batch/ElidedLabel.h"
 #include "blanks/BlankDlg.h"
 #include "blanks/BlankFormatDialog.h"
 #include "blanks/BlankRecord.h"
@@ -55,6 +57,7 @@
 #include "render/page/BlankPaper.h"
 #include "render/page/PageRows.h"
 #include "store/ChangeOrgDataDlg.h"
+#include "store/DataBase.h"
 #include "store/DataBaseUpdater.h"
 #include "store/UpdatePackage.h"
 
@@ -102,6 +105,7 @@ private:
     void preview();
     void testSheet();
     void proof();
+    void batch();
     void testBlank();
     void exchange();
     void organisation();
@@ -682,6 +686,32 @@ void Pictures::proof()
     save(ProofPicture(check, dpi, false).draw(), "proof");
 }
 
+void Pictures::batch()
+{
+    {
+        BatchWindow window;
+        part<ElidedLabel>(&window, "databaseLabel")->setWholeText("docs.db");
+        window.resize(1220, 660);
+        window.show();
+        part<QLineEdit>(&window, "filterGroupEdit")->setText("ИС-41");
+        part<QCheckBox>(&window, "selectAllCheck")->click();
+        take(&window, "batch-documents");
+        part<QAbstractButton>(&window, "toCheckButton")->click();
+        auto* findings = part<QTreeWidget>(&window, "findingsTree");
+        for (QTreeWidgetItemIterator row(findings); *row; ++row) {
+            if ((*row)->childCount() > 0 && findings->currentItem() == *row) {
+                findings->setCurrentItem((*row)->child(0));
+                break;
+            }
+        }
+        take(&window, "batch-check");
+        part<QAbstractButton>(&window, "toPrintButton")->click();
+        part<QLineEdit>(&window, "fileEdit")->setText("Документы/Партия.pdf");
+        take(&window, "batch-print");
+    }
+    dataBase.open(); // the window's connection only reads
+}
+
 bool Pictures::makeAll(const QStringList& only)
 {
     MainWindow().loadDocTypes(); // the document dialogs offer what the main window has read
@@ -707,6 +737,7 @@ bool Pictures::makeAll(const QStringList& only)
                                                  {"organisation", &Pictures::organisation},
                                                  {"questions", &Pictures::questions},
                                                  {"proof", &Pictures::proof},
+                                                 {"batch", &Pictures::batch},
                                                  {"messages", &Pictures::messages}};
     QStringList unknown = only;
     for (const auto& [name, make] : steps) {

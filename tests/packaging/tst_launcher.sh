@@ -333,6 +333,22 @@ case_print_uses_the_users_directory() {
     assert grep -qF "$HOME/docs.db" <<<"$message"
 }
 
+case_batch_uses_the_users_directory() {
+    assert_equal "$("$system/bin/zelvora-batch" --version)" 1.1.0.9
+    "$system/bin/zelvora-db" sample "$app_dir" >/dev/null
+    "$system/bin/zelvora-batch" >"$log" 2>&1 &
+    pid=$!
+    pids+=("$pid")
+    local attempt
+    for ((attempt = 0; attempt < 300; attempt++)); do
+        ! find "/proc/$pid/fd" -lname "$app_dir/docs.db" 2>/dev/null | grep -q . || break
+        kill -0 "$pid" 2>/dev/null || fail "the window ended"
+        sleep 0.1
+    done
+    assert [ "$attempt" -lt 300 ]
+    stop
+}
+
 case_print_heeds_the_callers_directory() {
     "$system/bin/zelvora-db" sample "$app_dir" >/dev/null
     mkdir "$HOME/here"
@@ -360,16 +376,19 @@ case_message_in_a_window() {
 }
 
 case_portable_layout_is_separate() {
-    assert_equal "$(files "$work/portable")" "zelvora zelvora-db zelvora-print zelvora-update "
+    assert_equal "$(files "$work/portable")" "zelvora zelvora-batch zelvora-db zelvora-print zelvora-update "
 }
 
 case_desktop_files_are_valid() {
-    assert desktop-file-validate "$system/share/applications/zelvora.desktop"
-    local size
+    assert desktop-file-validate "$system/share/applications/zelvora.desktop" \
+        "$system/share/applications/zelvora-batch.desktop"
+    local size icon
     for size in 16 24 32 48 64 128 256; do
         # Width and height in the header of a PNG file.
-        assert_equal "$(od -An -tu4 --endian=big -j16 -N8 \
-            "$system/share/icons/hicolor/${size}x$size/apps/zelvora.png" | xargs)" "$size $size"
+        for icon in zelvora zelvora-batch; do
+            assert_equal "$(od -An -tu4 --endian=big -j16 -N8 \
+                "$system/share/icons/hicolor/${size}x$size/apps/$icon.png" | xargs)" "$size $size"
+        done
     done
     if command -v appstreamcli >/dev/null; then
         assert appstreamcli validate --no-net "$system"/share/metainfo/*.xml >/dev/null

@@ -82,6 +82,7 @@ private slots:
     void inkWhereItPrints();
     void framesHideNoInk();
     void framesAndMarks();
+    void sheetAlone();
     void marksStandApart();
     void backgroundStaysOrMoves();
     void restOfTheSheet();
@@ -183,6 +184,19 @@ void tst_ProofPicture::framesAndMarks()
                         toPixels(6));
     QVERIFY(countIn(image, beside, isRed) > 200);
     QCOMPARE(countIn(image, QRectF(0, 0, image.width(), toPixels(250 * unit)), isRed), 0);
+}
+
+void tst_ProofPicture::sheetAlone()
+{
+    CheckedPage page;
+    // The text does not fit: a finding, which would have a mark and a legend.
+    page.check({blankItem(0, "Очень длинный текст для такой рамки", QRectF(300, 300, 60, 30))});
+    QVERIFY(!page.pageCheck.findings().isEmpty());
+    ProofPicture picture(page.pageCheck, dpi, false);
+    const QImage alone = picture.drawSheetAlone();
+    QCOMPARE(alone.size(), picture.sheetSize());
+    QCOMPARE(countIn(alone, alone.rect(), isRed) + countIn(alone, alone.rect(), isBlue), 0);
+    QVERIFY(!blackOf(alone, alone.rect()).isEmpty());
 }
 
 void tst_ProofPicture::marksStandApart()

@@ -3,6 +3,7 @@
 #include <QSqlQuery>
 
 #include "printing/DocumentSelection.h"
+#include "support/PrintFixture.h"
 #include "support/PrintProgram.h"
 #include "tools/PrintOptions.h"
 #include "tools/PrintWords.h"
@@ -41,6 +42,7 @@ class tst_DocumentSelection : public QObject
 
 private slots:
     void namesOfADocument();
+    void whatAListShowsOfADocument();
     void idsInTheirOrder();
     void unknownIdsAreTold();
     void filters_data();
@@ -66,6 +68,21 @@ void tst_DocumentSelection::namesOfADocument()
     QCOMPARE(chosen({"--id", "4"}, selection), QString("4"));
     QCOMPARE(selection.documents().first().surname, QString("О'Нил"));
     QCOMPARE(selection.documents().first().name, QString("Иван"));
+}
+
+void tst_DocumentSelection::whatAListShowsOfADocument()
+{
+    PrintFixture directory;
+    directory.addDocument({}, {{"DOC_TYPE", 7}, {"DOC_GROUP", "11Б"}, {"BLANK_NO", "000777"}});
+    DocumentSelection selection;
+    QVERIFY(selection.load({}));
+    const PrintDocument& document = selection.documents().first();
+    QCOMPARE(document.patronymic, QString("Петрович"));
+    QCOMPARE(document.group, QString("11Б"));
+    QCOMPARE(document.formId.toInt(), 7);
+    QCOMPARE(document.issueDate, QString("2021-06-25"));
+    QCOMPARE(document.blankSeries, QString("АБ"));
+    QCOMPARE(document.blankNumber, QString("000777"));
 }
 
 void tst_DocumentSelection::idsInTheirOrder()

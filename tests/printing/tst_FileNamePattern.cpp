@@ -8,7 +8,9 @@ namespace {
 
 PrintDocument document(const QVariant& id)
 {
-    return {id, QString(), QString()};
+    PrintDocument document;
+    document.id = id;
+    return document;
 }
 
 } // namespace

@@ -122,6 +122,8 @@ private slots:
     void sheetBySheet();
     void unknownPaperIsThePrintersOwn();
     void unprintedSheetsMakeABatch();
+    void furtherBatchKeepsTheFirstFiles();
+    void sheetKeepsItsFile();
     void endedByTheCaller();
     void checkTellsOfEachSheet();
     void checkStops();
@@ -389,6 +391,36 @@ void tst_PrintBatchEngine::unprintedSheetsMakeABatch()
     QVERIFY(further.begin());
     QVERIFY(further.run());
     QCOMPARE(PdfMeasure(desk.path("x.pdf")).text(2), QString("Диплом: Петрова"));
+}
+
+// The files of a document's title and supplement differ by a number. A further batch that prints
+// one of them must not take the name of the other.
+void tst_PrintBatchEngine::furtherBatchKeepsTheFirstFiles()
+{
+    const Desk desk;
+    Diary diary;
+    PrintTarget target = desk.folder();
+    PrintBatch batch({desk.sheets("Титул")[0]}, target, diary);
+    QVERIFY(batch.begin());
+    QVERIFY(batch.run());
+    target.namesInUse << "ИВАНОВ.pdf"; // a file system may not tell letter case apart
+    PrintBatch further({desk.sheets("Приложение")[0]}, target, diary);
+    QVERIFY(further.begin());
+    QVERIFY(further.run());
+    QCOMPARE(desk.filesInFolder(), (QStringList{"Иванов (2).pdf", "Иванов.pdf"}));
+    QCOMPARE(PdfMeasure(desk.path("out/Иванов.pdf")).text(), QString("Диплом: Иванов"));
+}
+
+void tst_PrintBatchEngine::sheetKeepsItsFile()
+{
+    const Desk desk;
+    Diary diary;
+    QVector<PrintSheet> sheets = {desk.sheets("Титул")[0]};
+    sheets[0].fileName = "Второй (2).pdf";
+    PrintBatch batch(sheets, desk.folder(), diary);
+    QVERIFY(batch.begin());
+    QVERIFY(batch.run());
+    QCOMPARE(desk.filesInFolder(), QStringList("Второй (2).pdf"));
 }
 
 void tst_PrintBatchEngine::endedByTheCaller()

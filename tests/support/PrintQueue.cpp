@@ -23,6 +23,11 @@ PrintQueue::PrintQueue()
 
 PrintQueue::~PrintQueue()
 {
+    stop();
+}
+
+void PrintQueue::stop()
+{
     m_server.kill();
     m_server.waitForFinished();
 }
@@ -32,6 +37,12 @@ QProcessEnvironment PrintQueue::environment(QProcessEnvironment base) const
     base.insert("CUPS_SERVER", "127.0.0.1:" + m_port);
     base.insert("HOME", m_dir.path()); // no settings of the user's own printers
     return base;
+}
+
+void PrintQueue::takeOver() const
+{
+    qputenv("CUPS_SERVER", "127.0.0.1:" + m_port);
+    qputenv("HOME", m_dir.path().toUtf8());
 }
 
 int PrintQueue::jobCount() const

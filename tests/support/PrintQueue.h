@@ -22,6 +22,13 @@ public:
     /// The environment of a program that is to see this printer and no other.
     QProcessEnvironment environment(QProcessEnvironment base) const;
 
+    /// Makes the program that runs see this printer and no other. To be called before it asks for
+    /// its first one.
+    void takeOver() const;
+
+    /// Ends the server: the printer is gone.
+    void stop();
+
     /// How many jobs have come.
     int jobCount() const;
 

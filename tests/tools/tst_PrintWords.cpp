@@ -33,6 +33,8 @@ void tst_PrintWords::reasons_data()
                                 << "document 5: it or its blank can't be read";
     QTest::newRow("file") << Reason::FileRefused << "can't write the file out/x.pdf";
     QTest::newRow("printer") << Reason::PrinterRefused << "the printer refused document 5";
+    QTest::newRow("printer gone") << Reason::PrinterGone
+                                  << "the printer has gone, perhaps not printed is document 5";
     QTest::newRow("findings") << Reason::Findings
                               << "there are findings, not printed is document 5";
 }
