@@ -17,9 +17,12 @@ namespace {
 BlanksTable::Choice choiceFor(const QString& name, const QVariant& id,
                               const QVector<BlanksTable::Choice>& known)
 {
-    const auto found = std::find_if(known.cbegin(), known.cend(),
-                                    [&](const auto& choice) { return choice.id == id; });
-    BlanksTable::Choice choice = found == known.cend() ? BlanksTable::Choice() : *found;
+    BlanksTable::Choice choice;
+    for (const BlanksTable::Choice& earlier : known) {
+        if (earlier.id == id) {
+            choice = earlier;
+        }
+    }
     choice.id = id;
     choice.name = name.trimmed().isEmpty() ? "Бланк " + id.toString() : name.simplified();
     return choice;

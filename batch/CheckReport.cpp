@@ -55,6 +55,7 @@ bool CheckReport::writeCsv(const QString& path, QString* error) const
         const SheetChecks::Result& result = m_checks.result(sheet);
         if (result.findings.isEmpty()) {
             table += csvRow(csvLine(sheet, nullptr));
+            continue;
         }
         for (const Finding& finding : result.findings) {
             table += csvRow(csvLine(sheet, &finding));
