@@ -59,7 +59,7 @@ void tst_StoredPath::found()
     QVERIFY(makeFile(file));
     const QString found = storedFilePath(m_dir->path(), stored);
     QVERIFY2(QFile::exists(found), qPrintable(found));
-    QCOMPARE(QFileInfo(found).canonicalFilePath(), QFileInfo(path(file)).canonicalFilePath());
+    QVERIFY2(QFileInfo(found) == QFileInfo(path(file)), qPrintable(found));
 }
 
 void tst_StoredPath::notFound_data()
