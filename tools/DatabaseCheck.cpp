@@ -259,8 +259,7 @@ void DatabaseCheck::checkBlanks()
         checkPaperFormat(query.value(6), row + ", PAPER_FORMAT");
         const QString background = query.value(2).toString();
         if (!background.isEmpty()) {
-            checkFile(storedFilePath(QFileInfo(m_path).path(), background), row,
-                      "BACKGROUND_IMG");
+            checkFile(storedFilePath(QFileInfo(m_path).path(), background), row, "BACKGROUND_IMG");
         }
         if (query.value(3).isNull()) {
             continue; // never opened in the editor
