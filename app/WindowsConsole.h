@@ -6,8 +6,8 @@
 
 #include "app/StandardStream.h"
 
-/// A console of Windows that UTF-8 is written to. It shows the letters as they are, independent of its
-/// code page, which other programs in the same console go on using.
+/// A console of Windows that UTF-8 is written to. It shows the letters as they are, independent of
+/// its code page, which other programs in the same console go on using.
 class WindowsConsole : public QIODevice
 {
 public:

@@ -35,6 +35,12 @@ add_library(Zelvora::libzip UNKNOWN IMPORTED)
 set_target_properties(Zelvora::libzip PROPERTIES
     IMPORTED_LOCATION "${ZELVORA_LIBZIP_LIBRARY}"
     INTERFACE_INCLUDE_DIRECTORIES "${ZELVORA_LIBZIP_INCLUDE_DIR}")
+if(MINGW)
+    # There it is an archive of objects, which tells nothing of what it needs itself.
+    find_library(ZELVORA_ZLIB_LIBRARY NAMES libz.a REQUIRED)
+    set_target_properties(Zelvora::libzip PROPERTIES
+        INTERFACE_LINK_LIBRARIES "${ZELVORA_ZLIB_LIBRARY}")
+endif()
 
 # Copies a database that may be in use, on connections of its own: the toolkit's driver does not give
 # that interface.

@@ -42,14 +42,22 @@ void tst_StoredPath::found_data()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("stored");
-    QTest::newRow("as told") << "blanks/a.png" << "blanks/a.png";
-    QTest::newRow("separator") << "blanks/a.png" << "blanks\\a.png";
-    QTest::newRow("leading separator") << "blanks/a.png" << "\\blanks\\a.png";
-    QTest::newRow("case of the file") << "blanks/a.png" << "blanks/A.PNG";
-    QTest::newRow("case of the folder") << "blanks/a.png" << "BLANKS/a.png";
-    QTest::newRow("file in capitals") << "blanks/SCAN.JPG" << "Blanks\\scan.jpg";
-    QTest::newRow("Cyrillic letters") << "blanks/Титул/Фон.png" << "blanks\\ТИТУЛ\\фон.png";
-    QTest::newRow("with blanks") << "blanks/Титул/мой фон.png" << "blanks\\титул\\Мой фон.PNG";
+    QTest::newRow("as told") << "blanks/a.png"
+                             << "blanks/a.png";
+    QTest::newRow("separator") << "blanks/a.png"
+                               << "blanks\\a.png";
+    QTest::newRow("leading separator") << "blanks/a.png"
+                                       << "\\blanks\\a.png";
+    QTest::newRow("case of the file") << "blanks/a.png"
+                                      << "blanks/A.PNG";
+    QTest::newRow("case of the folder") << "blanks/a.png"
+                                        << "BLANKS/a.png";
+    QTest::newRow("file in capitals") << "blanks/SCAN.JPG"
+                                      << "Blanks\\scan.jpg";
+    QTest::newRow("Cyrillic letters") << "blanks/Титул/Фон.png"
+                                      << "blanks\\ТИТУЛ\\фон.png";
+    QTest::newRow("with blanks") << "blanks/Титул/мой фон.png"
+                                 << "blanks\\титул\\Мой фон.PNG";
 }
 
 void tst_StoredPath::found()
@@ -59,7 +67,7 @@ void tst_StoredPath::found()
     QVERIFY(makeFile(file));
     const QString found = storedFilePath(m_dir->path(), stored);
     QVERIFY2(QFile::exists(found), qPrintable(found));
-    QCOMPARE(QFileInfo(found).canonicalFilePath(), QFileInfo(path(file)).canonicalFilePath());
+    QVERIFY2(QFileInfo(found) == QFileInfo(path(file)), qPrintable(found));
 }
 
 void tst_StoredPath::notFound_data()

@@ -48,10 +48,10 @@ QImage printedPage()
     PrintFixture app;
     const QVariant document = app.addDocument(
         {{"#TABLE", tableEntry({{"Алгебра", "пять", "зачёт"}, {"География", "четыре", ""}})}});
-    const QVariant blank = app.addBlank(
-        {blankItem(0, "Диплом №1", QRectF(20, 20, 300, 80)),
-         blankItem(0, "Росчерк", QRectF(400, 20, 300, 200), {{"f_cut", 1}}),
-         blankItem(2, "#TABLE", QRectF(20, 300, 500, 200), {{"f_cut", 1}})});
+    const QVariant blank =
+        app.addBlank({blankItem(0, "Диплом №1", QRectF(20, 20, 300, 80)),
+                      blankItem(0, "Росчерк", QRectF(400, 20, 300, 200), {{"f_cut", 1}}),
+                      blankItem(2, "#TABLE", QRectF(20, 300, 500, 200), {{"f_cut", 1}})});
     QGraphicsScene page;
     PageBuilder builder;
     if (!builder.build(&page, document, blank, nullptr)) {
