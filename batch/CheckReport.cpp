@@ -55,11 +55,9 @@ bool CheckReport::writeCsv(const QString& path, QString* error) const
         const SheetChecks::Result& result = m_checks.result(sheet);
         if (result.findings.isEmpty()) {
             table += csvRow(csvLine(sheet, nullptr));
-            continue;
         }
-        for (const Finding& finding : result.findings) {
-            table += csvRow(csvLine(sheet, &finding));
-        }
+        std::for_each(result.findings.cbegin(), result.findings.cend(),
+                      [&](const Finding& finding) { table += csvRow(csvLine(sheet, &finding)); });
     }
     return writeWholeFile(path, table, error);
 }

@@ -369,7 +369,8 @@ void tst_CheckStep::pageOfThePreview()
     const QRectF place(0, 0, 297 * scale, 210 * scale);
     preview.pageScene()->render(&painter, place, page->sceneRect(), Qt::IgnoreAspectRatio);
     painter.end();
-    QCOMPARE(shown.convertToFormat(QImage::Format_RGB32), QImage(image));
+    const QImage& expected = image;
+    QCOMPARE(shown.convertToFormat(QImage::Format_RGB32), expected);
 }
 
 void tst_CheckStep::zooms()
