@@ -282,11 +282,11 @@ void tst_BlankDlg::backgroundFitsTheView()
 
 void tst_BlankDlg::backgroundNamedAsOnWindows()
 {
-    QVERIFY(QDir(app->path()).mkpath("blanks"));
-    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(app->path("blanks/a.png")));
+    QVERIFY(QDir(m_app->path()).mkpath("blanks"));
+    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(m_app->path("blanks/a.png")));
     BlankRow row;
     row.background = "Blanks\\A.PNG";
-    insertBlank(*app, row);
+    insertBlank(*m_app, row);
     openList();
     list()->selectRow(0);
     QVERIFY(!picture()->pixmap().isNull());
