@@ -501,8 +501,8 @@ void tst_BlankWindow::backgroundIsScaledIntoTheSize()
 
 void tst_BlankWindow::backgroundNamedAsOnWindows()
 {
-    QVERIFY(QDir(app->path()).mkpath("blanks"));
-    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(app->path("blanks/a.png")));
+    QVERIFY(QDir(m_app->path()).mkpath("blanks"));
+    QVERIFY(QImage(300, 100, QImage::Format_RGB32).save(m_app->path("blanks/a.png")));
     BlankRow row;
     row.background = "Blanks\\A.PNG";
     open(row);
