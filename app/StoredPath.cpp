@@ -10,7 +10,7 @@ namespace {
 /// Path of what a folder has under a name in any case; empty if there is nothing.
 QString entryOf(const QString& folder, const QString& name)
 {
-    const QString told = folder + "/" + name;
+    QString told = folder + "/" + name;
     if (QFileInfo::exists(told)) {
         return told;
     }
@@ -26,7 +26,7 @@ QString entryOf(const QString& folder, const QString& name)
 
 QString storedFilePath(const QString& folder, const QString& stored)
 {
-    const QString told = folder + "/" + stored;
+    QString told = folder + "/" + stored;
     if (QFileInfo::exists(told)) {
         return told;
     }

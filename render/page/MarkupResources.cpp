@@ -96,6 +96,9 @@ QByteArray MarkupResources::bytesOf(const QUrl& url, qint64 largest)
     if (scheme == "qrc") {
         return bytesOfFile(':' + url.path(), largest);
     }
+    if (scheme.size() == 1) { // the drive of a path on Windows
+        return bytesOfFile(url.toString(), largest);
+    }
     if ((!scheme.isEmpty() && scheme != "file") || !url.host().isEmpty()) {
         return QByteArray();
     }

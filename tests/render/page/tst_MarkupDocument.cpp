@@ -237,6 +237,9 @@ void tst_MarkupDocument::loadsNothingElse()
 
 void tst_MarkupDocument::loadsNoLinkThatLeadsOut()
 {
+#ifdef Q_OS_WIN
+    QSKIP("the toolkit's links are files of the desktop there");
+#endif
     const QString link = m_application->path("link.png");
     const QString folder = m_application->path("folder");
     if (!QFile::link(outside("red.png"), link) || !QFile::link(m_outside->path(), folder)) {
