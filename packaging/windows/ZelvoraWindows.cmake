@@ -32,6 +32,8 @@ endfunction()
 # One line a program.
 zelvora_windows_program(zelvora requireAdministrator
     "Zelvora: учёт и печать документов об образовании" MENU "Zelvora")
+zelvora_windows_program(zelvora-batch asInvoker "Zelvora: печать партии"
+    MENU "Zelvora - Печать партии")
 zelvora_windows_program(zelvora-db asInvoker "Zelvora: базы данных, проверка и архивы")
 zelvora_windows_program(zelvora-print asInvoker "Zelvora: печать из командной строки")
 zelvora_windows_program(zelvora-update asInvoker "Zelvora: пакеты обновления")
