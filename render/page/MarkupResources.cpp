@@ -77,7 +77,7 @@ QPixmap MarkupResources::picture(const QString& name)
 
 QString MarkupResources::styleSheet(const QUrl& url)
 {
-    const QString text = QString::fromUtf8(bytesOf(url, largestStyleSheet));
+    QString text = QString::fromUtf8(bytesOf(url, largestStyleSheet));
     const int rules = text.count('{') + text.count(',') + text.count('@');
     if (rules > m_styleRules) {
         return QString();
@@ -114,7 +114,7 @@ QByteArray MarkupResources::bytesOfFile(const QString& name, qint64 largest)
     if (file.fileName().isEmpty() || !isSmall || !file.open(QIODevice::ReadOnly)) {
         return QByteArray();
     }
-    const QByteArray bytes = file.read(largest);
+    QByteArray bytes = file.read(largest);
     m_bytes -= bytes.size();
     return bytes;
 }
