@@ -63,7 +63,10 @@ public:
     Desk()
     {
         for (const char* surname : {"Иванов", "Петрова", "Иваненко"}) {
-            documents.append({addDocument({}, {{"LNAME", surname}}), surname, QString()});
+            PrintDocument document;
+            document.id = addDocument({}, {{"LNAME", surname}});
+            document.surname = surname;
+            documents.append(document);
         }
         addBlank({blankItem(0, "Диплом: #LNAME", QRectF(50, 50, 400, 60))}, {{"NAME", "Титул"}});
         addBlank({blankItem(0, "Вкладыш: #LNAME", QRectF(50, 50, 400, 60))},
