@@ -282,7 +282,14 @@ void tst_CheckStep::closesWhileItChecks()
     desk.addBlank({blankItem(0, "#LNAME", large)});
     desk.addDocuments(500);
     desk.open();
-    QTimer::singleShot(100, &desk.window(), &QWidget::close);
+    auto* bar = desk.window().findChild<CheckStep*>()->findChild<QProgressBar*>("progressBar");
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&] {
+        if (bar->value() > 20) {
+            desk.window().close();
+        }
+    });
+    timer.start(0);
     checkAll(desk);
     QVERIFY(desk.findings()->topLevelItemCount() < 500);
     QTRY_VERIFY(!desk.window().isVisible());
