@@ -304,6 +304,6 @@ QString CheckStep::emptyTreeNotice() const
     if (m_isBusy) {
         return "Идёт проверка…";
     }
-    return m_checks.checkedCount() == 0 ? "Нажмите «ПРОВЕРИТЬ»: программа посмотрит каждый лист"
+    return m_checks.checkedCount() == 0 ? "Нажмите «Проверить»: программа посмотрит каждый лист"
                                         : "Замечаний нет";
 }

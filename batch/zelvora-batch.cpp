@@ -1,11 +1,9 @@
 #include <QApplication>
 #include <QDir>
-#include <QTextStream>
-
-#include <cstdio>
 
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
+#include "app/StandardStream.h"
 #include "batch/BatchWindow.h"
 
 namespace {
@@ -50,10 +48,8 @@ Options parse(const QStringList& arguments)
 bool answer(const Options& options, int& status)
 {
     constexpr int failure = 2;
-    QTextStream out(stdout);
-    QTextStream err(stderr);
-    out.setCodec("UTF-8");
-    err.setCodec("UTF-8");
+    StandardStream out(StandardStream::Channel::Output);
+    StandardStream err(StandardStream::Channel::Error);
     status = 0;
     if (!options.isValid) {
         err << help;
