@@ -67,6 +67,15 @@ bool PdfFile::addPage(const Paint& paint)
 bool PdfFile::commit()
 {
     m_painter.end();
+    const bool isWritten = writeTarget();
+    // Now, not with this object: a window keeps the results of a batch for long.
+    m_part.remove();
+    m_unfinished.reset();
+    return isWritten;
+}
+
+bool PdfFile::writeTarget()
+{
     // Through a second file: only that one can take the place of an older file in one go, with the
     // rights that a new file of the user has.
     QFile part(m_part.fileName());

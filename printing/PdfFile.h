@@ -37,6 +37,8 @@ public:
     bool commit();
 
 private:
+    bool writeTarget();
+
     QString m_path;
     TargetFile::Links m_links;
     QTemporaryFile m_part;

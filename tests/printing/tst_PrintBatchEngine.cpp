@@ -149,6 +149,8 @@ void tst_PrintBatchEngine::allInOneFile()
     QCOMPARE(pdf.text(1), QString("Диплом: Иванов"));
     QCOMPARE(pdf.text(3), QString("Диплом: Иваненко"));
     QVERIFY(batch.unprinted().isEmpty());
+    // Nothing is left beside the file, though the batch is still there.
+    QCOMPARE(QDir(desk.path()).entryList({".zelvora*"}, QDir::Files | QDir::Hidden), QStringList());
 }
 
 void tst_PrintBatchEngine::aFileForEach()
