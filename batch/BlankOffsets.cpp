@@ -7,6 +7,7 @@
 #include <QSqlQuery>
 
 #include "app/AppHelpers.h"
+#include "blanks/BlankRecord.h"
 #include "render/page/PageRows.h"
 
 namespace {
@@ -90,8 +91,7 @@ std::optional<BlankOffsets> BlankOffsets::read(const QVariant& id, QString* erro
 
 QString BlankOffsets::name() const
 {
-    const QString name = m_row.value("NAME").toString();
-    return name.isEmpty() ? "Бланк " + m_row.value("ID").toString() : name;
+    return shownBlankName(m_row.value("NAME").toString(), m_row.value("ID"));
 }
 
 QPoint BlankOffsets::offsets() const

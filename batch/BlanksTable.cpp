@@ -10,6 +10,7 @@
 #include "app/widgets/CellTextDelegate.h"
 #include "app/widgets/WheelGuard.h"
 #include "batch/SheetText.h"
+#include "blanks/BlankRecord.h"
 
 namespace {
 
@@ -24,7 +25,7 @@ BlanksTable::Choice choiceFor(const QString& name, const QVariant& id,
         }
     }
     choice.id = id;
-    choice.name = name.trimmed().isEmpty() ? "Бланк " + id.toString() : name.simplified();
+    choice.name = shownBlankName(name.simplified(), id);
     return choice;
 }
 

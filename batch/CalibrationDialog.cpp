@@ -11,6 +11,7 @@
 #include "app/AppHelpers.h"
 #include "app/AppStyle.h"
 #include "app/widgets/LongItems.h"
+#include "blanks/BlankRecord.h"
 #include "printing/PdfFile.h"
 #include "printing/calibration/CalibrationSheet.h"
 #include "printing/calibration/OffsetWords.h"
@@ -71,9 +72,8 @@ void CalibrationDialog::fillBlanks(const QVariant& current)
     query.setForwardOnly(true);
     query.exec("SELECT ID, NAME FROM blanks ORDER BY ID");
     while (query.next()) {
-        const QString name = query.value("NAME").toString();
-        m_ui->blankCmb->addItem(name.isEmpty() ? "Бланк " + query.value("ID").toString() : name,
-                                query.value("ID"));
+        const QVariant id = query.value("ID");
+        m_ui->blankCmb->addItem(shownBlankName(query.value("NAME").toString(), id), id);
     }
     m_ui->blankCmb->setCurrentIndex(qMax(m_ui->blankCmb->findData(current), 0));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVector>
 
 #include "printing/PrintSheet.h"
 
@@ -16,3 +17,6 @@ struct PlannedSheet
     bool hasErrors = false;  ///< found by the check
     bool isHeldBack = false; ///< errors, and they are not to be printed
 };
+
+/// What the engine takes of the sheets, in their order.
+QVector<PrintSheet> printSheets(const QVector<PlannedSheet>& planned);

@@ -15,22 +15,13 @@ namespace {
 constexpr int retryMs = 100;
 constexpr int patienceMs = 5000; // as long as any other program of this database waits
 
-QVector<PrintSheet> sheetsOfPlan(const PrintPlan& plan)
-{
-    QVector<PrintSheet> sheets;
-    for (const PlannedSheet& planned : plan.sheets) {
-        sheets.append(planned.sheet);
-    }
-    return sheets;
-}
-
 } // namespace
 
 PrintRun::PrintRun(const PrintPlan& plan, BatchJournal& journal, QObject* parent)
     : QObject(parent)
     , m_plan(plan)
     , m_journal(journal)
-    , m_batch(sheetsOfPlan(plan), plan.target, *this)
+    , m_batch(printSheets(plan.sheets), plan.target, *this)
 {
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &PrintRun::tick);

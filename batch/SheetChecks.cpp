@@ -18,16 +18,6 @@ QString keyOf(const PrintSheet& sheet)
            (sheet.withBackground ? "/b" : "");
 }
 
-QVector<PrintSheet> printSheets(const QVector<PlannedSheet>& planned)
-{
-    QVector<PrintSheet> sheets;
-    sheets.reserve(planned.size());
-    for (const PlannedSheet& sheet : planned) {
-        sheets << sheet.sheet;
-    }
-    return sheets;
-}
-
 } // namespace
 
 bool SheetChecks::Result::hasErrors() const
