@@ -75,7 +75,14 @@ SheetOutcome BatchOutput::print(const PrintSheet& sheet, SheetPage& page)
 
 bool BatchOutput::finish()
 {
-    return !m_commonFile || m_commonFile->commit();
+    const bool isWhole = !m_commonFile || m_commonFile->commit();
+    m_commonFile.reset();
+    return isWhole;
+}
+
+void BatchOutput::discard()
+{
+    m_commonFile.reset();
 }
 
 SheetOutcome BatchOutput::addCopies(PdfFile& file, const PrintSheet& sheet, SheetPage& page)

@@ -31,6 +31,9 @@ public:
     /// file that had the name is then as it was. Other targets have nothing to end.
     bool finish();
 
+    /// Removes what was written of a common file that is not to be. Other targets have none.
+    void discard();
+
     /// Of the common file or the folder, or the printer's name.
     QString path() const { return m_target.place; }
 
@@ -43,6 +46,6 @@ private:
 
     PrintTarget m_target;
     FileNamePattern m_names;
-    std::unique_ptr<PdfFile> m_commonFile; // null for other targets
+    std::unique_ptr<PdfFile> m_commonFile; // null for other targets, and before and after the batch
     QPageLayout m_plainLayout;             // of the target's own printer
 };

@@ -81,12 +81,13 @@ bool PrintBatch::finish()
     if (next() >= 0) {
         m_end = End::Stopped;
     }
-    if (!m_output.isOneFile() || count(State::Printed) == 0) {
+    if (!m_output.isOneFile()) {
         return m_end == End::Whole;
     }
-    if (m_end != End::Whole) {
+    if (m_end != End::Whole || count(State::Printed) == 0) {
         discard(State::NotPrinted, Reason::None);
-        return false;
+        m_output.discard(); // now: a window keeps the results of a batch for long
+        return m_end == End::Whole;
     }
     if (!m_output.finish()) {
         m_end = End::FileRefused;

@@ -55,7 +55,7 @@ public:
     /// printed.
     void spoil(int sheet);
 
-    /// Prints a sheet once more, whose turn was before, and tells the observer.
+    /// Prints a sheet once more, whose turn was before, and tells the observer. Not after finish().
     SheetOutcome reprint(int sheet);
 
     /// Ends the batch, early or not. A common file gets its name only if every sheet had its turn

@@ -306,6 +306,8 @@ void tst_PrintStep::stoppedFileIsNotKept()
     QCOMPARE(desk.result(), QString("Печать остановлена. Неполный файл не сохраняется. Напечатано "
                                     "0, не напечатано 3."));
     QVERIFY(!QFileInfo::exists(desk.path("x.pdf")));
+    // Nothing hidden stays either while the window shows the results.
+    QCOMPARE(QDir(desk.path()).entryList({"*.pdf"}, QDir::Files | QDir::Hidden), QStringList());
     QCOMPARE(desk.journal().last().section(';', -1), QString("файл не записан"));
     desk.click("printRestButton");
     QCOMPARE(PdfMeasure(desk.path("x.pdf")).pageCount(), 3);

@@ -90,6 +90,12 @@ public:
         return QDir(path("out")).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     }
 
+    /// Beside the common file.
+    QStringList unfinishedFiles() const
+    {
+        return QDir(path()).entryList({".zelvora*"}, QDir::Files | QDir::Hidden);
+    }
+
     QVector<PrintDocument> documents;
 };
 
@@ -150,7 +156,7 @@ void tst_PrintBatchEngine::allInOneFile()
     QCOMPARE(pdf.text(3), QString("Диплом: Иваненко"));
     QVERIFY(batch.unprinted().isEmpty());
     // Nothing is left beside the file, though the batch is still there.
-    QCOMPARE(QDir(desk.path()).entryList({".zelvora*"}, QDir::Files | QDir::Hidden), QStringList());
+    QCOMPARE(desk.unfinishedFiles(), QStringList());
 }
 
 void tst_PrintBatchEngine::aFileForEach()
@@ -225,16 +231,15 @@ void tst_PrintBatchEngine::stoppedFileIsThrownAway()
     const Desk desk;
     Diary diary;
     diary.stopBefore = 2;
-    {
-        PrintBatch batch(desk.sheets(), desk.oneFile(), diary);
-        QVERIFY(batch.begin());
-        QVERIFY(!batch.run());
-        QCOMPARE(batch.end(), End::Stopped);
-        QCOMPARE(batch.count(State::NotPrinted), 3);
-        QCOMPARE(batch.unprinted().size(), 3);
-    }
+    PrintBatch batch(desk.sheets(), desk.oneFile(), diary);
+    QVERIFY(batch.begin());
+    QCOMPARE(desk.unfinishedFiles().size(), 1);
+    QVERIFY(!batch.run());
+    QCOMPARE(batch.end(), End::Stopped);
+    QCOMPARE(batch.count(State::NotPrinted), 3);
+    QCOMPARE(batch.unprinted().size(), 3);
     QVERIFY(!QFileInfo::exists(desk.path("x.pdf")));
-    QVERIFY(QDir(desk.path()).entryList({".zelvora*"}, QDir::Files | QDir::Hidden).isEmpty());
+    QCOMPARE(desk.unfinishedFiles(), QStringList());
 }
 
 void tst_PrintBatchEngine::heldBack()
@@ -276,14 +281,13 @@ void tst_PrintBatchEngine::nothingPrintedLeavesNoFile()
 {
     const Desk desk;
     Diary diary;
-    {
-        PrintBatch batch(desk.sheets("Другой"), desk.oneFile(), diary);
-        QVERIFY(batch.begin());
-        QVERIFY(batch.run());
-        QCOMPARE(batch.count(State::Failed), 3);
-    }
+    PrintBatch batch(desk.sheets("Другой"), desk.oneFile(), diary);
+    QVERIFY(batch.begin());
+    QVERIFY(batch.run());
+    QCOMPARE(batch.count(State::Failed), 3);
     QVERIFY(!diary.lines.contains("x.pdf"));
     QVERIFY(!QFileInfo::exists(desk.path("x.pdf")));
+    QCOMPARE(desk.unfinishedFiles(), QStringList());
 }
 
 void tst_PrintBatchEngine::commonFileRefused()
