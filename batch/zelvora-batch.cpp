@@ -8,12 +8,15 @@
 
 namespace {
 
-const char* const help =
-    "Использование: zelvora-batch [--dir КАТАЛОГ]\n"
-    "Окно, в котором документы базы данных выбирают, проверяют и печатают все сразу.\n\n"
-    "  --dir КАТАЛОГ  база данных и фоны бланков в этом каталоге, а не рядом с программой\n"
-    "  --help         эта справка\n"
-    "  --version      версия\n";
+/// A QString: a stream takes a plain text for Latin-1.
+QString help()
+{
+    return "Использование: zelvora-batch [--dir КАТАЛОГ]\n"
+           "Окно, в котором документы базы данных выбирают, проверяют и печатают все сразу.\n\n"
+           "  --dir КАТАЛОГ  база данных и фоны бланков в этом каталоге, а не рядом с программой\n"
+           "  --help         эта справка\n"
+           "  --version      версия\n";
+}
 
 /// What the command line asks for.
 struct Options
@@ -52,12 +55,12 @@ bool answer(const Options& options, int& status)
     StandardStream err(StandardStream::Channel::Error);
     status = 0;
     if (!options.isValid) {
-        err << help;
+        err << help();
         status = failure;
         return false;
     }
     if (options.wantsHelp) {
-        out << help;
+        out << help();
     } else if (options.wantsVersion) {
         out << appVersion << '\n';
     }
