@@ -245,6 +245,8 @@ void PrintStep::print(const QVector<int>& rows)
     showRows(rows);
     m_ui->resultsTable->setTickable(false);
     m_ui->progressBar->setRange(0, rows.size());
+    // Neither another step nor the button that stops shall be pressed by a further Return or Space.
+    m_ui->resultsTable->setFocus();
     showPage(Page::Work);
     showWork();
     emit busyChanged(true);

@@ -41,6 +41,7 @@ private slots:
     void repeatedFileTakesItsOwnName();
     void spoiltIsPrintedWithTheRest();
     void sameSheetsKeepTheirOutcomes();
+    void keysWhilePrinting();
     void stopsBetweenSheets();
     void stoppedFileIsNotKept();
     void existingFileIsAskedFor();
@@ -279,6 +280,22 @@ void tst_PrintStep::sameSheetsKeepTheirOutcomes()
     sheets.removeLast();
     desk.step->setSheets(sheets);
     QCOMPARE(desk.outcomes(), QStringList({"", ""}));
+}
+
+void tst_PrintStep::keysWhilePrinting()
+{
+    PrintDesk desk;
+    desk.chooseFolder();
+    desk.step->setSheets(desk.titles());
+    auto* const button = named<QPushButton>(desk.step, "printButton");
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Space);
+    // Pressed once too often: the printing goes on.
+    QWidget* const focus = desk.step->window()->focusWidget();
+    QCOMPARE(focus, named<QWidget>(desk.step, "resultsTable"));
+    QTest::keyClick(focus, Qt::Key_Space);
+    QTest::keyClick(focus, Qt::Key_Return);
+    QTRY_COMPARE(desk.result(), QString("Печать закончена. Напечатано 3."));
 }
 
 void tst_PrintStep::stopsBetweenSheets()
