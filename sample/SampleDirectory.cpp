@@ -27,7 +27,7 @@ SampleResult refuse(SampleResult result, const QString& reason, QString* detail)
 QString folderNotMade(const QString& directory)
 {
     for (const char* name : {"blanks", "exports", "imports", "storage", "templates"}) {
-        const QString path = directory + "/" + name;
+        QString path = directory + "/" + name;
         if (!QDir().mkpath(path)) {
             return path;
         }

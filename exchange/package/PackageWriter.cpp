@@ -54,7 +54,7 @@ std::optional<QByteArray> PackageWriter::finish() const
         zip_source_free(target);
         return {};
     }
-    const std::optional<QByteArray> bytes = contentOf(target);
+    std::optional<QByteArray> bytes = contentOf(target);
     zip_source_free(target);
     return bytes;
 }

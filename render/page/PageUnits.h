@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include "render/vector/Inch.h"
 
 /// Units of a page. A length on a page is a number of scene units, the origin is the top left
@@ -10,6 +12,5 @@ namespace PageUnits {
 constexpr int dotsPerInch = 96;
 
 /// The same for pictures, which tell their resolution in whole dots.
-constexpr int dotsPerMetre =
-    static_cast<int>(dotsPerInch * millimetresPerMetre / millimetresPerInch + 0.5);
+constexpr int dotsPerMetre = qRound(dotsPerInch * millimetresPerMetre / millimetresPerInch);
 } // namespace PageUnits
