@@ -29,7 +29,7 @@ QByteArray fileBytes(const QString& path, QString* error)
         reason = "the file is too large";
     }
     if (reason.isEmpty()) {
-        const QByteArray bytes = file.read(PackageLimits::fileSize);
+        QByteArray bytes = file.read(PackageLimits::fileSize);
         if (file.error() == QFileDevice::NoError) {
             return bytes;
         }
