@@ -23,7 +23,8 @@ public:
 
     void clear();
 
-    /// Builds the rows of an item. `geometry` is the place of its frame, in scene units.
+    /// Builds the rows of an item. `geometry` is the place of its frame, in scene units. The
+    /// editors of the former item are used again, unless the user has been in one of them.
     void show(const QJsonObject& item, const QRectF& geometry);
 
     /// Writes another place into the rows that show it.
