@@ -6,20 +6,16 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTableView>
 #include <QTableWidget>
 #include <QTextCharFormat>
 #include <QTextStream>
 #include <QToolBar>
 #include <QToolButton>
 
-#include <memory>
-#include <utility>
-
 #include "app/SharpIcon.h"
 #include "app/WindowStyle.h"
-#include "app/widgets/CellTextDelegate.h"
 #include "app/widgets/HeadingTips.h"
+#include "app/widgets/RowFit.h"
 #include "app/widgets/SharpPushIcon.h"
 
 QString baseStyleSheet;
@@ -126,28 +122,7 @@ void setStyledFixedHeight(QWidget* widget, int height)
 
 void fitRows(QTableView* table, int lowest)
 {
-    constexpr int tallest = 104; // pixels; six lines
-    table->setItemDelegate(new CellTextDelegate(table));
-    QHeaderView* rows = table->verticalHeader();
-    rows->setDefaultSectionSize(lowest);
-    rows->setMinimumSectionSize(lowest);
-    rows->setMaximumSectionSize(tallest);
-    rows->setSectionResizeMode(QHeaderView::ResizeToContents);
-    // The view itself fits its rows to a text that changes, but not to a column's new width, which
-    // is in force only after the signal. Once for all columns that change together.
-    const auto isPending = std::make_shared<bool>(false);
-    QObject::connect(table->horizontalHeader(), &QHeaderView::sectionResized, rows,
-                     [rows, isPending] {
-                         if (!std::exchange(*isPending, true)) {
-                             QMetaObject::invokeMethod(
-                                 rows,
-                                 [rows, isPending] {
-                                     *isPending = false;
-                                     QMetaObject::invokeMethod(rows, "resizeSections");
-                                 },
-                                 Qt::QueuedConnection);
-                         }
-                     });
+    new RowFit(table, lowest);
 }
 
 void applyCalendarStyle(QCalendarWidget* calendar)

@@ -171,6 +171,12 @@ inline std::unique_ptr<QPrinter> pdfPrinter(const QString& file)
     return printer;
 }
 
+/// A text as a page's label gets it.
+inline QString paragraph(const QString& text)
+{
+    return "<p style=\"line-height: 100%;\">" + text + "</p>";
+}
+
 /// A text of a page laid out as rich text, which is what a label's text is.
 inline void layOutRichText(QTextDocument& document, const QString& text, double width)
 {
@@ -178,7 +184,7 @@ inline void layOutRichText(QTextDocument& document, const QString& text, double 
     document.setDefaultFont(font);
     document.setDefaultTextOption(QTextOption(Qt::AlignHCenter));
     document.setDocumentMargin(0);
-    document.setHtml("<p style=\"line-height: 100%;\">" + text + "</p>");
+    document.setHtml(paragraph(text));
     document.setTextWidth(width);
 }
 

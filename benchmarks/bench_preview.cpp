@@ -1,8 +1,11 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QGraphicsLinearLayout>
+#include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
 #include <QImage>
+#include <QLabel>
 #include <QPainter>
 #include <QPrinter>
 
@@ -15,7 +18,7 @@
 /// A document on a blank of twenty text items, laid out, shown and printed to PDF, against its
 /// floors: the same texts, in the same font and frames, laid out and painted by a bare QPainter. A
 /// label's text is rich text, so that the floor lays out rich text too; "plain" is
-/// QPainter::drawText. Each round takes another document.
+/// QPainter::drawText, and "widgets" the bare widgets of a page. Each round takes another document.
 
 namespace {
 
@@ -40,6 +43,35 @@ void layOut(benchmark::State& state)
     int round = 0;
     for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(layOutRichTexts(texts[round++ % documents]));
+    }
+}
+
+/// The widgets that a page is told to be made of, bare, and the former page's taken down.
+void makeWidgets(benchmark::State& state)
+{
+    const QVector<PageTexts> texts = textsOfPages(documents);
+    const QFont font("Liberation Serif", 12);
+    QGraphicsScene scene;
+    int round = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        scene.clear();
+        for (int item = 0; item < itemCount; ++item) {
+            auto* label = new QLabel;
+            auto* content = new QGraphicsProxyWidget;
+            content->setWidget(label);
+            auto* layout = new QGraphicsLinearLayout(Qt::Vertical);
+            layout->insertItem(-1, content);
+            label->setFont(font);
+            label->setText(paragraph(texts[round % documents][item]));
+            label->setWordWrap(true);
+            label->setStyleSheet("background: transparent; border: 0;");
+            label->setAlignment(Qt::AlignCenter);
+            auto* frame = new QGraphicsProxyWidget;
+            frame->setLayout(layout);
+            frame->setGeometry(frameOf(item));
+            scene.addItem(frame);
+        }
+        ++round;
     }
 }
 
@@ -161,6 +193,7 @@ int main(int argc, char** argv)
     };
     add("build/ours", build);
     add("build/layout", layOut);
+    add("build/widgets", makeWidgets);
     add("build and show/ours", buildAndShow);
     add("build and show/rich", showRich);
     add("build and show/plain", showPlain);

@@ -11,6 +11,8 @@
 #include <QStyledItemDelegate>
 #include <QTableWidget>
 
+#include <algorithm>
+
 #include "app/widgets/WheelGuard.h"
 #include "blanks/BlankRecord.h"
 #include "blanks/FontFamily.h"
@@ -42,6 +44,27 @@ constexpr int valueColumn = 1;
 constexpr int editorWidth = 88;
 constexpr int narrowestCaption = 40;
 
+/// Leaves the editors that are to be shown again alone when their rows go.
+class KeptEditorDelegate : public QStyledItemDelegate
+{
+public:
+    KeptEditorDelegate(const QHash<int, QWidget*>& kept, QObject* parent)
+        : QStyledItemDelegate(parent)
+        , m_kept(kept)
+    {
+    }
+
+    void destroyEditor(QWidget* editor, const QModelIndex& index) const override
+    {
+        if (std::find(m_kept.begin(), m_kept.end(), editor) == m_kept.end()) {
+            QStyledItemDelegate::destroyEditor(editor, index);
+        }
+    }
+
+private:
+    const QHash<int, QWidget*>& m_kept;
+};
+
 /// Cuts a caption in the middle: "Выравнивание X" and "Выравнивание Y" differ at their ends.
 class CaptionDelegate : public QStyledItemDelegate
 {
@@ -69,13 +92,18 @@ ItemPropertiesTable::ItemPropertiesTable(QTableWidget* widget, QObject* parent)
     , m_table(widget)
 {
     m_table->setItemDelegateForColumn(captionColumn, new CaptionDelegate(m_table));
+    m_table->setItemDelegateForColumn(valueColumn, new KeptEditorDelegate(m_editors, this));
     m_table->viewport()->installEventFilter(this);
 }
 
 bool ItemPropertiesTable::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Resize) {
+    if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
         fitColumns(static_cast<QResizeEvent*>(event)->size().width());
+    } else if (event->type() == QEvent::FocusIn) { // of an editor
+        // What the user does there may leave traces: how far a text is scrolled, what Undo brings
+        // back. All are made anew, so that the order of the editors stays.
+        m_editors.clear();
     }
     return QObject::eventFilter(watched, event);
 }
@@ -88,6 +116,7 @@ void ItemPropertiesTable::clear()
 void ItemPropertiesTable::show(const QJsonObject& item, const QRectF& geometry)
 {
     clear();
+    m_isShowing = true;
     addTextRow("Текст", PropertyKey::text, item["value"].toString());
     addTextRow("X", PropertyKey::x, wholeUnits(geometry.x()));
     addTextRow("Y", PropertyKey::y, wholeUnits(geometry.y()));
@@ -104,6 +133,7 @@ void ItemPropertiesTable::show(const QJsonObject& item, const QRectF& geometry)
     if (item["type"].toInt() == BlankItemKind::table) {
         addColumnsRow();
     }
+    m_isShowing = false;
 }
 
 void ItemPropertiesTable::showGeometry(const QRectF& geometry)
@@ -164,69 +194,107 @@ void ItemPropertiesTable::addTextRow(const QString& caption, int key, const QStr
 void ItemPropertiesTable::addEditorRow(const QString& caption, int key, QWidget* editor)
 {
     addRow(caption, key);
+    m_table->setCellWidget(m_table->rowCount() - 1, valueColumn, editor);
+}
+
+template <class Editor, class Make>
+Editor* ItemPropertiesTable::editorFor(int key, Make make)
+{
+    if (QWidget* kept = m_editors.value(key)) {
+        return static_cast<Editor*>(kept);
+    }
+    Editor* editor = make();
     editor->setStyleSheet("border: none");
     WheelGuard::install(editor);
-    m_table->setCellWidget(m_table->rowCount() - 1, valueColumn, editor);
+    editor->installEventFilter(this);
+    m_editors.insert(key, editor);
+    return editor;
+}
+
+QComboBox* ItemPropertiesTable::comboFor(int key, const QStringList& entries)
+{
+    return editorFor<QComboBox>(key, [&] {
+        auto* combo = new QComboBox(m_table->viewport());
+        combo->addItems(entries);
+        connectCombo(combo);
+        return combo;
+    });
 }
 
 void ItemPropertiesTable::addAlignRow(const QString& caption, int key, const QStringList& entries,
                                       int align)
 {
-    auto* combo = new QComboBox(m_table->viewport());
-    combo->addItems(entries);
+    QComboBox* combo = comboFor(key, entries);
     combo->setCurrentIndex(align);
-    connectCombo(combo);
     addEditorRow(caption, key, combo);
 }
 
 void ItemPropertiesTable::addFontRow(const QString& family)
 {
-    auto* combo = new QFontComboBox(m_table->viewport());
+    auto* combo = editorFor<QFontComboBox>(PropertyKey::font, [this] {
+        auto* fonts = new QFontComboBox(m_table->viewport());
+        connectCombo(fonts);
+        return fonts;
+    });
     showFontFamily(combo, family);
-    connectCombo(combo);
     addEditorRow("Шрифт", PropertyKey::font, combo);
 }
 
 void ItemPropertiesTable::addFontSizeRow(int pointSize)
 {
     constexpr int largestSize = 999;
-    auto* spin = new QSpinBox(m_table->viewport());
-    spin->setRange(0, largestSize);
+    auto* spin = editorFor<QSpinBox>(PropertyKey::fontSize, [this] {
+        auto* size = new QSpinBox(m_table->viewport());
+        size->setRange(0, largestSize);
+        connect(size, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &ItemPropertiesTable::editorChanged);
+        return size;
+    });
     spin->setValue(pointSize);
-    connect(spin, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            &ItemPropertiesTable::propertyChanged);
     addEditorRow("Размер шрифта", PropertyKey::fontSize, spin);
 }
 
 void ItemPropertiesTable::addLineSpacingRow(const QString& spacing)
 {
-    auto* combo = new QComboBox(m_table->viewport());
-    combo->addItems({"1,0", "1,15", "1,5", "2,0"});
+    QComboBox* combo = comboFor(PropertyKey::lineSpacing, {"1,0", "1,15", "1,5", "2,0"});
+    combo->setCurrentIndex(0); // stays so if there is no such entry
     combo->setCurrentText(spacing);
-    connectCombo(combo);
     addEditorRow("Межстрочный интервал", PropertyKey::lineSpacing, combo);
 }
 
 void ItemPropertiesTable::addZStrokeRow(bool isCut)
 {
-    auto* check = new QCheckBox(m_table->viewport());
+    auto* check = editorFor<QCheckBox>(PropertyKey::zStroke, [this] {
+        auto* box = new QCheckBox(m_table->viewport());
+        connect(box, &QCheckBox::stateChanged, this, &ItemPropertiesTable::editorChanged);
+        return box;
+    });
     check->setChecked(isCut);
-    connect(check, &QCheckBox::stateChanged, this, &ItemPropertiesTable::propertyChanged);
     addEditorRow("Росчерк", PropertyKey::zStroke, check);
 }
 
 void ItemPropertiesTable::addColumnsRow()
 {
-    auto* button = new QPushButton("Изменить", m_table->viewport());
-    button->setAutoDefault(true); // Enter presses it, as it does in a dialog
-    connect(button, &QPushButton::clicked, this, &ItemPropertiesTable::columnsRequested);
+    auto* button = editorFor<QPushButton>(PropertyKey::columns, [this] {
+        auto* change = new QPushButton("Изменить", m_table->viewport());
+        change->setAutoDefault(true); // Enter presses it, as it does in a dialog
+        connect(change, &QPushButton::clicked, this, &ItemPropertiesTable::columnsRequested);
+        return change;
+    });
     addEditorRow("Столбцы", PropertyKey::columns, button);
 }
 
 void ItemPropertiesTable::connectCombo(QComboBox* combo)
 {
     connect(combo, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            &ItemPropertiesTable::propertyChanged);
+            &ItemPropertiesTable::editorChanged);
+}
+
+void ItemPropertiesTable::editorChanged()
+{
+    if (!m_isShowing) {
+        emit propertyChanged();
+    }
 }
 
 QString ItemPropertiesTable::typedText(int row) const

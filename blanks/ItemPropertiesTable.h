@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
 #include <QRectF>
 #include <QStringList>
@@ -7,6 +8,7 @@
 class QComboBox;
 class QJsonObject;
 class QTableWidget;
+class QWidget;
 
 /// The properties table of the blank editor: one row per setting of an item, with the caption and
 /// the row's key in the first column and the editor in the second one. It shows an item and reads
@@ -21,7 +23,8 @@ public:
 
     void clear();
 
-    /// Builds the rows of an item. `geometry` is the place of its frame, in scene units.
+    /// Builds the rows of an item. `geometry` is the place of its frame, in scene units. The
+    /// editors of the former item are used again, unless the user has been in one of them.
     void show(const QJsonObject& item, const QRectF& geometry);
 
     /// Writes another place into the rows that show it.
@@ -57,9 +60,17 @@ private:
     void addLineSpacingRow(const QString& spacing);
     void addZStrokeRow(bool isCut);
     void addColumnsRow();
+    /// The editor kept for a row, or a new one by `make`.
+    template <class Editor, class Make>
+    Editor* editorFor(int key, Make make);
+    QComboBox* comboFor(int key, const QStringList& entries);
     void connectCombo(QComboBox* combo);
     QString typedText(int row) const;
     void readRow(int row, QJsonObject& item) const;
 
+    void editorChanged();
+
     QTableWidget* m_table;
+    QHash<int, QWidget*> m_editors; // by their rows' keys; kept for further items until used
+    bool m_isShowing = false;       // the program itself fills the editors
 };

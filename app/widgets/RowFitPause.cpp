@@ -1,15 +1,14 @@
 #include "app/widgets/RowFitPause.h"
 
-#include <QHeaderView>
-#include <QTableView>
+#include "app/widgets/RowFit.h"
 
 RowFitPause::RowFitPause(const QTableView* table)
-    : m_table(table)
+    : m_fit(RowFit::of(table))
 {
-    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_fit->pause();
 }
 
 RowFitPause::~RowFitPause()
 {
-    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_fit->resume();
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 class QTableView;
+class RowFit;
 
 /// Leaves the rows of a table that fit their texts (fitRows()) as they are while it is filled, and
-/// fits them once at the end: fitting them all again at each cell would take long.
+/// fits them once at the end, or when the table is shown: fitting them all again at each cell would
+/// take long.
 class RowFitPause
 {
 public:
@@ -13,5 +15,5 @@ public:
     RowFitPause& operator=(const RowFitPause&) = delete;
 
 private:
-    const QTableView* m_table;
+    RowFit* m_fit;
 };

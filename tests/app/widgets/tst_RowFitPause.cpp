@@ -40,6 +40,9 @@ private slots:
     void heightsHaveLimits();
     void pauseFitsAtItsEnd();
     void manyRowsInAPause();
+    void columnThatChangesInAPause();
+    void rowsFilledBeforeTheyAreShown();
+    void shownInAPause();
 
 private:
     std::unique_ptr<QTableWidget> m_table;
@@ -115,6 +118,68 @@ void tst_RowFitPause::manyRowsInAPause()
     }
     QCOMPARE(m_table->rowHeight(1), plainRowHeight);
     QVERIFY(m_table->rowHeight(rows - 1) > plainRowHeight);
+}
+
+void tst_RowFitPause::columnThatChangesInAPause()
+{
+    const int before = m_table->rowHeight(1);
+    {
+        const RowFitPause pause(m_table.get());
+        m_table->setColumnWidth(0, 2000);
+        QCoreApplication::processEvents();
+        QCOMPARE(m_table->rowHeight(1), before);
+    }
+    QCOMPARE(m_table->rowHeight(1), plainRowHeight);
+    m_table->setColumnWidth(0, 200); // is followed again
+    QTRY_COMPARE(m_table->rowHeight(1), before);
+}
+
+void tst_RowFitPause::rowsFilledBeforeTheyAreShown()
+{
+    QTableWidget table(0, 1);
+    table.horizontalHeader()->setStretchLastSection(true);
+    table.resize(1200, 300);
+    fitRows(&table);
+    for (int round = 0; round < 2; ++round) { // a form is chosen, then a document is set
+        const RowFitPause pause(&table);
+        table.setRowCount(0);
+        table.setRowCount(2);
+        table.setItem(0, 0, new QTableWidgetItem(words(8)));
+        table.setItem(1, 0, new QTableWidgetItem(words(60)));
+    }
+    table.show();
+    QVERIFY(table.columnWidth(0) > 1000);
+    QCOMPARE(table.rowHeight(0), plainRowHeight); // one line in the column as it is shown
+    const int lines = table.rowHeight(1);
+    QVERIFY(lines >= neededHeight(table, 1));
+    QCoreApplication::processEvents();
+    QCOMPARE(table.rowHeight(0), plainRowHeight);
+    QCOMPARE(table.rowHeight(1), lines);
+
+    table.hide();
+    {
+        const RowFitPause pause(&table);
+        table.item(0, 0)->setText(words(60));
+    }
+    table.show();
+    QCOMPARE(table.rowHeight(0), lines);
+}
+
+void tst_RowFitPause::shownInAPause()
+{
+    QTableWidget table(1, 1);
+    fitRows(&table);
+    {
+        const RowFitPause first(&table);
+        table.setItem(0, 0, new QTableWidgetItem(words(60)));
+    }
+    {
+        const RowFitPause second(&table);
+        table.show();
+        QCoreApplication::processEvents();
+        QCOMPARE(table.rowHeight(0), plainRowHeight);
+    }
+    QCOMPARE(table.rowHeight(0), tallest);
 }
 
 QTEST_MAIN(tst_RowFitPause)
