@@ -101,11 +101,23 @@ bool ItemPropertiesTable::eventFilter(QObject* watched, QEvent* event)
     if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
         fitColumns(static_cast<QResizeEvent*>(event)->size().width());
     } else if (event->type() == QEvent::FocusIn) { // of an editor
-        // What the user does there may leave traces: how far a text is scrolled, what Undo brings
-        // back. All are made anew, so that the order of the editors stays.
-        m_editors.clear();
+        forgetEditors();
     }
     return QObject::eventFilter(watched, event);
+}
+
+/// What the user does in an editor may leave traces: how far a text is scrolled, what Undo brings
+/// back. All are made anew, so that the order of the editors stays.
+void ItemPropertiesTable::forgetEditors()
+{
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        m_editors.remove(m_table->item(row, captionColumn)->data(Qt::UserRole).toInt());
+    }
+    // No row shows those that are left, so that none would take them along.
+    for (QWidget* editor : qAsConst(m_editors)) {
+        editor->deleteLater();
+    }
+    m_editors.clear();
 }
 
 void ItemPropertiesTable::clear()

@@ -60,6 +60,7 @@ private:
     void addLineSpacingRow(const QString& spacing);
     void addZStrokeRow(bool isCut);
     void addColumnsRow();
+    void forgetEditors();
     /// The editor kept for a row, or a new one by `make`.
     template <class Editor, class Make>
     Editor* editorFor(int key, Make make);
@@ -67,7 +68,6 @@ private:
     void connectCombo(QComboBox* combo);
     QString typedText(int row) const;
     void readRow(int row, QJsonObject& item) const;
-
     void editorChanged();
 
     QTableWidget* m_table;

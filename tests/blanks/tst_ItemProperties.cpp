@@ -325,6 +325,13 @@ void tst_ItemProperties::nothingIsLeftBehind()
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCOMPARE(editors().size(), 6);
     }
+    click(4);
+    click(0); // has no columns, whose button waits
+    QCOMPARE(editors().size(), 7);
+    QTest::mouseClick(cell<QSpinBox>(8), Qt::LeftButton);
+    click(1);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(editors().size(), 6);
     m_editor->findChild<ZelvoraView*>()->scene()->clearSelection();
     QCOMPARE(table()->rowCount(), 0);
     for (const QWidget* editor : editors()) {
