@@ -86,7 +86,11 @@ private slots:
     void itemOutsidePage_data();
     void itemOutsidePage();
     void emptyPartOutsidePage();
+    void emptyPartBelowPage_data();
+    void emptyPartBelowPage();
     void printersMargins();
+    void slantedLetterInTheMargin();
+    void slantedLetterAtTheEdge();
     void marginsThatMeet();
     void marginEndsAtThePage();
     void inkThatIsClippedAway();
@@ -513,6 +517,32 @@ void tst_PageCheck::emptyPartOutsidePage()
     VERIFY_NONE(sheet.check({textItem("АБВ", QRectF(0, 300, 1122, 40))}));
 }
 
+void tst_PageCheck::emptyPartBelowPage_data()
+{
+    QTest::addColumn<int>("alignment");
+    QTest::addColumn<bool>("isPrinted");
+    QTest::newRow("top") << 0 << true;
+    QTest::newRow("centre") << 2 << true;
+    QTest::newRow("bottom") << 1 << false;
+}
+
+// Half a frame lies below the page. Where the text stands in it decides.
+void tst_PageCheck::emptyPartBelowPage()
+{
+    QFETCH(int, alignment);
+    QFETCH(bool, isPrinted);
+    CheckedPage sheet;
+    const QVector<Finding> findings =
+        sheet.check({textItem("АБВ", QRectF(100, 793 - 160, 400, 240), {{"v_align", alignment}})});
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::OutsidePage);
+    QCOMPARE(findings[0].side, Side::Bottom);
+    COMPARE_MM(findings[0].amount, 80 * unit);
+    QCOMPARE(sheet.print().ink().isNull(), !isPrinted);
+    QCOMPARE(findings[0].severity, isPrinted ? Severity::Warning : Severity::Error);
+    QCOMPARE(findings[0].lostInk > 0, !isPrinted);
+}
+
 void tst_PageCheck::printersMargins()
 {
     CheckedPage sheet;
@@ -537,6 +567,40 @@ void tst_PageCheck::printersMargins()
 
     sheet.pageCheck.setMargins(QMarginsF(10 * unit, 4, 4, 4));
     VERIFY_NONE(sheet.check(items));
+}
+
+// Such a letter leans out of the box that its font has for it, on both sides.
+void tst_PageCheck::slantedLetterInTheMargin()
+{
+    constexpr double cut = 0.5; // millimetres of the letter
+    const QJsonArray items = {textItem("<i>f</i>", QRectF(100, 300, 400, 150), {{"h_align", 0}})};
+    const QVariantMap blank = {{"FONT_SIZE", 60}};
+    CheckedPage sheet;
+    VERIFY_NONE(sheet.check(items, blank));
+    sheet.pageCheck.setMargins(QMarginsF(sheet.print().ink().left() + cut, 0, 0, 0));
+    const QVector<Finding> findings = sheet.check(items, blank);
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::OutsidePrintable);
+    QCOMPARE(findings[0].severity, Severity::Error);
+    QCOMPARE(findings[0].side, Side::Left);
+    COMPARE_MM(findings[0].lostInk, cut);
+}
+
+void tst_PageCheck::slantedLetterAtTheEdge()
+{
+    const auto items = [](const QString& text) {
+        return QJsonArray{textItem(text, QRectF(100, 300, 400, 150), {{"h_align", 1}})};
+    };
+    const QVariantMap blank = {{"FONT_SIZE", 60}};
+    CheckedPage sheet;
+    VERIFY_NONE(sheet.check(items("<i>f</i>&nbsp;"), blank));
+    const double whole = sheet.print().ink().width();
+    const QVector<Finding> findings = sheet.check(items("<i>f</i>"), blank);
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::TextTooWide);
+    QCOMPARE(findings[0].severity, Severity::Error);
+    QCOMPARE(findings[0].side, Side::Right);
+    COMPARE_MM(findings[0].lostInk, whole - sheet.print().ink().width());
 }
 
 // What is beyond the page is not in its margin too.
