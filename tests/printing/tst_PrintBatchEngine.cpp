@@ -66,6 +66,7 @@ public:
             PrintDocument document;
             document.id = addDocument({}, {{"LNAME", surname}});
             document.surname = surname;
+            document.formId = 1;
             documents.append(document);
         }
         addBlank({blankItem(0, "Диплом: #LNAME", QRectF(50, 50, 400, 60))}, {{"NAME", "Титул"}});
@@ -76,6 +77,13 @@ public:
     QVector<PrintSheet> sheets(const QString& blank = QString()) const
     {
         return sheetsOf(documents, blank);
+    }
+
+    void setForm(int document, const QVariant& form)
+    {
+        PrintDocument changed = documents[document];
+        changed.formId = form;
+        documents.replace(document, changed);
     }
 
     PrintTarget oneFile() const { return {PrintTarget::Kind::OneFile, path("x.pdf"), {}}; }
@@ -124,6 +132,7 @@ private slots:
     void stopsBetweenTwoSheets();
     void stoppedFileIsThrownAway();
     void heldBack();
+    void eachFormHasItsBlanks();
     void failuresDoNotStopTheRest();
     void nothingPrintedLeavesNoFile();
     void commonFileRefused();
@@ -257,10 +266,41 @@ void tst_PrintBatchEngine::heldBack()
     QCOMPARE(pdf.text(2), QString("Диплом: Иваненко"));
 }
 
+void tst_PrintBatchEngine::eachFormHasItsBlanks()
+{
+    using Problem = BlankChoice::Problem;
+    Desk desk;
+    const QVariant other = desk.addBlank({}, {{"NAME", "Титул"}, {"FORM_ID", 2}});
+    desk.addBlank({}, {{"NAME", "Копия"}, {"FORM_ID", 2}});
+    desk.setForm(1, 2);
+    PrintDocument homeless = desk.documents[0];
+    homeless.formId = 9;
+    PrintDocument formless = desk.documents[0];
+    formless.formId = QVariant();
+    desk.documents << homeless << formless << desk.documents[1] << desk.documents[0];
+    const QVariant title = desk.value("SELECT ID FROM blanks WHERE NAME = 'Титул' AND FORM_ID = 1");
+    for (const char* wanted : {"", "Титул"}) {
+        const QVector<PrintSheet> sheets = desk.sheets(wanted);
+        QVariantList ids;
+        for (const PrintSheet& sheet : sheets) {
+            ids << sheet.blank.id;
+        }
+        QCOMPARE(ids, (QVariantList{title, other, title, QVariant(), QVariant(), other, title}));
+        QVERIFY(sheets[3].blank.problem == Problem::NoBlanks &&
+                sheets[4].blank.problem == Problem::NoBlanks);
+    }
+    const QVector<PrintSheet> copies = desk.sheets("Копия");
+    QVERIFY(copies[0].blank.problem == Problem::NoSuchBlank);
+    QVERIFY(copies[1].blank.problem == Problem::None);
+    QVERIFY(copies[3].blank.problem == Problem::NoBlanks);
+    QCOMPARE(desk.sheets(other.toString())[1].blank.id, other);
+    QVERIFY(desk.sheets(other.toString())[0].blank.problem == Problem::NoSuchBlank);
+}
+
 void tst_PrintBatchEngine::failuresDoNotStopTheRest()
 {
     Desk desk;
-    desk.exec("UPDATE docs SET DOC_TYPE = 9 WHERE ID = ?", {desk.documents[0].id});
+    desk.setForm(0, 9); // of which there are no blanks
     QVector<PrintSheet> sheets = desk.sheets("Титул");
     PrintSheet deleted = sheets[1];
     deleted.blank.id = 999;
