@@ -15,6 +15,7 @@ private slots:
     void tallAndLowLetters();
     void charactersThatJoin();
     void blanksLeaveNoInk();
+    void manyFonts();
 };
 
 void tst_LetterBoxes::holdsTheInk_data()
@@ -75,6 +76,25 @@ void tst_LetterBoxes::blanksLeaveNoInk()
     const auto box = LetterBoxes::shared().around("   ", QFont("Liberation Serif", 12), 9);
     QVERIFY(box);
     QVERIFY(box->isNull());
+}
+
+// More than are remembered: one that was forgotten is measured again.
+void tst_LetterBoxes::manyFonts()
+{
+    constexpr int most = 60; // points
+    QVector<QRectF> boxes;
+    for (int round = 0; round < 2; ++round) {
+        for (int size = 10; size <= most; ++size) {
+            const auto box = LetterBoxes::shared().around("Йр", QFont("Liberation Serif", size), 0);
+            QVERIFY(box);
+            if (round == 0) {
+                QVERIFY(boxes.isEmpty() || box->height() > boxes.last().height());
+                boxes << *box;
+            } else {
+                QCOMPARE(*box, boxes[size - 10]);
+            }
+        }
+    }
 }
 
 QTEST_MAIN(tst_LetterBoxes)

@@ -94,6 +94,7 @@ private slots:
     void marginsThatMeet();
     void marginEndsAtThePage();
     void inkThatIsClippedAway();
+    void hiddenItemsLeaveNoInk();
     void oneLineOfWords();
     void markupOpensNoPipe();
     void textsThatAreNotWhole_data();
@@ -657,6 +658,18 @@ void tst_PageCheck::inkThatIsClippedAway()
     marks.removeFirst();
     const PrintedInk hidden = {marks, QRectF()};
     QVERIFY(hidden.bounds().isNull() && hidden.roughBounds().isNull());
+}
+
+void tst_PageCheck::hiddenItemsLeaveNoInk()
+{
+    QGraphicsSimpleTextItem shown("А");
+    auto* hidden = new QGraphicsSimpleTextItem("Б", &shown);
+    new QGraphicsSimpleTextItem("В", hidden);
+    InkRecorder recorder;
+    QCOMPARE(recorder.textsOf(&shown).size(), 3);
+    hidden->hide();
+    QCOMPARE(recorder.textsOf(&shown).size(), 1);
+    QCOMPARE(recorder.textsOf(&shown)[0].text, QString("А"));
 }
 
 /// Neither the check nor the print waits for a file that a value names, and both load a picture.

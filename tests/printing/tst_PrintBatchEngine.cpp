@@ -6,8 +6,10 @@
 #include "blanks/BlankRecord.h"
 #include "printing/BatchCheck.h"
 #include "printing/BatchObserver.h"
+#include "printing/PdfFile.h"
 #include "printing/PrintBatch.h"
 #include "support/CheckedPage.h"
+#include "support/LogCatcher.h"
 #include "support/PdfMeasure.h"
 
 namespace {
@@ -131,12 +133,15 @@ private slots:
     void copiesAndBackground();
     void stopsBetweenTwoSheets();
     void stoppedFileIsThrownAway();
+    void writtenFileStandsAlone();
     void heldBack();
     void eachFormHasItsBlanks();
     void failuresDoNotStopTheRest();
     void nothingPrintedLeavesNoFile();
     void commonFileRefused();
+    void folderOfTheCommonFileGoesAway();
     void targetRefused();
+    void printerRefuses();
     void sheetBySheet();
     void unknownPaperIsThePrintersOwn();
     void unprintedSheetsMakeABatch();
@@ -251,6 +256,19 @@ void tst_PrintBatchEngine::stoppedFileIsThrownAway()
     QCOMPARE(desk.unfinishedFiles(), QStringList());
 }
 
+void tst_PrintBatchEngine::writtenFileStandsAlone()
+{
+    const Desk desk;
+    PdfFile file(desk.path("x.pdf"));
+    QVERIFY(file.open());
+    QCOMPARE(desk.unfinishedFiles().size(), 1);
+    QVERIFY(
+        file.addPage([](QPrinter& printer, QPainter& painter) { return painter.begin(&printer); }));
+    QVERIFY(file.commit());
+    QCOMPARE(desk.unfinishedFiles(), QStringList()); // though its object is still there
+    QCOMPARE(PdfMeasure(desk.path("x.pdf")).pageCount(), 1);
+}
+
 void tst_PrintBatchEngine::heldBack()
 {
     const Desk desk;
@@ -277,15 +295,18 @@ void tst_PrintBatchEngine::eachFormHasItsBlanks()
     homeless.formId = 9;
     PrintDocument formless = desk.documents[0];
     formless.formId = QVariant();
-    desk.documents << homeless << formless << desk.documents[1] << desk.documents[0];
+    desk.documents << homeless << formless << formless << desk.documents[1] << desk.documents[0];
     const QVariant title = desk.value("SELECT ID FROM blanks WHERE NAME = 'Титул' AND FORM_ID = 1");
     for (const char* wanted : {"", "Титул"}) {
+        LogCatcher log;
         const QVector<PrintSheet> sheets = desk.sheets(wanted);
+        QCOMPARE(log.count("SQL Error (blanks)"), 2); // what can't be read is asked for again
         QVariantList ids;
         for (const PrintSheet& sheet : sheets) {
             ids << sheet.blank.id;
         }
-        QCOMPARE(ids, (QVariantList{title, other, title, QVariant(), QVariant(), other, title}));
+        QCOMPARE(ids, (QVariantList{title, other, title, QVariant(), QVariant(), QVariant(), other,
+                                    title}));
         QVERIFY(sheets[3].blank.problem == Problem::NoBlanks &&
                 sheets[4].blank.problem == Problem::NoBlanks);
     }
@@ -345,6 +366,40 @@ void tst_PrintBatchEngine::commonFileRefused()
     QVERIFY(!diary.lines.contains("x.pdf"));
 }
 
+// As with a disk that is pulled out: the first sheet says so, and the rest is not tried.
+void tst_PrintBatchEngine::folderOfTheCommonFileGoesAway()
+{
+    const Desk desk;
+    QVERIFY(QDir().mkdir(desk.path("disk")));
+    Diary diary;
+    PrintBatch batch(desk.sheets(), {PrintTarget::Kind::OneFile, desk.path("disk/x.pdf"), {}},
+                     diary);
+    QVERIFY(batch.begin());
+    QVERIFY(QDir(desk.path("disk")).removeRecursively());
+    QVERIFY(!batch.run());
+    QCOMPARE(batch.end(), End::FileFull);
+    QCOMPARE(diary.lines, (QStringList{"0 of 3", "0 not printed"}));
+    QCOMPARE(diary.reasons, QVector<Reason>{Reason::FileRefused});
+    QCOMPARE(states(batch), (QVector<State>{State::Failed, State::NotPrinted, State::NotPrinted}));
+    QCOMPARE(batch.unprinted().size(), 3);
+}
+
+void tst_PrintBatchEngine::printerRefuses()
+{
+    const Desk desk;
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(desk.path("no/folder/sheet.pdf"));
+    PrintTarget target = {PrintTarget::Kind::Printer, {}, {}};
+    target.printer = &printer;
+    Diary diary;
+    PrintBatch batch(desk.sheets(), target, diary);
+    QVERIFY(batch.begin());
+    QVERIFY(batch.run()); // every sheet had its turn
+    QCOMPARE(states(batch), (QVector<State>{State::Failed, State::Failed, State::Failed}));
+    QCOMPARE(diary.reasons[0], Reason::PrinterRefused);
+}
+
 void tst_PrintBatchEngine::targetRefused()
 {
     const Desk desk;
@@ -391,6 +446,7 @@ void tst_PrintBatchEngine::sheetBySheet()
     QCOMPARE(PdfMeasure(desk.path("sheet.pdf")).text(), QString("Диплом: Иваненко"));
     QCOMPARE(batch.next(), -1);
     QCOMPARE(batch.printNext().state, State::NotPrinted); // there is none
+    batch.skipNext();                                     // likewise
     QVERIFY(batch.finish());
     QCOMPARE(states(batch), (QVector<State>{State::Printed, State::Skipped, State::Printed}));
     QCOMPARE(diary.lines, (QStringList{"0 printed", "0 printed", "1 not printed", "2 printed"}));
