@@ -128,6 +128,7 @@ private slots:
     void sampleNeverOverwrites();
     void sampleKeepsFilesThatAreThere();
     void sampleReportsAnUnwritablePlace();
+    void sampleReportsAFileThatCannotBeWritten();
 
     void checkPassesWhatTheProgramMade();
     void checkFindsDamagedTables_data();
@@ -146,6 +147,7 @@ private slots:
     void checkNeedsADatabase();
     void checkFindsADamagedPage();
     void checkSeesBeyondAnInterruptedChange();
+    void checkNeedsAPlaceForACopy();
     void checkOfADatabaseInUse();
     void checkLeavesNoLog_data();
     void checkLeavesNoLog();
@@ -745,6 +747,18 @@ void tst_ZelvoraDb::sampleReportsAnUnwritablePlace()
     QVERIFY2(result.err.contains("zelvora-db: cannot make the directory "), result.err.constData());
 }
 
+void tst_ZelvoraDb::sampleReportsAFileThatCannotBeWritten()
+{
+    QVERIFY(writeFile(path("data"), "x")); // where a folder is to be
+    const ProcessResult result = run({"sample", m_dir->path()});
+    QCOMPARE(result.exitCode, 2);
+    const QString told = QString::fromUtf8(result.err);
+    QVERIFY2(told.contains("zelvora-db: cannot write the file " +
+                           path("data/Zelvora/orgData.json") + " ("),
+             qPrintable(told));
+    QVERIFY(!QFile::exists(path("docs.db"))); // which would say that the sample is complete
+}
+
 void tst_ZelvoraDb::checkPassesWhatTheProgramMade()
 {
     const QByteArray before = hashOf(sample());
@@ -1034,6 +1048,14 @@ void tst_ZelvoraDb::checkAcceptsWhatTheProgramToo_data()
         << "UPDATE docs SET CONTENT = '{\"#A\": {\"type\": 4, \"name\": "
            "\"A\", \"value\": \"x\"}}' WHERE ID = 1";
     QTest::newRow("further column") << "ALTER TABLE docs ADD REMARK TEXT";
+    QTest::newRow("columns of other types of text")
+        << "ALTER TABLE docs ADD A VARCHAR(9); ALTER TABLE lists RENAME TO old; CREATE TABLE lists "
+           "(ID INTEGER PRIMARY KEY, LIST_NAME VARCHAR(20), LIST_ITEMS CLOB); INSERT INTO lists "
+           "SELECT * FROM old; ALTER TABLE zvsys RENAME TO older; CREATE TABLE zvsys (DB_VERSION "
+           "BLOB)";
+    QTest::newRow("columns of other types of numbers")
+        << "ALTER TABLE blanks DROP COLUMN OFFSET_X; ALTER TABLE blanks ADD OFFSET_X REAL; ALTER "
+           "TABLE blanks DROP COLUMN OFFSET_Y; ALTER TABLE blanks ADD OFFSET_Y NUMERIC";
     QTest::newRow("column without a list")
         << "UPDATE forms SET FIELDS = '{\"fields\": [{\"tag\": \"#A\", \"type\": 4, \"content\": "
            "[{\"name\": \"A\", \"typeID\": \"1\"}]}]}' WHERE ID = 1";
@@ -1108,6 +1130,23 @@ void tst_ZelvoraDb::checkSeesBeyondAnInterruptedChange()
     QCOMPARE(sqliteValue(path("copy.db"), "SELECT COUNT(*) FROM docs"), QString("202"));
     QVERIFY(hashOf(path("copy.db")) != database && !QFile::exists(path("copy.db-journal")));
     QVERIFY(!run({"check", path("copy.db")}).out.contains("interrupted"));
+}
+
+// What an interrupted change left is looked into in a copy.
+void tst_ZelvoraDb::checkNeedsAPlaceForACopy()
+{
+    QVERIFY(QFile::copy(sample(), path("live.db")));
+    QCOMPARE(makeInterruptedChange(path("live.db"), path("copy.db")), QByteArray());
+    const Environment temporary("TMPDIR", path("live.db").toUtf8()); // which is no folder
+    for (const QStringList& command :
+         {QStringList{"check", path("copy.db")}, QStringList{"backup", path("copy.db"), path("")}})
+    {
+        const ProcessResult result = run(command);
+        QCOMPARE(result.exitCode, 2);
+        QCOMPARE(QString::fromUtf8(result.err),
+                 "zelvora-db: the database cannot be copied with its journal: " + path("copy.db") +
+                     "\n");
+    }
 }
 
 void tst_ZelvoraDb::checkOfADatabaseInUse()

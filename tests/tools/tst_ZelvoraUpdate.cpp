@@ -38,6 +38,7 @@ private slots:
     void nothingForATerminal();
     void help_data();
     void help();
+    void fullOutputIsAFailure();
 
 private:
     QString write(const QString& name, const QByteArray& bytes);
@@ -420,6 +421,21 @@ void tst_ZelvoraUpdate::help()
     const ProcessResult result = run(arguments);
     QCOMPARE(result.exitCode, exitCode);
     QVERIFY((exitCode == 0 ? result.out : result.err).contains("zelvora-update make"));
+}
+
+// A status may be all that a script reads.
+void tst_ZelvoraUpdate::fullOutputIsAFailure()
+{
+    const QString package = m_dir.filePath("good.bin");
+    QCOMPARE(run({"make", write("good.json", manifest), package}).exitCode, 0);
+    const ProcessResult result =
+        runPython("import subprocess, sys\n"
+                  "full = open('/dev/full', 'w')\n"
+                  "sys.exit(subprocess.call(sys.argv[1:], stdout=full))\n",
+                  {QString(ZELVORA_BIN_DIR) + "/tools/zelvora-update", "show", package});
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(QString::fromUtf8(result.err),
+             QString("zelvora-update: can't write to the standard output\n"));
 }
 
 QTEST_MAIN(tst_ZelvoraUpdate)
