@@ -16,6 +16,7 @@
 #include "BatchDesk.h"
 #include "batch/CheckStep.h"
 #include "batch/ProofView.h"
+#include "batch/StepButton.h"
 #include "preflight/PageCheck.h"
 #include "preflight/PageImage.h"
 #include "render/PrinPreviewDialog.h"
@@ -37,6 +38,7 @@ private slots:
     void aFormWithoutABlank();
     void whatChangedIsCheckedAgain();
     void changedBackgroundIsCheckedAgain();
+    void printedBackgroundIsCheckedAgain();
     void stops();
     void closesWhileItChecks();
     void windowStaysAlive();
@@ -270,6 +272,23 @@ void tst_CheckStep::changedBackgroundIsCheckedAgain()
     clickButton(desk.window(), "checkButton");
     QCOMPARE(desk.findings()->topLevelItemCount(), 2);
     QVERIFY(desk.findings()->topLevelItem(0)->text(0).startsWith("Бланк «"));
+}
+
+// A picture that is missing matters only if it is to be printed.
+void tst_CheckStep::printedBackgroundIsCheckedAgain()
+{
+    BatchDesk desk;
+    desk.addForm("Диплом");
+    desk.addBlank({blankItem(0, "#LNAME", large)}, {{"BACKGROUND_IMG", "нет.png"}});
+    desk.addDocuments(1);
+    desk.open();
+    checkAll(desk);
+    QVERIFY(!checkedSheets(desk).first().hasErrors);
+    named<StepButton>(desk.window(), "documentsButton")->click();
+    named<QTableWidget>(desk.window(), "blanksTable")->item(0, 4)->setCheckState(Qt::Checked);
+    clickButton(desk.window(), "toCheckButton");
+    QTRY_VERIFY(!desk.window().findChild<CheckStep*>()->isBusy());
+    QVERIFY(checkedSheets(desk).first().hasErrors);
 }
 
 void tst_CheckStep::stops()

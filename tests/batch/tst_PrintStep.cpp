@@ -47,6 +47,7 @@ private slots:
     void stopsBetweenSheets();
     void restKeepsTheFilesThatAreThere();
     void stoppedFileIsNotKept();
+    void fileNeedsAName();
     void existingFileIsAskedFor();
     void unwritablePlaces();
     void fullDisk();
@@ -280,6 +281,7 @@ void tst_PrintStep::spoiltIsPrintedWithTheRest()
     desk.click("printRestButton");
     QCOMPARE(desk.outcomes()[2], QString("напечатан, испорчено до этого: 1"));
     const QStringList journal = desk.journal();
+    QVERIFY(journal[1].endsWith(desk.path("out/Петрова.pdf") + ";напечатан"));
     QVERIFY(journal[6].endsWith("испорчен"));
     QVERIFY(journal[7].endsWith("печатается"));
     QCOMPARE(journal.size(), 9);
@@ -380,6 +382,23 @@ void tst_PrintStep::stoppedFileIsNotKept()
     QCOMPARE(desk.journal().last().section(';', -1), QString("файл не записан"));
     desk.click("printRestButton");
     QCOMPARE(PdfMeasure(desk.path("x.pdf")).pageCount(), 3);
+}
+
+void tst_PrintStep::fileNeedsAName()
+{
+    PrintDesk desk;
+    desk.step->setSheets(desk.titles());
+    desk.chooseFile();
+    named<QLineEdit>(desk.step, "fileEdit")->clear();
+    ModalDriver driver;
+    driver.expectMessage("Ошибка", "Укажите файл, в который печатать.");
+    desk.click("printButton");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(desk.outcomes(), (QStringList{"", "", ""}));
+    desk.chooseFile("партия");
+    desk.click("printButton");
+    QCOMPARE(PdfMeasure(desk.path("партия.pdf")).pageCount(), 3);
+    QVERIFY(!QFileInfo::exists(desk.path("партия")));
 }
 
 void tst_PrintStep::existingFileIsAskedFor()
