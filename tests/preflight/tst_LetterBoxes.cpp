@@ -37,7 +37,7 @@ void tst_LetterBoxes::holdsTheInk()
     font.setHintingPreference(QFont::PreferNoHinting);
     constexpr double rounding = 0.02; // of coordinates in a font
     for (const char* text : {"Константинопольский", "jQ, (Ёё) Йй", "AVAToWa", "Щука №12 «Ь»", "x",
-                             " по краям ", "ДЦЩцщ_ygjp|/"})
+                             " по краям ", "1–5 — да", "ДЦЩцщ_ygjp|/"})
     {
         QPainterPath path;
         path.addText(QPointF(0, 0), font, text);

@@ -102,6 +102,7 @@ private slots:
     void lengthsBeyondAllPaper();
     void symbolAtTheEdge();
     void tags();
+    void loneSign();
     void tableTags();
     void markup_data();
     void markup();
@@ -515,6 +516,10 @@ void tst_PageCheck::emptyPartOutsidePage()
     COMPARE_MM(findings[0].amount, 40 * unit);
     QVERIFY(findings[0].isOfBlank());
     QCOMPARE(findings[0].blank.name, QString("Край"));
+    // It is said once: what is beyond the page is beyond the printable too.
+    sheet.pageCheck.setMargins(QMarginsF(5, 0, 5, 0));
+    QCOMPARE(sheet.check({textItem("АБВ", QRectF(-40, 300, 400, 40), {{"h_align", 1}})}).size(), 1);
+    sheet.pageCheck.setMargins(QMarginsF());
     VERIFY_NONE(sheet.check({textItem("АБВ", QRectF(0, 300, 1122, 40))}));
 }
 
@@ -805,6 +810,17 @@ void tst_PageCheck::tags()
     QVERIFY(text.contains("#CITY #lname"));
     QVERIFY(text.contains("Выдан 0 0,"));
     QVERIFY(!text.endsWith(','));
+}
+
+void tst_PageCheck::loneSign()
+{
+    CheckedPage sheet;
+    const QVector<Finding> findings =
+        sheet.check({textItem("Запись # 5", QRectF(100, 100, 400, 40))});
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::TagNotExpanded);
+    QCOMPARE(findings[0].severity, Severity::Warning); // it may be meant
+    QCOMPARE(sheet.print().text(), QString("Запись # 5"));
 }
 
 void tst_PageCheck::tableTags()

@@ -92,6 +92,7 @@ private slots:
     void inkWhereItPrints();
     void framesHideNoInk();
     void framesAndMarks();
+    void errorsColourTheFrame();
     void sheetAlone();
     void marksStandApart();
     void manyMarksStandApart_data();
@@ -198,6 +199,18 @@ void tst_ProofPicture::framesAndMarks()
                         toPixels(6));
     QVERIFY(countIn(image, beside, isRed) > 200);
     QCOMPARE(countIn(image, QRectF(0, 0, image.width(), toPixels(250 * unit)), isRed), 0);
+}
+
+// Whatever else was found there.
+void tst_ProofPicture::errorsColourTheFrame()
+{
+    CheckedPage proof;
+    proof.check({blankItem(0, "#MNAME #CITY", QRectF(100, 100, 200, 40))}, {}, {}, {{"MNAME", ""}});
+    QCOMPARE(proof.pageCheck.findings().size(), 2);
+    QCOMPARE(proof.pageCheck.findings()[0].severity, Finding::Severity::Error);
+    QCOMPARE(proof.pageCheck.findings()[1].severity, Finding::Severity::Warning);
+    QVERIFY(countIn(draw(proof), lineAt(100 * unit, 100 * unit, 140 * unit), isRed) >
+            0.9 * toPixels(40 * unit));
 }
 
 void tst_ProofPicture::sheetAlone()
@@ -367,6 +380,11 @@ void tst_ProofPicture::program()
     QCOMPARE(noPrinter.exitCode, 2);
     QVERIFY(noPrinter.err.contains("there is no printer"));
     QVERIFY(!QFile::exists(directory.path("none.png")));
+    const ProcessResult noFolder =
+        directory.print({"--proof", "--all", "--output", directory.path("back.png/below")});
+    QCOMPARE(noFolder.exitCode, 2);
+    QCOMPARE(QString::fromUtf8(noFolder.err),
+             "zelvora-print: can't make the folder " + directory.path("back.png/below") + '\n');
     const ProcessResult several = directory.print({"--proof", "--all", "--output", file});
     QCOMPARE(several.exitCode, 2);
     QVERIFY(several.err.contains("folder"));

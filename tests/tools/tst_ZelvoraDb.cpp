@@ -822,6 +822,10 @@ void tst_ZelvoraDb::checkFindsDamagedTables_data()
         << "docs" + computed;
     QTest::newRow("virtual table")
         << inPlaceOf("docs", "VIRTUAL TABLE docs USING fts5 (CONTENT)") << "docs" + computed;
+    QTest::newRow("key that is a text")
+        << "ALTER TABLE lists RENAME TO old; CREATE TABLE lists (ID TEXT PRIMARY KEY, LIST_NAME "
+           "TEXT, LIST_ITEMS TEXT); INSERT INTO lists SELECT * FROM old"
+        << "lists.ID: this is no integer primary key";
     QTest::newRow("two versions") << "INSERT INTO zvsys VALUES ('1.1.0.0')"
                                   << "zvsys: 2 rows where one is expected";
 }
@@ -898,6 +902,10 @@ void tst_ZelvoraDb::checkFindsDamagedForms_data()
         << "UPDATE forms SET FIELDS = '{\"fields\": [{\"tag\": \"#A\", \"type\": 4}]}' WHERE ID = "
            "1"
         << "forms ID 1, FIELDS, fields[0] #A: content is no array";
+    QTest::newRow("form: typeID beyond the known")
+        << "UPDATE forms SET FIELDS = '{\"fields\": [{\"tag\": \"#A\", \"type\": 4, \"content\": "
+           "[{\"typeID\": \"9\"}]}]}' WHERE ID = 1"
+        << "forms ID 1, FIELDS, fields[0] #A, content[0]: unknown typeID: 9";
     QTest::newRow("form: typeID as number")
         << "UPDATE forms SET FIELDS = '{\"fields\": [{\"tag\": \"#A\", \"type\": 4, \"content\": "
            "[{\"typeID\": 2}]}]}' WHERE ID = 1"
@@ -944,6 +952,9 @@ void tst_ZelvoraDb::checkFindsDamagedLayouts_data()
 
     QTest::newRow("exchange: no JSON") << "UPDATE export SET FIELDS = 'A: #LNAME'"
                                        << "export ID 1, FIELDS: this is no JSON: ";
+    QTest::newRow("exchange: item without a column")
+        << "UPDATE export SET FIELDS = '{\"items\": [{\"tag\": \"#A\"}]}'"
+        << "export ID 1, FIELDS, items[0]: the strings col and tag are missing";
     QTest::newRow("exchange: item without a tag")
         << "UPDATE export SET FIELDS = '{\"items\": [{\"col\": \"A\"}]}'"
         << "export ID 1, FIELDS, items[0]: the strings col and tag are missing";
@@ -1053,6 +1064,8 @@ void tst_ZelvoraDb::checkAcceptsWhatTheProgramToo_data()
            "(ID INTEGER PRIMARY KEY, LIST_NAME VARCHAR(20), LIST_ITEMS CLOB); INSERT INTO lists "
            "SELECT * FROM old; ALTER TABLE zvsys RENAME TO older; CREATE TABLE zvsys (DB_VERSION "
            "BLOB)";
+    QTest::newRow("column without a type")
+        << "ALTER TABLE zvsys RENAME TO old; CREATE TABLE zvsys (DB_VERSION)";
     QTest::newRow("columns of other types of numbers")
         << "ALTER TABLE blanks DROP COLUMN OFFSET_X; ALTER TABLE blanks ADD OFFSET_X REAL; ALTER "
            "TABLE blanks DROP COLUMN OFFSET_Y; ALTER TABLE blanks ADD OFFSET_Y NUMERIC";
