@@ -101,6 +101,7 @@ private slots:
     void edgeOfThePrintable();
     void backgroundStaysOrMoves();
     void restOfTheSheet();
+    void sheetWithoutAPage();
     void program();
     void programOnSeveralDocuments();
 };
@@ -349,6 +350,20 @@ void tst_ProofPicture::restOfTheSheet()
     QCOMPARE(image.pixel(edge + 40, 900), qRgb(0xEC, 0xEE, 0xF1));
     QCOMPARE(image.pixel(edge - 40, 900), qRgb(255, 255, 255));
     QVERIFY(blackOf(image, QRect(edge + 2, 0, 400, 1200)).isNull());
+}
+
+// The paper is known, the page has no width: nothing but the sheet and the finding is drawn.
+void tst_ProofPicture::sheetWithoutAPage()
+{
+    CheckedPage proof;
+    proof.check({blankItem(0, "#LNAME", QRectF(100, 100, 200, 40))},
+                {{"PAPER_FORMAT", 0}, {"SIZE_WIDTH", 0}});
+    QCOMPARE(proof.pageCheck.findings().size(), 1);
+    const QImage image = draw(proof);
+    const QSize sheet = ProofPicture(proof.pageCheck, dpi, false).sheetSize();
+    QCOMPARE(sheet, QSize(1754, 1240)); // A4, lying
+    QVERIFY(blackOf(image, QRect(QPoint(0, 0), sheet)).isNull());
+    QVERIFY(!blackOf(image, QRect(0, sheet.height() + 2, sheet.width(), 1000)).isNull());
 }
 
 void tst_ProofPicture::program()

@@ -747,7 +747,9 @@ void tst_DataBaseUpdater::completeDocumentStaysAsItIs()
     makeForm28(*m_app, 1);
     const QString complete = R"({ "#SEX" : {}, "#NOTE" : {}, "#OLD" : {} })";
     m_app->exec("UPDATE docs SET CONTENT = ? WHERE ID = 1", {complete});
-    QVERIFY(run("1.2.0.0", {functionPart("1.2.0.0", migrationArgument())}));
+    // A field without a tag has no place in a document.
+    QVERIFY(run("1.2.0.0", {functionPart("1.2.0.0", migrationArgument()),
+                            functionPart("1.2.0.0", R"([{"name": "Без тега"}])")}));
     QCOMPARE(m_app->value("SELECT CONTENT FROM docs WHERE ID = 1").toString(), complete);
 }
 
