@@ -206,7 +206,7 @@ void tst_Backup::clockThatWentBack_data()
 void tst_Backup::clockThatWentBack()
 {
     QFETCH(int, minutesAhead);
-    const QDateTime later = QDateTime::currentDateTime().addSecs(60 * minutesAhead);
+    const QDateTime later = QDateTime::currentDateTime().addSecs(qint64(60) * minutesAhead);
     const QString ahead = "docs_auto_" + later.toString("yyyy-MM-dd_hh-mm-ss") + ".zlv";
     writeFile(path("archives/" + ahead), "old");
     QCOMPARE(backup().exitCode, 0);
@@ -406,7 +406,7 @@ void tst_Backup::leftoversAreRemoved()
         QFile file(name);
         QVERIFY(file.open(QIODevice::WriteOnly));
         const int hours = name == young ? 23 : 25;
-        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-3600 * hours),
+        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(qint64(-3600) * hours),
                                  QFileDevice::FileModificationTime));
     }
     QCOMPARE(backup().exitCode, 0);

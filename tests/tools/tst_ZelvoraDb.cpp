@@ -351,7 +351,7 @@ void tst_ZelvoraDb::createRemovesLeftovers()
         QFile file(path(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
         const int hours = name.startsWith("young") ? 23 : 25;
-        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-3600 * hours),
+        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(qint64(-3600) * hours),
                                  QFileDevice::FileModificationTime));
     }
     QCOMPARE(run({"create", path("docs.db")}).exitCode, 0);
