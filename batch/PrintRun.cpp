@@ -111,7 +111,7 @@ void PrintRun::stop()
 {
     if (m_isRefreshing) {
         m_isStopping = true;
-    } else if (m_state == State::AwaitsEnd && !isRepeat()) {
+    } else if (m_state == State::AwaitsEnd) {
         end(Ending::Whole);
     } else if (m_state != State::Ended) {
         end(Ending::Stopped);

@@ -1,10 +1,7 @@
 #include "printing/BlankChoice.h"
 
-#include "render/page/BlankList.h"
-
-BlankChoice chooseBlank(const QVariant& docId, const QString& wanted)
+BlankChoice chooseBlank(const BlankList& blanks, const QString& wanted)
 {
-    const BlankList blanks = blanksOfDocument(docId, nullptr);
     if (blanks.isEmpty()) {
         return {QVariant(), BlankChoice::Problem::NoBlanks};
     }

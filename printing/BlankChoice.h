@@ -3,6 +3,8 @@
 #include <QString>
 #include <QVariant>
 
+#include "render/page/BlankList.h"
+
 /// The blank that a document is to be printed on.
 struct BlankChoice
 {
@@ -18,6 +20,6 @@ struct BlankChoice
     Problem problem = Problem::None;
 };
 
-/// Chooses among the blanks of the document's form: the one with the ID or else the name `wanted`,
+/// Chooses among the blanks of a document's form: the one with the ID or else the name `wanted`,
 /// or the first one if nothing is wanted.
-BlankChoice chooseBlank(const QVariant& docId, const QString& wanted);
+BlankChoice chooseBlank(const BlankList& blanks, const QString& wanted);

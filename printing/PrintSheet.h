@@ -17,5 +17,6 @@ struct PrintSheet
     QString fileName; ///< of its own file, as an earlier batch gave it; empty: by the pattern
 };
 
-/// A sheet for each document, in their order, on the blank that chooseBlank() gives it.
+/// A sheet for each document, in their order, on the blank that chooseBlank() gives it of those of
+/// its form.
 QVector<PrintSheet> sheetsOf(const QVector<PrintDocument>& documents, const QString& wantedBlank);

@@ -18,9 +18,9 @@ bool checkRead(const JsonColumn& column, const JsonLogLines& log)
         qDebug() << column.error;
         return false;
     case JsonColumn::Status::NotAnObject:
-        qDebug() << log.notAnObject;
-        return false;
+        break;
     }
+    qDebug() << log.notAnObject;
     return false;
 }
 

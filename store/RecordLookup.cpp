@@ -8,14 +8,15 @@ QVariantList recordsByIdOrName(const QString& table, const QString& nameColumn,
 {
     QSqlQuery query;
     query.setForwardOnly(true);
-    query.prepare(QString("SELECT ID FROM %1 WHERE CAST(ID AS TEXT) = ? OR %2 = ? "
-                          "ORDER BY CAST(ID AS TEXT) = ? DESC, ID")
-                      .arg(table, nameColumn));
+    const bool isPrepared =
+        query.prepare(QString("SELECT ID FROM %1 WHERE CAST(ID AS TEXT) = ? OR %2 = ? "
+                              "ORDER BY CAST(ID AS TEXT) = ? DESC, ID")
+                          .arg(table, nameColumn));
     for (int i = 0; i < 3; ++i) {
         query.addBindValue(idOrName);
     }
     QVariantList ids;
-    if (query.exec()) {
+    if (isPrepared && query.exec()) {
         while (query.next()) {
             ids << query.value(0);
         }

@@ -73,9 +73,9 @@ int runAction(const PrintOptions& options, QTextStream& out, QTextStream& err)
     case PrintOptions::Action::Check:
         return exitStatus(CheckJob(options, out, err).run());
     case PrintOptions::Action::Proof:
-        return exitStatus(ProofJob(options, out, err).run());
+        break;
     }
-    return failure;
+    return exitStatus(ProofJob(options, out, err).run());
 }
 
 bool printsDocuments(const PrintOptions& options)

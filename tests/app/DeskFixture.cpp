@@ -13,7 +13,7 @@
 #include <QtTest>
 
 #include "store/DataBase.h"
-#include "support/Process.h"
+#include "support/PrintProgram.h"
 #include "support/Widgets.h"
 
 namespace {
@@ -39,8 +39,7 @@ const QString& sampleMaster()
     static const QTemporaryDir master;
     static const QString directory = master.path();
     if (!QFile::exists(directory + "/docs.db")) {
-        const ProcessResult made =
-            runProcess(QString(ZELVORA_BIN_DIR) + "/tools/zelvora-db", {"sample", directory});
+        const ProcessResult made = makeSample(directory);
         if (made.exitCode != 0) {
             qFatal("no sample: %s", made.err.constData());
         }

@@ -16,6 +16,7 @@
 #include "BatchDesk.h"
 #include "batch/CheckStep.h"
 #include "batch/ProofView.h"
+#include "batch/StepButton.h"
 #include "preflight/PageCheck.h"
 #include "preflight/PageImage.h"
 #include "render/PrinPreviewDialog.h"
@@ -36,6 +37,8 @@ private slots:
     void documentsWithErrorsAreHeldBack();
     void aFormWithoutABlank();
     void whatChangedIsCheckedAgain();
+    void changedBackgroundIsCheckedAgain();
+    void printedBackgroundIsCheckedAgain();
     void stops();
     void closesWhileItChecks();
     void windowStaysAlive();
@@ -51,18 +54,21 @@ namespace {
 const QRectF large(100, 100, 300, 40);
 const QRectF small(100, 300, 20, 24);
 
+void addPerson(BatchDesk& desk, const QString& name, const QString& note, const QString& mark)
+{
+    desk.addDocument({{"#NOTE", valueEntry(0, note)}, {"#MARK", valueEntry(0, mark)}},
+                     {{"LNAME", name}});
+}
+
 /// Three documents on a blank: of the first a tag has no value, of the second a text does not fit.
 void addThree(BatchDesk& desk)
 {
     desk.addForm("Диплом");
     desk.addBlank({blankItem(0, "#LNAME", large), blankItem(0, "#NOTE", large.translated(0, 60)),
                    blankItem(0, "#MARK", small)});
-    const auto content = [](const QString& note, const QString& mark) {
-        return QJsonObject{{"#NOTE", valueEntry(0, note)}, {"#MARK", valueEntry(0, mark)}};
-    };
-    desk.addDocument(content("", "."), {{"LNAME", "Акимов"}});
-    desk.addDocument(content("нет", "слишком длинный текст"), {{"LNAME", "Борисов"}});
-    desk.addDocument(content("нет", "."), {{"LNAME", "Волков"}});
+    addPerson(desk, "Акимов", "", ".");
+    addPerson(desk, "Борисов", "нет", "слишком длинный текст");
+    addPerson(desk, "Волков", "нет", ".");
 }
 
 void checkAll(BatchDesk& desk)
@@ -106,13 +112,16 @@ void tst_CheckStep::errorsBeforeWarnings()
 {
     BatchDesk desk;
     addThree(desk);
+    addPerson(desk, "Гусев", "", ".");
+    addPerson(desk, "Дятлов", "нет", "слишком длинный текст");
     desk.open();
     checkAll(desk);
-    QCOMPARE(rows(desk), QStringList({"Борисов", "Акимов", "Волков"}));
+    // Each kind in the order of the list.
+    QCOMPARE(rows(desk), QStringList({"Борисов", "Дятлов", "Акимов", "Гусев", "Волков"}));
     QVERIFY(desk.findings()->topLevelItem(0)->child(0)->text(0).startsWith("Рамка 3 «#MARK»"));
-    QVERIFY(desk.findings()->topLevelItem(1)->child(0)->text(0).contains("#NOTE"));
-    QCOMPARE(desk.findings()->topLevelItem(2)->childCount(), 0);
-    QVERIFY2(desk.status("checkStepButton").endsWith("в 2 документах"),
+    QVERIFY(desk.findings()->topLevelItem(2)->child(0)->text(0).contains("#NOTE"));
+    QCOMPARE(desk.findings()->topLevelItem(4)->childCount(), 0);
+    QVERIFY2(desk.status("checkStepButton").endsWith("в 4 документах"),
              qPrintable(desk.status("checkStepButton")));
 }
 
@@ -244,6 +253,42 @@ void tst_CheckStep::whatChangedIsCheckedAgain()
     clickButton(desk.window(), "checkButton");
     QVERIFY(checkedSheets(desk)[2].hasErrors);
     QVERIFY(!desk.status("checkStepButton").contains("База изменилась"));
+}
+
+void tst_CheckStep::changedBackgroundIsCheckedAgain()
+{
+    BatchDesk desk;
+    desk.addForm("Диплом");
+    desk.addBlank({blankItem(0, "#LNAME", large)}, {{"BACKGROUND_IMG", "scan.png"}});
+    desk.addDocuments(1);
+    QImage scan(30, 20, QImage::Format_RGB32);
+    scan.fill(Qt::white);
+    QVERIFY(scan.save(desk.path("scan.png")));
+    desk.open();
+    checkAll(desk);
+    QCOMPARE(desk.findings()->topLevelItemCount(), 1); // the document
+    QVERIFY(QFile::remove(desk.path("scan.png")));
+    QVERIFY(desk.window().reload());
+    clickButton(desk.window(), "checkButton");
+    QCOMPARE(desk.findings()->topLevelItemCount(), 2);
+    QVERIFY(desk.findings()->topLevelItem(0)->text(0).startsWith("Бланк «"));
+}
+
+// A picture that is missing matters only if it is to be printed.
+void tst_CheckStep::printedBackgroundIsCheckedAgain()
+{
+    BatchDesk desk;
+    desk.addForm("Диплом");
+    desk.addBlank({blankItem(0, "#LNAME", large)}, {{"BACKGROUND_IMG", "нет.png"}});
+    desk.addDocuments(1);
+    desk.open();
+    checkAll(desk);
+    QVERIFY(!checkedSheets(desk).first().hasErrors);
+    named<StepButton>(desk.window(), "documentsButton")->click();
+    named<QTableWidget>(desk.window(), "blanksTable")->item(0, 4)->setCheckState(Qt::Checked);
+    clickButton(desk.window(), "toCheckButton");
+    QTRY_VERIFY(!desk.window().findChild<CheckStep*>()->isBusy());
+    QVERIFY(checkedSheets(desk).first().hasErrors);
 }
 
 void tst_CheckStep::stops()
@@ -413,9 +458,12 @@ void tst_CheckStep::reportAsATable()
     QVERIFY(written.open(QIODevice::ReadOnly));
     const QStringList lines = QString::fromUtf8(written.readAll()).split("\r\n");
     const auto lineOf = [&](const QString& name) { return lines.filter(name).join('\n'); };
+    QVERIFY(lineOf("Борисов").contains("\"Диплом\";\"АБ\";\"000123\";\"Бланк\";"));
     QVERIFY(lineOf("Борисов").contains("\"ошибка\";\"рамка 3 «#MARK»\""));
     QVERIFY(lineOf("Акимов").contains("\"замечание\""));
     QVERIFY(lineOf("Волков").contains("замечаний нет"));
+    // In the order of the list, whatever the window shows first.
+    QVERIFY(lines[1].contains("Акимов") && lines[2].contains("Борисов"));
 }
 
 void tst_CheckStep::reportWithProofs()

@@ -33,6 +33,8 @@ private slots:
     void sheetsInTheOrderOfTheList();
     void aRowForEachBlank();
     void aFormWithoutABlank();
+    void numbersOfDocuments_data();
+    void numbersOfDocuments();
     void aThousandDocuments();
     void aHundredThousandDocuments();
 };
@@ -125,6 +127,8 @@ void tst_DocumentsStep::filters()
     QCOMPARE(desk.people(), QStringList({"Артёмов"}));
     named<QDateEdit>(desk.window(), "fromDate")->setDate(QDate(2021, 6, 25)); // the day itself
     QCOMPARE(desk.people().size(), 3);
+    named<QDateEdit>(desk.window(), "toDate")->setDate(QDate(2021, 6, 25)); // likewise
+    QCOMPARE(desk.people(), QStringList({"Иванова", "Петров"}));
 }
 
 void tst_DocumentsStep::ticksOutliveFilters()
@@ -303,6 +307,10 @@ void tst_DocumentsStep::aRowForEachBlank()
     QVERIFY(sheetsOf(desk).isEmpty());
     desk.tick(1);
     QCOMPARE(sheetsOf(desk).size(), 2);
+    // And when the database is read again.
+    QVERIFY(desk.window().reload());
+    QCOMPARE(sheetsOf(desk).size(), 2);
+    QCOMPARE(sheetsOf(desk)[1].sheet.copies, 3);
 }
 
 void tst_DocumentsStep::aFormWithoutABlank()
@@ -318,6 +326,35 @@ void tst_DocumentsStep::aFormWithoutABlank()
     QVERIFY(blanks->item(0, 0)->text().contains("«БЛАНКИ»"));
     QCOMPARE(sheetsOf(desk).size(), 1);
     QCOMPARE(sheetsOf(desk).first().sheet.blank.problem, BlankChoice::Problem::NoBlanks);
+}
+
+void tst_DocumentsStep::numbersOfDocuments_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("2") << 2 << "2 документа";
+    QTest::newRow("4") << 4 << "4 документа";
+    QTest::newRow("5") << 5 << "5 документов";
+    QTest::newRow("10") << 10 << "10 документов";
+    QTest::newRow("11") << 11 << "11 документов";
+    QTest::newRow("14") << 14 << "14 документов";
+    QTest::newRow("21") << 21 << "21 документ";
+    QTest::newRow("102") << 102 << "102 документа";
+    QTest::newRow("112") << 112 << "112 документов";
+}
+
+void tst_DocumentsStep::numbersOfDocuments()
+{
+    QFETCH(int, number);
+    QFETCH(QString, words);
+    BatchDesk desk;
+    desk.addForm("Справка");
+    desk.addDocuments(number);
+    desk.open();
+    named<QCheckBox>(desk.window(), "selectAllCheck")->click();
+    const QString text = named<QTableWidget>(desk.window(), "blanksTable")->item(0, 0)->text();
+    QVERIFY2(text.startsWith("У типа «Справка» нет бланка: " + words + " не на чем"),
+             qPrintable(text));
 }
 
 void tst_DocumentsStep::aThousandDocuments()

@@ -35,15 +35,19 @@ private slots:
     void bracesThatDoNotMatch();
     void orders_data();
     void orders();
+    void blanksComeAsInTheList();
     void documentByDocument();
     void heldBackAndRest();
     void restKeepsTheFirstFile();
     void repeatedFileTakesItsOwnName();
     void spoiltIsPrintedWithTheRest();
+    void paperAsFarAsItIsKnown();
     void sameSheetsKeepTheirOutcomes();
     void keysWhilePrinting();
     void stopsBetweenSheets();
+    void restKeepsTheFilesThatAreThere();
     void stoppedFileIsNotKept();
+    void fileNeedsAName();
     void existingFileIsAskedFor();
     void unwritablePlaces();
     void fullDisk();
@@ -156,6 +160,22 @@ void tst_PrintStep::orders()
     }
 }
 
+// Whatever the order of the persons is.
+void tst_PrintStep::blanksComeAsInTheList()
+{
+    PrintDesk desk;
+    desk.chooseFile();
+    desk.step->setSheets({desk.sheet(0, desk.supplement), desk.sheet(1, desk.title),
+                          desk.sheet(2, desk.supplement)});
+    named<QComboBox>(desk.step, "orderCmb")->setCurrentText("По фамилии");
+    QCOMPARE(desk.persons(), (QStringList{"Иваненко", "Петрова", "Абаев"}));
+    desk.click("printButton");
+    const PdfMeasure pdf(desk.path("x.pdf"));
+    QCOMPARE(pdf.text(1), QString("Вкладыш: Иваненко"));
+    QCOMPARE(pdf.text(2), QString("Вкладыш: Петрова"));
+    QCOMPARE(pdf.text(3), QString("Титул: Абаев"));
+}
+
 void tst_PrintStep::documentByDocument()
 {
     PrintDesk desk;
@@ -256,12 +276,30 @@ void tst_PrintStep::spoiltIsPrintedWithTheRest()
     desk.click("spoiltButton");
     QCOMPARE(desk.outcomes(), QStringList({"напечатан", "напечатан", "испорчен"}));
     QCOMPARE(desk.step->statusLine(), QString("Напечатано 2, испорчено 1"));
+    const auto* results = named<QTableWidget>(desk.step, "resultsTable");
+    QVERIFY(results->item(2, 5)->foreground() != results->item(1, 5)->foreground()); // is red
     desk.click("printRestButton");
     QCOMPARE(desk.outcomes()[2], QString("напечатан, испорчено до этого: 1"));
     const QStringList journal = desk.journal();
+    QVERIFY(journal[1].endsWith(desk.path("out/Петрова.pdf") + ";напечатан"));
     QVERIFY(journal[6].endsWith("испорчен"));
     QVERIFY(journal[7].endsWith("печатается"));
     QCOMPARE(journal.size(), 9);
+}
+
+void tst_PrintStep::paperAsFarAsItIsKnown()
+{
+    PrintDesk desk;
+    QVector<PlannedSheet> sheets = desk.titles();
+    sheets[0].blankNumber.clear();
+    sheets[1].blankSeries.clear();
+    sheets[2].blankSeries.clear();
+    sheets[2].blankNumber = " ";
+    desk.step->setSheets(sheets);
+    const auto* results = named<QTableWidget>(desk.step, "resultsTable");
+    QCOMPARE(results->item(0, 4)->text(), QString("АБ"));
+    QCOMPARE(results->item(1, 4)->text(), QString("№ 000002"));
+    QCOMPARE(results->item(2, 4)->text(), QString());
 }
 
 // The window reads the database again whenever it is activated.
@@ -312,6 +350,22 @@ void tst_PrintStep::stopsBetweenSheets()
     QCOMPARE(desk.result(), QString("Печать закончена. Напечатано 3."));
 }
 
+// The files of a person's title and supplement differ by a number.
+void tst_PrintStep::restKeepsTheFilesThatAreThere()
+{
+    PrintDesk desk;
+    desk.chooseFolder();
+    desk.step->setSheets({desk.sheet(0, desk.title), desk.sheet(0, desk.supplement)});
+    clickButton(desk.step, "printButton");
+    QTRY_COMPARE(desk.outcomes()[0], QString("напечатан"));
+    desk.click("stopButton");
+    QCOMPARE(desk.filesInFolder(), QStringList("Петрова.pdf"));
+    desk.click("printRestButton");
+    QCOMPARE(desk.filesInFolder(), (QStringList{"Петрова (2).pdf", "Петрова.pdf"}));
+    QCOMPARE(PdfMeasure(desk.path("out/Петрова.pdf")).text(), QString("Титул: Петрова"));
+    QCOMPARE(PdfMeasure(desk.path("out/Петрова (2).pdf")).text(), QString("Вкладыш: Петрова"));
+}
+
 void tst_PrintStep::stoppedFileIsNotKept()
 {
     PrintDesk desk;
@@ -328,6 +382,23 @@ void tst_PrintStep::stoppedFileIsNotKept()
     QCOMPARE(desk.journal().last().section(';', -1), QString("файл не записан"));
     desk.click("printRestButton");
     QCOMPARE(PdfMeasure(desk.path("x.pdf")).pageCount(), 3);
+}
+
+void tst_PrintStep::fileNeedsAName()
+{
+    PrintDesk desk;
+    desk.step->setSheets(desk.titles());
+    desk.chooseFile();
+    named<QLineEdit>(desk.step, "fileEdit")->clear();
+    ModalDriver driver;
+    driver.expectMessage("Ошибка", "Укажите файл, в который печатать.");
+    desk.click("printButton");
+    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(desk.outcomes(), (QStringList{"", "", ""}));
+    desk.chooseFile("партия");
+    desk.click("printButton");
+    QCOMPARE(PdfMeasure(desk.path("партия.pdf")).pageCount(), 3);
+    QVERIFY(!QFileInfo::exists(desk.path("партия")));
 }
 
 void tst_PrintStep::existingFileIsAskedFor()

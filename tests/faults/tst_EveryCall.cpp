@@ -28,6 +28,7 @@ private slots:
     void restore_data();
     void restore();
     void start();
+    void packageIsNotAppliedTwice();
     void cleanupTestCase();
 
 private:
@@ -308,6 +309,27 @@ void tst_EveryCall::start()
         QCOMPARE(run.says("box Ошибка обновления БД: Не удалось обновить базу данных."),
                  run.says("log Обновление базы прервано из-за ошибки"));
     });
+}
+
+// A version that could not be read once is not taken for an absent one.
+void tst_EveryCall::packageIsNotAppliedTwice()
+{
+    Files before = m_desk;
+    before["dbUpdate.bin"] = deskUpdate();
+    putFiles(m_directory.path(), before);
+    const QString stamp = "UPDATE zvsys SET DB_VERSION = '1.2.0.0'";
+    QCOMPARE(QProcess::execute("sqlite3", {path("docs.db"), stamp}), 0);
+    before = filesIn(m_directory.path());
+    const QByteArray rows = rowsOf(path("docs.db"));
+    FaultRun run;
+    int failed = -1;
+    do {
+        ++failed;
+        putFiles(m_directory.path(), before);
+        run = work("start", {"eio", failed + 1});
+        QVERIFY2(rowsOf(path("docs.db")) == rows, qPrintable(run.struck + run.out.join(" | ")));
+    } while (!run.struck.isEmpty());
+    QVERIFY(failed > 0);
 }
 
 QTEST_MAIN(tst_EveryCall)

@@ -15,6 +15,7 @@ private slots:
     void tallAndLowLetters();
     void charactersThatJoin();
     void blanksLeaveNoInk();
+    void manyFonts();
 };
 
 void tst_LetterBoxes::holdsTheInk_data()
@@ -36,7 +37,7 @@ void tst_LetterBoxes::holdsTheInk()
     font.setHintingPreference(QFont::PreferNoHinting);
     constexpr double rounding = 0.02; // of coordinates in a font
     for (const char* text : {"Константинопольский", "jQ, (Ёё) Йй", "AVAToWa", "Щука №12 «Ь»", "x",
-                             " по краям ", "ДЦЩцщ_ygjp|/"})
+                             " по краям ", "1–5 — да", "ДЦЩцщ_ygjp|/"})
     {
         QPainterPath path;
         path.addText(QPointF(0, 0), font, text);
@@ -75,6 +76,25 @@ void tst_LetterBoxes::blanksLeaveNoInk()
     const auto box = LetterBoxes::shared().around("   ", QFont("Liberation Serif", 12), 9);
     QVERIFY(box);
     QVERIFY(box->isNull());
+}
+
+// More than are remembered: one that was forgotten is measured again.
+void tst_LetterBoxes::manyFonts()
+{
+    constexpr int most = 60; // points
+    QVector<QRectF> boxes;
+    for (int round = 0; round < 2; ++round) {
+        for (int size = 10; size <= most; ++size) {
+            const auto box = LetterBoxes::shared().around("Йр", QFont("Liberation Serif", size), 0);
+            QVERIFY(box);
+            if (round == 0) {
+                QVERIFY(boxes.isEmpty() || box->height() > boxes.last().height());
+                boxes << *box;
+            } else {
+                QCOMPARE(*box, boxes[size - 10]);
+            }
+        }
+    }
 }
 
 QTEST_MAIN(tst_LetterBoxes)

@@ -86,10 +86,15 @@ private slots:
     void itemOutsidePage_data();
     void itemOutsidePage();
     void emptyPartOutsidePage();
+    void emptyPartBelowPage_data();
+    void emptyPartBelowPage();
     void printersMargins();
+    void slantedLetterInTheMargin();
+    void slantedLetterAtTheEdge();
     void marginsThatMeet();
     void marginEndsAtThePage();
     void inkThatIsClippedAway();
+    void hiddenItemsLeaveNoInk();
     void oneLineOfWords();
     void markupOpensNoPipe();
     void textsThatAreNotWhole_data();
@@ -97,6 +102,7 @@ private slots:
     void lengthsBeyondAllPaper();
     void symbolAtTheEdge();
     void tags();
+    void loneSign();
     void tableTags();
     void markup_data();
     void markup();
@@ -510,7 +516,37 @@ void tst_PageCheck::emptyPartOutsidePage()
     COMPARE_MM(findings[0].amount, 40 * unit);
     QVERIFY(findings[0].isOfBlank());
     QCOMPARE(findings[0].blank.name, QString("Край"));
+    // It is said once: what is beyond the page is beyond the printable too.
+    sheet.pageCheck.setMargins(QMarginsF(5, 0, 5, 0));
+    QCOMPARE(sheet.check({textItem("АБВ", QRectF(-40, 300, 400, 40), {{"h_align", 1}})}).size(), 1);
+    sheet.pageCheck.setMargins(QMarginsF());
     VERIFY_NONE(sheet.check({textItem("АБВ", QRectF(0, 300, 1122, 40))}));
+}
+
+void tst_PageCheck::emptyPartBelowPage_data()
+{
+    QTest::addColumn<int>("alignment");
+    QTest::addColumn<bool>("isPrinted");
+    QTest::newRow("top") << 0 << true;
+    QTest::newRow("centre") << 2 << true;
+    QTest::newRow("bottom") << 1 << false;
+}
+
+// Half a frame lies below the page. Where the text stands in it decides.
+void tst_PageCheck::emptyPartBelowPage()
+{
+    QFETCH(int, alignment);
+    QFETCH(bool, isPrinted);
+    CheckedPage sheet;
+    const QVector<Finding> findings =
+        sheet.check({textItem("АБВ", QRectF(100, 793 - 160, 400, 240), {{"v_align", alignment}})});
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::OutsidePage);
+    QCOMPARE(findings[0].side, Side::Bottom);
+    COMPARE_MM(findings[0].amount, 80 * unit);
+    QCOMPARE(sheet.print().ink().isNull(), !isPrinted);
+    QCOMPARE(findings[0].severity, isPrinted ? Severity::Warning : Severity::Error);
+    QCOMPARE(findings[0].lostInk > 0, !isPrinted);
 }
 
 void tst_PageCheck::printersMargins()
@@ -537,6 +573,40 @@ void tst_PageCheck::printersMargins()
 
     sheet.pageCheck.setMargins(QMarginsF(10 * unit, 4, 4, 4));
     VERIFY_NONE(sheet.check(items));
+}
+
+// Such a letter leans out of the box that its font has for it, on both sides.
+void tst_PageCheck::slantedLetterInTheMargin()
+{
+    constexpr double cut = 0.5; // millimetres of the letter
+    const QJsonArray items = {textItem("<i>f</i>", QRectF(100, 300, 400, 150), {{"h_align", 0}})};
+    const QVariantMap blank = {{"FONT_SIZE", 60}};
+    CheckedPage sheet;
+    VERIFY_NONE(sheet.check(items, blank));
+    sheet.pageCheck.setMargins(QMarginsF(sheet.print().ink().left() + cut, 0, 0, 0));
+    const QVector<Finding> findings = sheet.check(items, blank);
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::OutsidePrintable);
+    QCOMPARE(findings[0].severity, Severity::Error);
+    QCOMPARE(findings[0].side, Side::Left);
+    COMPARE_MM(findings[0].lostInk, cut);
+}
+
+void tst_PageCheck::slantedLetterAtTheEdge()
+{
+    const auto items = [](const QString& text) {
+        return QJsonArray{textItem(text, QRectF(100, 300, 400, 150), {{"h_align", 1}})};
+    };
+    const QVariantMap blank = {{"FONT_SIZE", 60}};
+    CheckedPage sheet;
+    VERIFY_NONE(sheet.check(items("<i>f</i>&nbsp;"), blank));
+    const double whole = sheet.print().ink().width();
+    const QVector<Finding> findings = sheet.check(items("<i>f</i>"), blank);
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::TextTooWide);
+    QCOMPARE(findings[0].severity, Severity::Error);
+    QCOMPARE(findings[0].side, Side::Right);
+    COMPARE_MM(findings[0].lostInk, whole - sheet.print().ink().width());
 }
 
 // What is beyond the page is not in its margin too.
@@ -593,6 +663,18 @@ void tst_PageCheck::inkThatIsClippedAway()
     marks.removeFirst();
     const PrintedInk hidden = {marks, QRectF()};
     QVERIFY(hidden.bounds().isNull() && hidden.roughBounds().isNull());
+}
+
+void tst_PageCheck::hiddenItemsLeaveNoInk()
+{
+    QGraphicsSimpleTextItem shown("А");
+    auto* hidden = new QGraphicsSimpleTextItem("Б", &shown);
+    new QGraphicsSimpleTextItem("В", hidden);
+    InkRecorder recorder;
+    QCOMPARE(recorder.textsOf(&shown).size(), 3);
+    hidden->hide();
+    QCOMPARE(recorder.textsOf(&shown).size(), 1);
+    QCOMPARE(recorder.textsOf(&shown)[0].text, QString("А"));
 }
 
 /// Neither the check nor the print waits for a file that a value names, and both load a picture.
@@ -728,6 +810,17 @@ void tst_PageCheck::tags()
     QVERIFY(text.contains("#CITY #lname"));
     QVERIFY(text.contains("Выдан 0 0,"));
     QVERIFY(!text.endsWith(','));
+}
+
+void tst_PageCheck::loneSign()
+{
+    CheckedPage sheet;
+    const QVector<Finding> findings =
+        sheet.check({textItem("Запись # 5", QRectF(100, 100, 400, 40))});
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings[0].kind, Kind::TagNotExpanded);
+    QCOMPARE(findings[0].severity, Severity::Warning); // it may be meant
+    QCOMPARE(sheet.print().text(), QString("Запись # 5"));
 }
 
 void tst_PageCheck::tableTags()

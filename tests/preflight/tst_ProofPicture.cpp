@@ -68,6 +68,16 @@ QRectF lineAt(double x, double top, double bottom)
     return {toPixels(x) - 1, toPixels(top), 3, toPixels(bottom - top)};
 }
 
+/// A text with so many tags that nothing replaces.
+QString unknownTags(int count)
+{
+    QStringList tags;
+    for (int i = 1; i <= count; ++i) {
+        tags << QString("#T%1").arg(i);
+    }
+    return tags.join(' ');
+}
+
 } // namespace
 
 /// The picture that shows what the check of a page found.
@@ -82,10 +92,16 @@ private slots:
     void inkWhereItPrints();
     void framesHideNoInk();
     void framesAndMarks();
+    void errorsColourTheFrame();
     void sheetAlone();
     void marksStandApart();
+    void manyMarksStandApart_data();
+    void manyMarksStandApart();
+    void legendIsBounded();
+    void edgeOfThePrintable();
     void backgroundStaysOrMoves();
     void restOfTheSheet();
+    void sheetWithoutAPage();
     void program();
     void programOnSeveralDocuments();
 };
@@ -186,6 +202,18 @@ void tst_ProofPicture::framesAndMarks()
     QCOMPARE(countIn(image, QRectF(0, 0, image.width(), toPixels(250 * unit)), isRed), 0);
 }
 
+// Whatever else was found there.
+void tst_ProofPicture::errorsColourTheFrame()
+{
+    CheckedPage proof;
+    proof.check({blankItem(0, "#MNAME #CITY", QRectF(100, 100, 200, 40))}, {}, {}, {{"MNAME", ""}});
+    QCOMPARE(proof.pageCheck.findings().size(), 2);
+    QCOMPARE(proof.pageCheck.findings()[0].severity, Finding::Severity::Error);
+    QCOMPARE(proof.pageCheck.findings()[1].severity, Finding::Severity::Warning);
+    QVERIFY(countIn(draw(proof), lineAt(100 * unit, 100 * unit, 140 * unit), isRed) >
+            0.9 * toPixels(40 * unit));
+}
+
 void tst_ProofPicture::sheetAlone()
 {
     CheckedPage page;
@@ -218,6 +246,71 @@ void tst_ProofPicture::marksStandApart()
     QVERIFY(three > one);
     QVERIFY(ofFrame > 0);
     QVERIFY(qAbs(corner - one) < one / 4);
+}
+
+void tst_ProofPicture::manyMarksStandApart_data()
+{
+    QTest::addColumn<QRectF>("frame");
+    QTest::newRow("corner at the top") << QRectF(0, 0, 200, 40);
+    QTest::newRow("corner at the bottom") << QRectF(1000, 750, 122, 43);
+}
+
+// More than have room beside their frame, and with numbers of three digits.
+void tst_ProofPicture::manyMarksStandApart()
+{
+    QFETCH(QRectF, frame);
+    const auto redOf = [&frame](int findings) {
+        CheckedPage proof;
+        proof.check({blankItem(0, unknownTags(findings), frame)}, {{"FONT_SIZE", 1}});
+        const QImage image = draw(proof);
+        const QSize sheet = ProofPicture(proof.pageCheck, dpi, false).sheetSize();
+        return countIn(image, QRectF(QPointF(0, 0), sheet), isRed);
+    };
+    const int frameAlone = 2 * redOf(1) - redOf(2);
+    const double ofMark = redOf(2) - redOf(1);
+    QVERIFY(frameAlone > 0 && ofMark > 0);
+    constexpr int many = 120;
+    const double marks = (redOf(many) - frameAlone) / ofMark;
+    QVERIFY2(qAbs(marks - many) < many * 0.2, qPrintable(QString::number(marks)));
+}
+
+void tst_ProofPicture::legendIsBounded()
+{
+    const auto heightFor = [](int findings) {
+        CheckedPage proof;
+        proof.check({blankItem(0, unknownTags(findings), QRectF(100, 100, 900, 600))},
+                    {{"FONT_SIZE", 1}});
+        if (proof.pageCheck.findings().size() != findings) {
+            QTest::qFail("other findings", __FILE__, __LINE__);
+        }
+        return draw(proof, 40).height();
+    };
+    const int line = heightFor(59) - heightFor(58);
+    QCOMPARE(heightFor(60) - heightFor(59), line);
+    QVERIFY(heightFor(61) > heightFor(60)); // says how many more there are
+    QCOMPARE(heightFor(90), heightFor(61));
+}
+
+void tst_ProofPicture::edgeOfThePrintable()
+{
+    CheckedPage proof;
+    const QJsonArray items = {blankItem(0, "#LNAME", QRectF(400, 300, 200, 40))};
+    const auto greyAt = [](const QImage& image, double x, double top, double bottom) {
+        const auto isGrey = [](QRgb color) { return qGray(color) < 200; };
+        return countIn(image, lineAt(x, top, bottom), isGrey);
+    };
+    proof.check(items);
+    const QImage plain = draw(proof);
+    QCOMPARE(greyAt(plain, 20, 20, 180), 0);
+    proof.pageCheck.setMargins(QMarginsF(20, 10, 20, 10));
+    proof.check(items);
+    const QImage image = draw(proof);
+    // A dashed line from the upper to the lower margin, and nothing beyond.
+    const double length = toPixels(160);
+    QVERIFY(greyAt(image, 20, 20, 180) > length / 3);
+    QVERIFY(greyAt(image, 297 - 20, 20, 180) > length / 3);
+    QCOMPARE(greyAt(image, 20, 0.5, 9), 0);
+    QCOMPARE(greyAt(image, 15, 20, 180), 0);
 }
 
 void tst_ProofPicture::backgroundStaysOrMoves()
@@ -259,6 +352,20 @@ void tst_ProofPicture::restOfTheSheet()
     QVERIFY(blackOf(image, QRect(edge + 2, 0, 400, 1200)).isNull());
 }
 
+// The paper is known, the page has no width: nothing but the sheet and the finding is drawn.
+void tst_ProofPicture::sheetWithoutAPage()
+{
+    CheckedPage proof;
+    proof.check({blankItem(0, "#LNAME", QRectF(100, 100, 200, 40))},
+                {{"PAPER_FORMAT", 0}, {"SIZE_WIDTH", 0}});
+    QCOMPARE(proof.pageCheck.findings().size(), 1);
+    const QImage image = draw(proof);
+    const QSize sheet = ProofPicture(proof.pageCheck, dpi, false).sheetSize();
+    QCOMPARE(sheet, QSize(1754, 1240)); // A4, lying
+    QVERIFY(blackOf(image, QRect(QPoint(0, 0), sheet)).isNull());
+    QVERIFY(!blackOf(image, QRect(0, sheet.height() + 2, sheet.width(), 1000)).isNull());
+}
+
 void tst_ProofPicture::program()
 {
     PrintDirectory directory;
@@ -282,6 +389,17 @@ void tst_ProofPicture::program()
         {"--proof", "--id", "1", "--blank", "Книга", "--output", directory.path("none.png")});
     QCOMPARE(noPage.exitCode, 2);
     QVERIFY2(noPage.err.contains("the page has no size"), noPage.err.constData());
+    const ProcessResult noPrinter =
+        directory.print({"--proof", "--id", "1", "--printer", "Нет такого", "--output",
+                         directory.path("none.png")});
+    QCOMPARE(noPrinter.exitCode, 2);
+    QVERIFY(noPrinter.err.contains("there is no printer"));
+    QVERIFY(!QFile::exists(directory.path("none.png")));
+    const ProcessResult noFolder =
+        directory.print({"--proof", "--all", "--output", directory.path("back.png/below")});
+    QCOMPARE(noFolder.exitCode, 2);
+    QCOMPARE(QString::fromUtf8(noFolder.err),
+             "zelvora-print: can't make the folder " + directory.path("back.png/below") + '\n');
     const ProcessResult several = directory.print({"--proof", "--all", "--output", file});
     QCOMPARE(several.exitCode, 2);
     QVERIFY(several.err.contains("folder"));
@@ -305,6 +423,17 @@ void tst_ProofPicture::programOnSeveralDocuments()
                          "--output", directory.path("proofs")});
     QCOMPARE(lacking.exitCode, 1);
     QVERIFY(lacking.err.contains("77"));
+    // One document has no such blank, and the name of another's picture is a folder's.
+    QVERIFY(QFile::remove(directory.path("proofs/1_Иванов_Иван.png")));
+    QVERIFY(QDir(directory.path("proofs")).mkdir("1_Иванов_Иван.png"));
+    const ProcessResult partly =
+        directory.print({"--proof", "--id", "1,3,4", "--resolution", "40", "--blank", "Альбом",
+                         "--output", directory.path("proofs")});
+    QCOMPARE(partly.exitCode, 1);
+    QCOMPARE(partly.out, directory.path("proofs/3_Иваненко_Иван.png").toUtf8() + '\n');
+    QCOMPARE(QString::fromUtf8(partly.err),
+             "zelvora-print: can't write the file " + directory.path("proofs/1_Иванов_Иван.png") +
+                 "\nzelvora-print: document 4: it has no blank Альбом\n");
 }
 
 QTEST_MAIN(tst_ProofPicture)

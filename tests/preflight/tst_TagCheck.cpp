@@ -56,6 +56,7 @@ void tst_TagCheck::unexpandedTags_data()
     QTest::newRow("joined") << "#LNAME#FNAME" << QStringList{"#LNAME#FNAME"};
     QTest::newRow("parted by a caret") << "#LNAME^#FNAME" << QStringList();
     QTest::newRow("digit behind") << "#LNAME2" << QStringList{"#LNAME2"};
+    QTest::newRow("underscore") << "#NO_SUCH_TAG." << QStringList{"#NO_SUCH_TAG"};
     QTest::newRow("lower case") << "#lname и #Lname" << QStringList({"#lname", "#Lname"});
     QTest::newRow("lone sign") << "запись # 5" << QStringList{"#"};
     QTest::newRow("table in a text") << "Оценки: #GRADES." << QStringList{"#GRADES"};

@@ -58,6 +58,7 @@ private slots:
     void conditionChangesNothing();
     void databaseWithoutDocuments_data();
     void databaseWithoutDocuments();
+    void aFailureOnTheWayLeavesNothing_data();
     void aFailureOnTheWayLeavesNothing();
 };
 
@@ -262,13 +263,26 @@ void tst_DocumentSelection::databaseWithoutDocuments()
     QCOMPARE(chosen(filter), QString("can't read the documents: no such table: docs"));
 }
 
+void tst_DocumentSelection::aFailureOnTheWayLeavesNothing_data()
+{
+    QTest::addColumn<QStringList>("filter");
+    QTest::newRow("ids") << QStringList{"--id", "1,2-3"};
+    QTest::newRow("all") << QStringList{"--all"};
+    QTest::newRow("condition") << QStringList{"--where", "ID < 4"};
+}
+
 // JSON that is none stops the statement at the second document, when the first has been read.
 void tst_DocumentSelection::aFailureOnTheWayLeavesNothing()
 {
+    QFETCH(QStringList, filter);
     PrintDirectory directory;
     directory.exec("UPDATE docs SET CONTENT = 'x' WHERE ID = 2");
+    directory.exec("ALTER TABLE docs RENAME TO stored");
+    directory.exec("ALTER TABLE stored RENAME COLUMN DOC_GROUP TO OTHER");
+    directory.exec("CREATE VIEW docs AS SELECT json_extract(CONTENT, '$.a') AS DOC_GROUP, * FROM "
+                   "stored");
     DocumentSelection selection;
-    const QString error = chosen({"--where", "json_extract(CONTENT, '$.a') IS NULL"}, selection);
+    const QString error = chosen(filter, selection);
     QVERIFY2(error.startsWith("can't read the documents: "), qPrintable(error));
     QVERIFY(selection.documents().isEmpty());
 }

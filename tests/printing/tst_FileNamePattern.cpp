@@ -98,6 +98,8 @@ void tst_FileNamePattern::patterns_data()
     // No database keeps half a character, but a command line may hold one.
     QTest::newRow("half a character")
         << QString("a") + QChar(0xD83D) + "b" + QChar(0xDE00) << "a_b_.pdf";
+    QTest::newRow("halves at the ends")
+        << QString(QChar(0xDE00)) + "a" + QChar(0xD83D) << "_a_.pdf";
     QTest::newRow("folder") << "{#DOC_GROUP}/{#LNAME}"
                             << "9А_Иванов.pdf";
 }
@@ -137,6 +139,7 @@ void tst_FileNamePattern::values_data()
     row("control", QString("a\tb\x7F") + QChar(0x85), "a_b__.pdf");
     row("line feed of a tag", "a\\nb", "a_b.pdf");
     row("line separator", QString("a") + QChar(0x2028) + "b", "a_b.pdf");
+    row("paragraph separator", QString("a") + QChar(0x2029) + "b", "a_b.pdf");
     row("a whole one", QString::fromUcs4(U"a\U0001F600"), QString::fromUcs4(U"a\U0001F600.pdf"));
     row("turned letters", QString("a") + QChar(0x202E) + "fdp", "afdp.pdf");
     row("two characters for one", QString("и") + QChar(0x306), QString(QChar(0x439)) + ".pdf");

@@ -6,8 +6,10 @@
 #include "blanks/BlankRecord.h"
 #include "printing/BatchCheck.h"
 #include "printing/BatchObserver.h"
+#include "printing/PdfFile.h"
 #include "printing/PrintBatch.h"
 #include "support/CheckedPage.h"
+#include "support/LogCatcher.h"
 #include "support/PdfMeasure.h"
 
 namespace {
@@ -66,6 +68,7 @@ public:
             PrintDocument document;
             document.id = addDocument({}, {{"LNAME", surname}});
             document.surname = surname;
+            document.formId = 1;
             documents.append(document);
         }
         addBlank({blankItem(0, "Диплом: #LNAME", QRectF(50, 50, 400, 60))}, {{"NAME", "Титул"}});
@@ -76,6 +79,13 @@ public:
     QVector<PrintSheet> sheets(const QString& blank = QString()) const
     {
         return sheetsOf(documents, blank);
+    }
+
+    void setForm(int document, const QVariant& form)
+    {
+        PrintDocument changed = documents[document];
+        changed.formId = form;
+        documents.replace(document, changed);
     }
 
     PrintTarget oneFile() const { return {PrintTarget::Kind::OneFile, path("x.pdf"), {}}; }
@@ -123,11 +133,15 @@ private slots:
     void copiesAndBackground();
     void stopsBetweenTwoSheets();
     void stoppedFileIsThrownAway();
+    void writtenFileStandsAlone();
     void heldBack();
+    void eachFormHasItsBlanks();
     void failuresDoNotStopTheRest();
     void nothingPrintedLeavesNoFile();
     void commonFileRefused();
+    void folderOfTheCommonFileGoesAway();
     void targetRefused();
+    void printerRefuses();
     void sheetBySheet();
     void unknownPaperIsThePrintersOwn();
     void unprintedSheetsMakeABatch();
@@ -242,6 +256,19 @@ void tst_PrintBatchEngine::stoppedFileIsThrownAway()
     QCOMPARE(desk.unfinishedFiles(), QStringList());
 }
 
+void tst_PrintBatchEngine::writtenFileStandsAlone()
+{
+    const Desk desk;
+    PdfFile file(desk.path("x.pdf"));
+    QVERIFY(file.open());
+    QCOMPARE(desk.unfinishedFiles().size(), 1);
+    QVERIFY(
+        file.addPage([](QPrinter& printer, QPainter& painter) { return painter.begin(&printer); }));
+    QVERIFY(file.commit());
+    QCOMPARE(desk.unfinishedFiles(), QStringList()); // though its object is still there
+    QCOMPARE(PdfMeasure(desk.path("x.pdf")).pageCount(), 1);
+}
+
 void tst_PrintBatchEngine::heldBack()
 {
     const Desk desk;
@@ -257,10 +284,44 @@ void tst_PrintBatchEngine::heldBack()
     QCOMPARE(pdf.text(2), QString("Диплом: Иваненко"));
 }
 
+void tst_PrintBatchEngine::eachFormHasItsBlanks()
+{
+    using Problem = BlankChoice::Problem;
+    Desk desk;
+    const QVariant other = desk.addBlank({}, {{"NAME", "Титул"}, {"FORM_ID", 2}});
+    desk.addBlank({}, {{"NAME", "Копия"}, {"FORM_ID", 2}});
+    desk.setForm(1, 2);
+    PrintDocument homeless = desk.documents[0];
+    homeless.formId = 9;
+    PrintDocument formless = desk.documents[0];
+    formless.formId = QVariant();
+    desk.documents << homeless << formless << formless << desk.documents[1] << desk.documents[0];
+    const QVariant title = desk.value("SELECT ID FROM blanks WHERE NAME = 'Титул' AND FORM_ID = 1");
+    for (const char* wanted : {"", "Титул"}) {
+        LogCatcher log;
+        const QVector<PrintSheet> sheets = desk.sheets(wanted);
+        QCOMPARE(log.count("SQL Error (blanks)"), 2); // what can't be read is asked for again
+        QVariantList ids;
+        for (const PrintSheet& sheet : sheets) {
+            ids << sheet.blank.id;
+        }
+        QCOMPARE(ids, (QVariantList{title, other, title, QVariant(), QVariant(), QVariant(), other,
+                                    title}));
+        QVERIFY(sheets[3].blank.problem == Problem::NoBlanks &&
+                sheets[4].blank.problem == Problem::NoBlanks);
+    }
+    const QVector<PrintSheet> copies = desk.sheets("Копия");
+    QVERIFY(copies[0].blank.problem == Problem::NoSuchBlank);
+    QVERIFY(copies[1].blank.problem == Problem::None);
+    QVERIFY(copies[3].blank.problem == Problem::NoBlanks);
+    QCOMPARE(desk.sheets(other.toString())[1].blank.id, other);
+    QVERIFY(desk.sheets(other.toString())[0].blank.problem == Problem::NoSuchBlank);
+}
+
 void tst_PrintBatchEngine::failuresDoNotStopTheRest()
 {
     Desk desk;
-    desk.exec("UPDATE docs SET DOC_TYPE = 9 WHERE ID = ?", {desk.documents[0].id});
+    desk.setForm(0, 9); // of which there are no blanks
     QVector<PrintSheet> sheets = desk.sheets("Титул");
     PrintSheet deleted = sheets[1];
     deleted.blank.id = 999;
@@ -303,6 +364,40 @@ void tst_PrintBatchEngine::commonFileRefused()
     QCOMPARE(batch.outcomes()[2].reason, Reason::FileRefused);
     QCOMPARE(batch.outcomes()[2].file, desk.path("x.pdf"));
     QVERIFY(!diary.lines.contains("x.pdf"));
+}
+
+// As with a disk that is pulled out: the first sheet says so, and the rest is not tried.
+void tst_PrintBatchEngine::folderOfTheCommonFileGoesAway()
+{
+    const Desk desk;
+    QVERIFY(QDir().mkdir(desk.path("disk")));
+    Diary diary;
+    PrintBatch batch(desk.sheets(), {PrintTarget::Kind::OneFile, desk.path("disk/x.pdf"), {}},
+                     diary);
+    QVERIFY(batch.begin());
+    QVERIFY(QDir(desk.path("disk")).removeRecursively());
+    QVERIFY(!batch.run());
+    QCOMPARE(batch.end(), End::FileFull);
+    QCOMPARE(diary.lines, (QStringList{"0 of 3", "0 not printed"}));
+    QCOMPARE(diary.reasons, QVector<Reason>{Reason::FileRefused});
+    QCOMPARE(states(batch), (QVector<State>{State::Failed, State::NotPrinted, State::NotPrinted}));
+    QCOMPARE(batch.unprinted().size(), 3);
+}
+
+void tst_PrintBatchEngine::printerRefuses()
+{
+    const Desk desk;
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(desk.path("no/folder/sheet.pdf"));
+    PrintTarget target = {PrintTarget::Kind::Printer, {}, {}};
+    target.printer = &printer;
+    Diary diary;
+    PrintBatch batch(desk.sheets(), target, diary);
+    QVERIFY(batch.begin());
+    QVERIFY(batch.run()); // every sheet had its turn
+    QCOMPARE(states(batch), (QVector<State>{State::Failed, State::Failed, State::Failed}));
+    QCOMPARE(diary.reasons[0], Reason::PrinterRefused);
 }
 
 void tst_PrintBatchEngine::targetRefused()
@@ -351,6 +446,7 @@ void tst_PrintBatchEngine::sheetBySheet()
     QCOMPARE(PdfMeasure(desk.path("sheet.pdf")).text(), QString("Диплом: Иваненко"));
     QCOMPARE(batch.next(), -1);
     QCOMPARE(batch.printNext().state, State::NotPrinted); // there is none
+    batch.skipNext();                                     // likewise
     QVERIFY(batch.finish());
     QCOMPARE(states(batch), (QVector<State>{State::Printed, State::Skipped, State::Printed}));
     QCOMPARE(diary.lines, (QStringList{"0 printed", "0 printed", "1 not printed", "2 printed"}));

@@ -52,6 +52,7 @@ void tst_VanishingPrinter::sheetsAfterwardsFail()
     for (int i = 0; i < 3; ++i) {
         PrintDocument document;
         document.id = desk.addDocument();
+        document.formId = 1;
         documents.append(document);
     }
     Puller puller(queue, 2);

@@ -28,6 +28,8 @@ private slots:
     void stampFailures();
 
     void unopenableDevice();
+    void unreadablePackage();
+    void unreadableStamp();
     void brokenHeaderIsNoUpdate_data();
     void brokenHeaderIsNoUpdate();
     void equalVersionIsNoUpdate();
@@ -46,6 +48,7 @@ private slots:
     void unknownFunction();
     void unknownTypeIsNeverIgnored();
     void failingStampRollsBack();
+    void failingCommitLeavesNoTransaction();
     void cutOffAnywhere();
     void stringOfOddLength_data();
     void stringOfOddLength();
@@ -64,6 +67,8 @@ private slots:
     void migrationSurvivesRefusedDocuments();
     void migrationOfThousands();
     void existDocumentsFailure();
+    void migrationWithoutTheTableOfForms();
+    void completeDocumentStaysAsItIs();
 
     void successRemovesThePackage();
     void notNeededRemovesThePackage();
@@ -250,6 +255,32 @@ void tst_DataBaseUpdater::unopenableDevice()
     QVERIFY(log.contains("Запуск обновления базы данных..."));
     QCOMPARE(m_updater.lastError(), QString("Не удалось открыть файл с обновлением БД"));
     QCOMPARE(m_updater.lastQuery(), QString());
+}
+
+// Opened, it can't be read: that is no empty package, which would be removed.
+void tst_DataBaseUpdater::unreadablePackage()
+{
+#ifdef Q_OS_LINUX
+    QFile memory("/proc/self/mem"); // nothing stands at its beginning
+    const QByteArray before = m_app->dump();
+    QVERIFY(!m_updater.runUpdate(&memory));
+    QCOMPARE(m_updater.lastError(), QString("Не удалось открыть файл с обновлением БД"));
+    QVERIFY(!memory.isOpen());
+    QCOMPARE(m_app->dump(), before);
+#else
+    QSKIP("no file here that can't be read");
+#endif
+}
+
+void tst_DataBaseUpdater::unreadableStamp()
+{
+    m_app->exec("DROP TABLE zvsys");
+    m_app->exec("CREATE VIEW zvsys AS SELECT 1 AS OTHER");
+    const QByteArray before = m_app->dump();
+    QVERIFY(!run("1.2.0.0", {sqlPart("1.2.0.0", insertName("a"))}));
+    QVERIFY(
+        m_updater.lastError().startsWith("Не удалось получить/создать DB_VERSION;\nSqlError: "));
+    QCOMPARE(m_app->dump(), before);
 }
 
 void tst_DataBaseUpdater::brokenHeaderIsNoUpdate_data()
@@ -442,6 +473,21 @@ void tst_DataBaseUpdater::failingStampRollsBack()
     QVERIFY(m_updater.lastError().startsWith(
         "Ошибка установки версии базы данных;\nSqlError: refused"));
     QCOMPARE(m_app->dump(), before);
+}
+
+// kept: nobody is told. But what is stored afterwards is stored.
+void tst_DataBaseUpdater::failingCommitLeavesNoTransaction()
+{
+    m_app->exec("PRAGMA foreign_keys = ON");
+    m_app->exec("CREATE TABLE pages (FORM INTEGER REFERENCES forms (ID) DEFERRABLE INITIALLY "
+                "DEFERRED)");
+    const QByteArray before = m_app->dump();
+    QVERIFY(run("1.2.0.0", {sqlPart("1.2.0.0", insertName("a")),
+                            sqlPart("1.2.0.0", "INSERT INTO pages VALUES (99)")}));
+    QCOMPARE(m_app->dump(), before);
+    m_app->exec(insertName("later"));
+    QVERIFY(m_app->dump().contains("later")); // as another program reads it
+    QCOMPARE(names(), QStringList{"later"});
 }
 
 void tst_DataBaseUpdater::cutOffAnywhere()
@@ -684,6 +730,27 @@ void tst_DataBaseUpdater::existDocumentsFailure()
     QVERIFY(!m_updater.updateFormExistDocuments("", {}, &error));
     QVERIFY(error.startsWith("SqlError: "));
     QVERIFY(!m_updater.updateFormExistDocuments("", {}, nullptr));
+}
+
+void tst_DataBaseUpdater::migrationWithoutTheTableOfForms()
+{
+    m_app->exec("DROP TABLE forms");
+    QVERIFY(!run("1.2.0.0", {sqlPart("1.2.0.0", insertName("a")),
+                             functionPart("1.2.0.0", migrationArgument())}));
+    QVERIFY(m_updater.lastError().contains("no such table: forms"));
+    QCOMPARE(m_updater.lastQuery(), QString("SELECT FIELDS FROM forms WHERE ID = 28"));
+    QCOMPARE(names(), QStringList());
+}
+
+void tst_DataBaseUpdater::completeDocumentStaysAsItIs()
+{
+    makeForm28(*m_app, 1);
+    const QString complete = R"({ "#SEX" : {}, "#NOTE" : {}, "#OLD" : {} })";
+    m_app->exec("UPDATE docs SET CONTENT = ? WHERE ID = 1", {complete});
+    // A field without a tag has no place in a document.
+    QVERIFY(run("1.2.0.0", {functionPart("1.2.0.0", migrationArgument()),
+                            functionPart("1.2.0.0", R"([{"name": "Без тега"}])")}));
+    QCOMPARE(m_app->value("SELECT CONTENT FROM docs WHERE ID = 1").toString(), complete);
 }
 
 void tst_DataBaseUpdater::successRemovesThePackage()

@@ -47,6 +47,7 @@ private slots:
     void otherKeysAreIgnored();
     void whatStandsThere();
     void hugeFileIsNotReadWhole();
+    void unreadableFileIsBroken();
     void whatIsNoStringReadsAsEmpty_data();
     void whatIsNoStringReadsAsEmpty();
 };
@@ -142,6 +143,20 @@ void tst_OrgData::hugeFileIsNotReadWhole()
     QCOMPARE(readOrgData(), OrgDataFile::Sound);
     QVERIFY(writeOrgFile(content.leftJustified(largest + 1, ' ')));
     QCOMPARE(readOrgData(), OrgDataFile::Broken);
+}
+
+void tst_OrgData::unreadableFileIsBroken()
+{
+#ifdef Q_OS_LINUX
+    const TempApplication app;
+    setOldValues();
+    const QStringList before = strings();
+    orgDataPath = "/proc/self/mem"; // nothing stands at its beginning
+    QCOMPARE(readOrgData(), OrgDataFile::Broken);
+    QCOMPARE(strings(), before);
+#else
+    QSKIP("no file here that can't be read");
+#endif
 }
 
 QTEST_GUILESS_MAIN(tst_OrgData)

@@ -43,6 +43,8 @@ private slots:
     void fillPutsRowsIn();
     void failedFillLeavesNoFile();
     void unwritablePlaceIsAnError();
+    void nameTakenMeanwhileIsAnError();
+    void readOnlyDatabaseIsAnError();
     void statementsOnAnExistingDatabaseChangeNothing();
 
 private:
@@ -182,6 +184,36 @@ void tst_Schema::unwritablePlaceIsAnError()
     QVERIFY(!createDatabaseFile(m_dir->filePath("no/such/folder.db"), &error));
     QVERIFY(!error.isEmpty());
     QVERIFY(!createDatabaseFile(m_dir->filePath("no/such/folder.db")));
+}
+
+void tst_Schema::nameTakenMeanwhileIsAnError()
+{
+    const QString path = m_dir->filePath("taken.db");
+    QString error;
+    QVERIFY(!createDatabaseFile(path, &error, [&path](QSqlDatabase&, QString*) {
+        QFile other(path);
+        return other.open(QIODevice::WriteOnly) && other.write("важное") > 0;
+    }));
+    QCOMPARE(error, "cannot be written: " + path);
+    QFile other(path);
+    QVERIFY(other.open(QIODevice::ReadOnly));
+    QCOMPARE(other.readAll(), QByteArray("важное"));
+    QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files), (QStringList{"new.db", "taken.db"}));
+}
+
+void tst_Schema::readOnlyDatabaseIsAnError()
+{
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "read-only");
+        database.setDatabaseName(":memory:");
+        QVERIFY(database.open());
+        QSqlQuery(database).exec("PRAGMA query_only = ON");
+        QString error;
+        QVERIFY(!createSchema(database, &error));
+        QVERIFY2(error.contains("readonly"), qPrintable(error));
+        QVERIFY(!createSchema(database));
+    }
+    QSqlDatabase::removeDatabase("read-only");
 }
 
 void tst_Schema::statementsOnAnExistingDatabaseChangeNothing()

@@ -30,11 +30,12 @@ ProcessResult runPrint(const QStringList& arguments, const QString& locale)
 
 ProcessResult runPrint(const QStringList& arguments, const QProcessEnvironment& environment)
 {
+    constexpr int timeoutMs = 60000; // as of any other program
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(printProgram(), arguments);
     ProcessResult result;
-    if (process.waitForFinished() && process.exitStatus() == QProcess::NormalExit) {
+    if (process.waitForFinished(timeoutMs) && process.exitStatus() == QProcess::NormalExit) {
         result.exitCode = process.exitCode();
     }
     result.out = process.readAllStandardOutput();

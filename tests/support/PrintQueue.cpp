@@ -8,9 +8,13 @@
 
 const QString PrintQueue::printer = "Проверочный";
 
-PrintQueue::PrintQueue()
+PrintQueue::PrintQueue(std::optional<int> jobs)
 {
-    m_server.start(ZELVORA_PYTHON, {ZELVORA_PRINT_QUEUE, m_dir.path(), printer});
+    QStringList arguments = {ZELVORA_PRINT_QUEUE, m_dir.path(), printer};
+    if (jobs) {
+        arguments << QString::number(*jobs);
+    }
+    m_server.start(ZELVORA_PYTHON, arguments);
     constexpr int timeoutMs = 20000;
     while (!m_port.endsWith('\n') && m_server.waitForReadyRead(timeoutMs)) {
         m_port += m_server.readAllStandardOutput();

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QVariantMap>
 
+#include <optional>
+
 /// A print server of a test, with one printer for A4 and A5 that cannot print on 12 points (4.2 mm)
 /// of each side. It keeps what it is sent and prints nothing.
 class PrintQueue
@@ -13,8 +15,9 @@ class PrintQueue
 public:
     static const QString printer; ///< its name
 
-    /// Starts the server; a failure fails the test.
-    PrintQueue();
+    /// Starts the server; a failure fails the test. With `jobs` it ends as soon as more of them
+    /// come.
+    explicit PrintQueue(std::optional<int> jobs = std::nullopt);
     ~PrintQueue();
     PrintQueue(const PrintQueue&) = delete;
     PrintQueue& operator=(const PrintQueue&) = delete;

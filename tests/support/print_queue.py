@@ -1,7 +1,8 @@
 """A print server with one printer, for tests: it keeps what it is sent and prints nothing.
 
-Usage: print_queue.py FOLDER PRINTER. Writes its port on standard output and serves until it is
-killed. Each job becomes FOLDER/N.pdf and FOLDER/N.json, the job's attributes.
+Usage: print_queue.py FOLDER PRINTER [JOBS]. Writes its port on standard output and serves until it
+is killed, or ends itself when more jobs come than JOBS. Each job becomes FOLDER/N.pdf and
+FOLDER/N.json, the job's attributes.
 """
 
 import http.server
@@ -11,7 +12,8 @@ import struct
 import sys
 import urllib.parse
 
-folder, printer = sys.argv[1:]
+folder, printer = sys.argv[1:3]
+most_jobs = int(sys.argv[3]) if len(sys.argv) > 3 else None
 
 OPERATION, JOB, END, PRINTER = 1, 2, 3, 4
 INTEGER, BOOLEAN, ENUM, NAME, KEYWORD, URI, CHARSET, LANGUAGE = (
@@ -103,6 +105,8 @@ class Server(http.server.BaseHTTPRequestHandler):
         values, document = attributes_of(message)
         groups = b''
         if operation == CREATE_JOB:
+            if Server.jobs == most_jobs:
+                os._exit(0)
             Server.jobs += 1
             self.keep('json', json.dumps(values).encode())
             groups = self.job()

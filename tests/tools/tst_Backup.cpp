@@ -6,13 +6,14 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 
-#include "app/AppHelpers.h"
+#include <memory>
+
 #include "documents/Archive.h"
 #include "store/DataBase.h"
 #include "support/InterruptedChange.h"
 #include "support/Process.h"
+#include "support/TempApplication.h"
 
 namespace {
 
@@ -48,6 +49,7 @@ class tst_Backup : public QObject
 
 private slots:
     void init();
+    void cleanup();
 
     void archiveHoldsTheDatabase();
     void applicationTakesTheArchive();
@@ -75,7 +77,7 @@ private:
     {
         return runProcess(program, QStringList{"backup", path("docs.db"), path("archives")} + more);
     }
-    QString path(const QString& relative) const { return m_dir->filePath(relative); }
+    QString path(const QString& relative = QString()) const { return m_app->path(relative); }
     QStringList archives() const
     {
         return QDir(path("archives"))
@@ -92,15 +94,20 @@ private:
     /// Refused with one line that ends so, and nothing is made.
     void isRefused(const ProcessResult& result, const QString& end) const;
 
-    QScopedPointer<QTemporaryDir> m_dir;
+    std::unique_ptr<TempApplication> m_app;
 };
 
 void tst_Backup::init()
 {
-    m_dir.reset(new QTemporaryDir);
-    QVERIFY(QDir(m_dir->path()).mkdir("archives"));
+    m_app = std::make_unique<TempApplication>(TempApplication::Database::None);
+    QVERIFY(QDir(path()).mkdir("archives"));
     QCOMPARE(runProcess(program, {"create", path("docs.db")}).exitCode, 0);
     addDocument("Иванов");
+}
+
+void tst_Backup::cleanup()
+{
+    m_app.reset();
 }
 
 void tst_Backup::makeOldArchives(int count) const
@@ -139,14 +146,13 @@ void tst_Backup::archiveHoldsTheDatabase()
     QCOMPARE(sqlite(archive, ".dump"), sqlite(path("docs.db"), ".dump"));
     QVERIFY(QFile::permissions(archive).testFlag(QFile::ReadGroup)); // as any file of the user
     QCOMPARE(contentOf(path("docs.db")), before);
-    QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden), QStringList("docs.db"));
+    QCOMPARE(QDir(path()).entryList(QDir::Files | QDir::Hidden), QStringList("docs.db"));
 }
 
 void tst_Backup::applicationTakesTheArchive()
 {
     QCOMPARE(backup().exitCode, 0);
     addDocument("Петрова");
-    setAppDirPath(m_dir->path());
     QVERIFY(dataBase.open());
     QVERIFY(replaceDatabase(path("archives/" + archives().first())));
     QVERIFY(dataBase.open());
@@ -200,7 +206,7 @@ void tst_Backup::clockThatWentBack_data()
 void tst_Backup::clockThatWentBack()
 {
     QFETCH(int, minutesAhead);
-    const QDateTime later = QDateTime::currentDateTime().addSecs(60 * minutesAhead);
+    const QDateTime later = QDateTime::currentDateTime().addSecs(qint64(60) * minutesAhead);
     const QString ahead = "docs_auto_" + later.toString("yyyy-MM-dd_hh-mm-ss") + ".zlv";
     writeFile(path("archives/" + ahead), "old");
     QCOMPARE(backup().exitCode, 0);
@@ -400,7 +406,7 @@ void tst_Backup::leftoversAreRemoved()
         QFile file(name);
         QVERIFY(file.open(QIODevice::WriteOnly));
         const int hours = name == young ? 23 : 25;
-        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-3600 * hours),
+        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(qint64(-3600) * hours),
                                  QFileDevice::FileModificationTime));
     }
     QCOMPARE(backup().exitCode, 0);

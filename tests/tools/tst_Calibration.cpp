@@ -34,6 +34,8 @@ private slots:
     void onAPrinter();
     void unknownPrinter();
     void fileThatCannotBeWritten();
+    void tooSmallForAPrinter();
+    void databaseWithoutBlanks();
     void paperTooSmall();
     void noDatabase();
     void offsets_data();
@@ -181,6 +183,36 @@ void tst_Calibration::paperTooSmall()
                                        "too small for scales\n"));
     QCOMPARE(text(directory.print(print, russian).err),
              QString("zelvora-print: лист бланка меньше 60 мм, шкалы на нём не поместятся\n"));
+    QVERIFY(!QFile::exists(directory.path("x.pdf")));
+}
+
+void tst_Calibration::tooSmallForAPrinter()
+{
+    PrintDirectory directory;
+    directory.addBlank({}, {{"NAME", "Марка"}, {"SIZE_WIDTH", 59}});
+    const PrintQueue queue;
+    const ProcessResult result = runPrint({"--dir", directory.path(), "--calibration", "--blank",
+                                           "Марка", "--printer", PrintQueue::printer},
+                                          queue.environment(noDisplay("C.UTF-8")));
+    QCOMPARE(result.exitCode, failure);
+    QCOMPARE(text(result.err), QString("zelvora-print: the blank's sheet is smaller than 60 mm, "
+                                       "too small for scales\n"));
+    QCOMPARE(queue.jobCount(), 0);
+}
+
+void tst_Calibration::databaseWithoutBlanks()
+{
+    PrintDirectory directory;
+    directory.exec("DROP TABLE blanks");
+    const QStringList print = {"--calibration", "--blank", "1", "--output",
+                               directory.path("x.pdf")};
+    const ProcessResult result = directory.print(print);
+    QCOMPARE(result.exitCode, failure);
+    QVERIFY2(
+        text(result.err).startsWith("zelvora-print: can't read the blanks: no such table: blanks"),
+        result.err);
+    QVERIFY(text(directory.print(print, russian).err)
+                .startsWith("zelvora-print: не удалось прочитать бланки: "));
     QVERIFY(!QFile::exists(directory.path("x.pdf")));
 }
 

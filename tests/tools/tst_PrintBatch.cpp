@@ -146,6 +146,8 @@ private slots:
     void readerThatGoesAway_data();
     void readerThatGoesAway();
     void interruptedRunKeepsWholeFiles();
+    void interruptedLook_data();
+    void interruptedLook();
     void killedRunKeepsTheOlderFile();
     void linkInAFolderIsReplaced();
     void whatIsNoFileIsNeverReplaced();
@@ -430,6 +432,32 @@ void tst_PrintBatch::interruptedRunKeepsWholeFiles()
         QVERIFY2(!name.startsWith('.'), qPrintable(name));
     }
     QCOMPARE(PdfMeasure(directory.path("out/" + files.last())).pageCount(), 1);
+}
+
+void tst_PrintBatch::interruptedLook_data()
+{
+    QTest::addColumn<QStringList>("action");
+    QTest::newRow("check") << QStringList{"--check", "--margins", "100"};
+    QTest::newRow("proof") << QStringList{"--proof", "--output", "out"};
+}
+
+// Told as soon as it is found, so that the first line says that the look has begun.
+void tst_PrintBatch::interruptedLook()
+{
+    QFETCH(QStringList, action);
+    const ManyDocuments directory(600);
+    QProcess process;
+    process.setWorkingDirectory(directory.path());
+    process.start(printProgram(), QStringList{"--dir", directory.path(), "--all"} + action);
+    QVERIFY(process.waitForReadyRead(20000));
+    process.terminate();
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), someFailed);
+    QCOMPARE(process.readAllStandardError(), QByteArray("zelvora-print: interrupted\n"));
+    for (const QString& name : directory.filesIn("out")) {
+        QVERIFY2(!name.startsWith('.'), qPrintable(name));
+    }
 }
 
 void tst_PrintBatch::killedRunKeepsTheOlderFile()

@@ -70,8 +70,8 @@ void tst_PrintOptions::wrongOptions_data()
     row("--all --color", "unknown option: color");
     row("--all --output", "wrong options: ");
     row("--all x.pdf", "unexpected argument: x.pdf");
-    for (const char* list :
-         {"1;", "1,", ",1", "a", "-3", "3-", "5-3", "1-2-3", "1.5", "9223372036854775808", "1--2"})
+    for (const char* list : {"1;", "1,", ",1", "a", "-3", "3-", "5-3", "1-2-3", "1.5",
+                             "9223372036854775808", "1-9223372036854775808", "1--2"})
     {
         const QString part = QString(list).contains(',') ? QString() : QString(list);
         QTest::addRow("--id %s", list) << QStringList{"--id", list, "--output", "x.pdf"}

@@ -31,6 +31,7 @@ private slots:
     void marginsOfThePrinterMoveNothing();
     void background();
     void failedDocumentDoesNotStopTheRest();
+    void printerThatGoesAway();
     void noPrinterOfThatName();
 };
 
@@ -128,6 +129,21 @@ void tst_PrintToPrinter::failedDocumentDoesNotStopTheRest()
     QCOMPARE(result.err, QByteArray("zelvora-print: document 2: no blank prints it\n"));
     QCOMPARE(queue.jobCount(), 2);
     QCOMPARE(queue.job(2)["job-name"].toString(), QString("Zelvora 3"));
+}
+
+// While the second sheet is on its way: nobody knows whether it came out.
+void tst_PrintToPrinter::printerThatGoesAway()
+{
+    const PrintDirectory directory;
+    const PrintQueue queue(1);
+    const ProcessResult result =
+        print(directory, queue, {"--id", "1-3", "--printer", PrintQueue::printer});
+    QCOMPARE(result.exitCode, someFailed);
+    QCOMPARE(
+        result.err,
+        QByteArray("zelvora-print: the printer has gone, perhaps not printed is document 2\n"
+                   "zelvora-print: the printer has gone, perhaps not printed is document 3\n"));
+    QCOMPARE(queue.jobCount(), 1);
 }
 
 void tst_PrintToPrinter::noPrinterOfThatName()

@@ -128,6 +128,7 @@ private slots:
     void sampleNeverOverwrites();
     void sampleKeepsFilesThatAreThere();
     void sampleReportsAnUnwritablePlace();
+    void sampleReportsAFileThatCannotBeWritten();
 
     void checkPassesWhatTheProgramMade();
     void checkFindsDamagedTables_data();
@@ -146,6 +147,7 @@ private slots:
     void checkNeedsADatabase();
     void checkFindsADamagedPage();
     void checkSeesBeyondAnInterruptedChange();
+    void checkNeedsAPlaceForACopy();
     void checkOfADatabaseInUse();
     void checkLeavesNoLog_data();
     void checkLeavesNoLog();
@@ -349,7 +351,7 @@ void tst_ZelvoraDb::createRemovesLeftovers()
         QFile file(path(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
         const int hours = name.startsWith("young") ? 23 : 25;
-        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-3600 * hours),
+        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(qint64(-3600) * hours),
                                  QFileDevice::FileModificationTime));
     }
     QCOMPARE(run({"create", path("docs.db")}).exitCode, 0);
@@ -745,6 +747,18 @@ void tst_ZelvoraDb::sampleReportsAnUnwritablePlace()
     QVERIFY2(result.err.contains("zelvora-db: cannot make the directory "), result.err.constData());
 }
 
+void tst_ZelvoraDb::sampleReportsAFileThatCannotBeWritten()
+{
+    QVERIFY(writeFile(path("data"), "x")); // where a folder is to be
+    const ProcessResult result = run({"sample", m_dir->path()});
+    QCOMPARE(result.exitCode, 2);
+    const QString told = QString::fromUtf8(result.err);
+    QVERIFY2(told.contains("zelvora-db: cannot write the file " +
+                           path("data/Zelvora/orgData.json") + " ("),
+             qPrintable(told));
+    QVERIFY(!QFile::exists(path("docs.db"))); // which would say that the sample is complete
+}
+
 void tst_ZelvoraDb::checkPassesWhatTheProgramMade()
 {
     const QByteArray before = hashOf(sample());
@@ -808,6 +822,10 @@ void tst_ZelvoraDb::checkFindsDamagedTables_data()
         << "docs" + computed;
     QTest::newRow("virtual table")
         << inPlaceOf("docs", "VIRTUAL TABLE docs USING fts5 (CONTENT)") << "docs" + computed;
+    QTest::newRow("key that is a text")
+        << "ALTER TABLE lists RENAME TO old; CREATE TABLE lists (ID TEXT PRIMARY KEY, LIST_NAME "
+           "TEXT, LIST_ITEMS TEXT); INSERT INTO lists SELECT * FROM old"
+        << "lists.ID: this is no integer primary key";
     QTest::newRow("two versions") << "INSERT INTO zvsys VALUES ('1.1.0.0')"
                                   << "zvsys: 2 rows where one is expected";
 }
@@ -884,6 +902,10 @@ void tst_ZelvoraDb::checkFindsDamagedForms_data()
         << "UPDATE forms SET FIELDS = '{\"fields\": [{\"tag\": \"#A\", \"type\": 4}]}' WHERE ID = "
            "1"
         << "forms ID 1, FIELDS, fields[0] #A: content is no array";
+    QTest::newRow("form: typeID beyond the known")
+        << "UPDATE forms SET FIELDS = '{\"fields\": [{\"tag\": \"#A\", \"type\": 4, \"content\": "
+           "[{\"typeID\": \"9\"}]}]}' WHERE ID = 1"
+        << "forms ID 1, FIELDS, fields[0] #A, content[0]: unknown typeID: 9";
     QTest::newRow("form: typeID as number")
         << "UPDATE forms SET FIELDS = '{\"fields\": [{\"tag\": \"#A\", \"type\": 4, \"content\": "
            "[{\"typeID\": 2}]}]}' WHERE ID = 1"
@@ -930,6 +952,9 @@ void tst_ZelvoraDb::checkFindsDamagedLayouts_data()
 
     QTest::newRow("exchange: no JSON") << "UPDATE export SET FIELDS = 'A: #LNAME'"
                                        << "export ID 1, FIELDS: this is no JSON: ";
+    QTest::newRow("exchange: item without a column")
+        << "UPDATE export SET FIELDS = '{\"items\": [{\"tag\": \"#A\"}]}'"
+        << "export ID 1, FIELDS, items[0]: the strings col and tag are missing";
     QTest::newRow("exchange: item without a tag")
         << "UPDATE export SET FIELDS = '{\"items\": [{\"col\": \"A\"}]}'"
         << "export ID 1, FIELDS, items[0]: the strings col and tag are missing";
@@ -1034,6 +1059,16 @@ void tst_ZelvoraDb::checkAcceptsWhatTheProgramToo_data()
         << "UPDATE docs SET CONTENT = '{\"#A\": {\"type\": 4, \"name\": "
            "\"A\", \"value\": \"x\"}}' WHERE ID = 1";
     QTest::newRow("further column") << "ALTER TABLE docs ADD REMARK TEXT";
+    QTest::newRow("columns of other types of text")
+        << "ALTER TABLE docs ADD A VARCHAR(9); ALTER TABLE lists RENAME TO old; CREATE TABLE lists "
+           "(ID INTEGER PRIMARY KEY, LIST_NAME VARCHAR(20), LIST_ITEMS CLOB); INSERT INTO lists "
+           "SELECT * FROM old; ALTER TABLE zvsys RENAME TO older; CREATE TABLE zvsys (DB_VERSION "
+           "BLOB)";
+    QTest::newRow("column without a type")
+        << "ALTER TABLE zvsys RENAME TO old; CREATE TABLE zvsys (DB_VERSION)";
+    QTest::newRow("columns of other types of numbers")
+        << "ALTER TABLE blanks DROP COLUMN OFFSET_X; ALTER TABLE blanks ADD OFFSET_X REAL; ALTER "
+           "TABLE blanks DROP COLUMN OFFSET_Y; ALTER TABLE blanks ADD OFFSET_Y NUMERIC";
     QTest::newRow("column without a list")
         << "UPDATE forms SET FIELDS = '{\"fields\": [{\"tag\": \"#A\", \"type\": 4, \"content\": "
            "[{\"name\": \"A\", \"typeID\": \"1\"}]}]}' WHERE ID = 1";
@@ -1108,6 +1143,23 @@ void tst_ZelvoraDb::checkSeesBeyondAnInterruptedChange()
     QCOMPARE(sqliteValue(path("copy.db"), "SELECT COUNT(*) FROM docs"), QString("202"));
     QVERIFY(hashOf(path("copy.db")) != database && !QFile::exists(path("copy.db-journal")));
     QVERIFY(!run({"check", path("copy.db")}).out.contains("interrupted"));
+}
+
+// What an interrupted change left is looked into in a copy.
+void tst_ZelvoraDb::checkNeedsAPlaceForACopy()
+{
+    QVERIFY(QFile::copy(sample(), path("live.db")));
+    QCOMPARE(makeInterruptedChange(path("live.db"), path("copy.db")), QByteArray());
+    const Environment temporary("TMPDIR", path("live.db").toUtf8()); // which is no folder
+    for (const QStringList& command :
+         {QStringList{"check", path("copy.db")}, QStringList{"backup", path("copy.db"), path("")}})
+    {
+        const ProcessResult result = run(command);
+        QCOMPARE(result.exitCode, 2);
+        QCOMPARE(QString::fromUtf8(result.err),
+                 "zelvora-db: the database cannot be copied with its journal: " + path("copy.db") +
+                     "\n");
+    }
 }
 
 void tst_ZelvoraDb::checkOfADatabaseInUse()

@@ -38,6 +38,9 @@ private slots:
     void nothingForATerminal();
     void help_data();
     void help();
+    void fullOutputIsAFailure();
+    void hugeFileIsNoPackage();
+    void manifestWithoutParts();
 
 private:
     QString write(const QString& name, const QByteArray& bytes);
@@ -252,6 +255,7 @@ void tst_ZelvoraUpdate::statementsAgainstTheTransaction_data()
     row("ATTACH 'x.db' AS x", "ATTACH");
     row("VACUUM INTO 'x.db'", "VACUUM");
     row(" \n\t;; COMMIT", "COMMIT");
+    row("\uFEFFCOMMIT", "COMMIT"); // a byte order mark is white space
     row("-- harmless\nCOMMIT", "COMMIT");
     row("/* harmless; */COMMIT", "COMMIT");
     row("/**/ -- a\n /* b */ ; /* c */ END", "END");
@@ -290,6 +294,8 @@ void tst_ZelvoraUpdate::otherStatementsPass_data()
           "UPDATE lists SET \"a; COMMIT\" = 1", "UPDATE lists SET [a; COMMIT] = 1",
           "UPDATE lists SET `a; COMMIT` = 1", "ALTER TABLE docs ADD COLUMN COMMITTED TEXT",
           "CREATE TRIGGER t AFTER INSERT ON docs BEGIN SELECT CASE 1 WHEN 1 THEN 2 END; END",
+          "CREATE TEMPORARY TRIGGER t AFTER INSERT ON docs BEGIN SELECT 1; SELECT 2; END",
+          "END$ IS NO END",
           "CREATE TEMP TRIGGER t AFTER INSERT ON docs BEGIN SELECT 1; SELECT 2; END"})
     {
         QTest::newRow(statement) << QString(statement);
@@ -408,6 +414,8 @@ void tst_ZelvoraUpdate::help_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("exitCode");
     QTest::newRow("asked for") << QStringList{"--help"} << 0;
+    QTest::newRow("asked for in short") << QStringList{"-h"} << 0;
+    QTest::newRow("another command") << QStringList{"mend", "x", "y"} << 2;
     QTest::newRow("nothing") << QStringList{} << 2;
     QTest::newRow("unknown command") << QStringList{"apply", "x"} << 2;
     QTest::newRow("too few") << QStringList{"make", "x"} << 2;
@@ -420,6 +428,41 @@ void tst_ZelvoraUpdate::help()
     const ProcessResult result = run(arguments);
     QCOMPARE(result.exitCode, exitCode);
     QVERIFY((exitCode == 0 ? result.out : result.err).contains("zelvora-update make"));
+}
+
+// A status may be all that a script reads.
+void tst_ZelvoraUpdate::fullOutputIsAFailure()
+{
+    const QString package = m_dir.filePath("good.bin");
+    QCOMPARE(run({"make", write("good.json", manifest), package}).exitCode, 0);
+    const ProcessResult result =
+        runPython("import subprocess, sys\n"
+                  "full = open('/dev/full', 'w')\n"
+                  "sys.exit(subprocess.call(sys.argv[1:], stdout=full))\n",
+                  {QString(ZELVORA_BIN_DIR) + "/tools/zelvora-update", "show", package});
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(QString::fromUtf8(result.err),
+             QString("zelvora-update: can't write to the standard output\n"));
+}
+
+void tst_ZelvoraUpdate::hugeFileIsNoPackage()
+{
+    const QString huge = m_dir.filePath("huge.bin");
+    QFile file(huge);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.resize((64 << 20) + 1));
+    const ProcessResult result = run({"show", huge});
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(QString::fromUtf8(result.err),
+             "zelvora-update: " + huge + ": this is no file, or too large\n");
+}
+
+void tst_ZelvoraUpdate::manifestWithoutParts()
+{
+    const QString package = m_dir.filePath("empty.bin");
+    const ProcessResult made =
+        run({"make", write("empty.json", R"({"update_version": "1.2.0.0"})"), package});
+    QVERIFY2(made.exitCode == 0, made.err);
+    QCOMPARE(read("empty.bin"), packPackage(R"({"update_version":"1.2.0.0"})", {}));
 }
 
 QTEST_MAIN(tst_ZelvoraUpdate)
