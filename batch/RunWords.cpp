@@ -92,7 +92,7 @@ QString personOf(const PlannedSheet& sheet)
 
 QString paperOf(const PlannedSheet& sheet)
 {
-    const QString series = sheet.blankSeries.simplified();
+    QString series = sheet.blankSeries.simplified();
     const QString number = sheet.blankNumber.simplified();
     if (number.isEmpty()) {
         return series;
@@ -176,7 +176,7 @@ QString inWords(const PrintRun& run, const PrintTarget& target)
 {
     const QString sheet = currentPerson(run);
     const QString count = QString("%1 из %2").arg(run.dealt()).arg(run.sheets().size());
-    const QString place = asSentence(inWords(target));
+    QString place = asSentence(inWords(target));
     switch (run.state()) {
     case PrintRun::State::Printing:
         return QString("%1: готово %2, печатается %3").arg(place, count, sheet);

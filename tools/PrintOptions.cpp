@@ -72,7 +72,7 @@ void addOptions(QCommandLineParser& parser)
 QString givenTwice(const QCommandLineParser& parser)
 {
     for (const OptionRule& rule : optionRules) {
-        const QString name = QLatin1String(rule.name);
+        QString name = QLatin1String(rule.name);
         if (rule.hasValue && parser.values(name).size() > 1) {
             return name;
         }

@@ -130,7 +130,7 @@ QPixmap MarkupResources::decoded(QByteArray bytes)
     if (reader.format().startsWith("svg")) {
         return QPixmap();
     }
-    const QPixmap pixmap = readPicture(reader, m_pixels);
+    QPixmap pixmap = readPicture(reader, m_pixels);
     m_pixels -= static_cast<qint64>(pixmap.width()) * pixmap.height();
     return pixmap;
 }

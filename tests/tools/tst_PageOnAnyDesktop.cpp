@@ -77,7 +77,7 @@ QString tst_PageOnAnyDesktop::print(const QByteArray& hintStyle)
 {
     const QString settings = m_app.path(hintStyle + ".conf");
     QFile file(settings);
-    const QString pdf = m_app.path(hintStyle + ".pdf");
+    QString pdf = m_app.path(hintStyle + ".pdf");
     QStringList ids;
     for (const int id : sampleDocuments) {
         ids << QString::number(id);
