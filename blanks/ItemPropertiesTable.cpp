@@ -98,7 +98,8 @@ ItemPropertiesTable::ItemPropertiesTable(QTableWidget* widget, QObject* parent)
 
 bool ItemPropertiesTable::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
+    // The kind first: further events come while the table goes down.
+    if (event->type() == QEvent::Resize && watched == m_table->viewport()) {
         fitColumns(static_cast<QResizeEvent*>(event)->size().width());
     } else if (event->type() == QEvent::FocusIn) { // of an editor
         forgetEditors();
