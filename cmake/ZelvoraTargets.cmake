@@ -51,9 +51,12 @@ function(zelvora_add_test name)
     # The leak sanitizer guesses where the thread storage of plugins begins, and falls over its guess.
     set(leaks "suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp")
     string(APPEND leaks ":print_suppressions=0:intercept_tls_get_addr=0")
+    # A picture that no memory holds is an empty one for the toolkit, with the sanitizer too.
+    set(environment "QT_QPA_PLATFORM=offscreen;XDG_DATA_HOME=${data_home};LC_ALL=C.UTF-8")
+    list(APPEND environment "LSAN_OPTIONS=${leaks}" "ASAN_OPTIONS=allocator_may_return_null=1")
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${ARG_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;XDG_DATA_HOME=${data_home};LC_ALL=C.UTF-8;LSAN_OPTIONS=${leaks};${ARG_ENVIRONMENT}")
+        ENVIRONMENT "${environment};${ARG_ENVIRONMENT}")
 endfunction()
 
 # A Google Benchmark program: zelvora_add_benchmark(bench_name [LIBS more...]). The source is
