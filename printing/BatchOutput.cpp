@@ -108,7 +108,7 @@ SheetOutcome BatchOutput::printToFile(const PrintSheet& sheet, SheetPage& page)
     if (!file.open()) {
         return SheetOutcome::failed(SheetOutcome::Reason::FileRefused, file.path());
     }
-    const SheetOutcome outcome = addCopies(file, sheet, page);
+    SheetOutcome outcome = addCopies(file, sheet, page);
     if (isPrinted(outcome) && !file.commit()) {
         return SheetOutcome::failed(SheetOutcome::Reason::FileRefused, file.path());
     }

@@ -16,7 +16,7 @@ public:
             return *known;
         }
         QString error;
-        const BlankList blanks = blanksOfForm(formId, &error);
+        BlankList blanks = blanksOfForm(formId, &error);
         if (error.isEmpty()) { // what could not be read may be readable for the next document
             m_blanks.insert(key, blanks);
         }
