@@ -81,7 +81,7 @@ QString TargetFile::errorString() const
 
 bool canWriteInto(const QString& folder)
 {
-    QTemporaryFile probe(folder + "/.zelvora-XXXXXX.pdf");
+    QTemporaryFile probe(unfinishedPdf(folder));
     return probe.open();
 }
 
@@ -96,6 +96,11 @@ void removeLeftovers(const QString& folder)
             QFile::remove(file.filePath());
         }
     }
+}
+
+QString unfinishedPdf(const QString& folder)
+{
+    return folder + "/.zelvora-XXXXXX.pdf";
 }
 
 QString unfinishedPath(const QString& folder, const QString& suffix)

@@ -46,6 +46,10 @@ private:
 /// again: rights alone do not tell.
 bool canWriteInto(const QString& folder);
 
+/// Template for QTemporaryFile of a hidden unfinished PDF file in the folder, as removeLeftovers()
+/// knows it.
+QString unfinishedPdf(const QString& folder);
+
 /// Removes what runs that were killed have left in the folder: hidden unfinished files, and only
 /// those with a name that the program alone gives. One that was written to within the last day may
 /// belong to a run that goes on.

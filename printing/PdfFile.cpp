@@ -39,7 +39,7 @@ bool copy(QFile& from, QIODevice& to)
 PdfFile::PdfFile(const QString& path, TargetFile::Links links)
     : m_path(path)
     , m_links(links)
-    , m_part(QFileInfo(path).path() + "/.zelvora-XXXXXX.pdf")
+    , m_part(unfinishedPdf(QFileInfo(path).path()))
 {
 }
 
