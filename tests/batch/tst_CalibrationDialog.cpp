@@ -74,6 +74,16 @@ QString textOf(const CalibrationDialog& dialog, const QString& label)
 
 const char* const question = "Записать в бланк «Диплом» смещение печати X 2 мм, Y −2 мм?";
 
+/// Writes, says yes and waits for a message that begins so. Empty if all came, else what did not.
+QString write(CalibrationDialog& dialog, const QString& title, const QString& beginning)
+{
+    ModalDriver driver;
+    driver.expectMessage("Zelvora", question, "Да");
+    driver.expectMessageStarting(title, beginning);
+    clickButton(dialog, "writeOffsetsButton");
+    return driver.finished() ? QString() : QString(driver.failures());
+}
+
 } // namespace
 
 /// The dialog that brings a printer to the place: sheet, numbers, offsets, and the write.
@@ -222,11 +232,7 @@ void tst_CalibrationDialog::printMovesAsTold()
     CalibrationDialog dialog(desk.blank);
     dialog.show();
     type(dialog, "2", "-1,5");
-    ModalDriver driver;
-    driver.expectMessage("Zelvora", question, "Да");
-    driver.expectMessageStarting("Zelvora", "Смещение печати записано.");
-    clickButton(dialog, "writeOffsetsButton");
-    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(write(dialog, "Zelvora", "Смещение печати записано."), QString());
     const QPointF moved = desk.printedPlace() - before;
     const double way = 7 * 297.0 / 1122;
     QVERIFY(qAbs(moved.x() + way) < 0.05);
@@ -240,11 +246,7 @@ void tst_CalibrationDialog::refusedIfChanged()
     dialog.show();
     type(dialog, "2", "-1,5");
     desk.exec("UPDATE blanks SET SIZE_WIDTH = 148 WHERE ID = ?", {desk.blank});
-    ModalDriver driver;
-    driver.expectMessage("Zelvora", question, "Да");
-    driver.expectMessageStarting("Ошибка", "Бланк за это время изменили или удалили");
-    clickButton(dialog, "writeOffsetsButton");
-    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(write(dialog, "Ошибка", "Бланк за это время изменили или удалили"), QString());
     QCOMPARE(desk.stored(), QPoint(5, -3));
 }
 
@@ -255,11 +257,7 @@ void tst_CalibrationDialog::refusedIfDeleted()
     dialog.show();
     type(dialog, "2", "-1,5");
     desk.exec("DELETE FROM blanks WHERE ID = ?", {desk.blank});
-    ModalDriver driver;
-    driver.expectMessage("Zelvora", question, "Да");
-    driver.expectMessageStarting("Ошибка", "Бланк за это время изменили или удалили");
-    clickButton(dialog, "writeOffsetsButton");
-    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(write(dialog, "Ошибка", "Бланк за это время изменили или удалили"), QString());
     QCOMPARE(textOf(dialog, "currentLabel"),
              QString("Бланк не прочитан: такого бланка больше нет."));
     QVERIFY(!named<QPushButton>(dialog, "printSheetButton")->isEnabled());
@@ -275,11 +273,7 @@ void tst_CalibrationDialog::refusedIfBusy()
         QSqlDatabase other = QSqlDatabase::addDatabase("QSQLITE", "other");
         other.setDatabaseName(desk.path("docs.db"));
         QVERIFY(other.open() && QSqlQuery(other).exec("BEGIN IMMEDIATE"));
-        ModalDriver driver;
-        driver.expectMessage("Zelvora", question, "Да");
-        driver.expectMessageStarting("Ошибка", "Смещение не записано: ");
-        clickButton(dialog, "writeOffsetsButton");
-        QVERIFY2(driver.finished(), driver.failures());
+        QCOMPARE(write(dialog, "Ошибка", "Смещение не записано: "), QString());
         other.close();
     }
     QSqlDatabase::removeDatabase("other");
@@ -294,12 +288,9 @@ void tst_CalibrationDialog::unwritableDirectory()
     dialog.show();
     type(dialog, "2", "-1,5");
     QVERIFY(QDir().mkdir(desk.path("docs.db-journal")));
-    ModalDriver driver;
-    driver.expectMessage("Zelvora", question, "Да");
-    driver.expectMessageStarting(
-        "Ошибка", "Смещение не записано: в базу данных не удалось ничего записать (");
-    clickButton(dialog, "writeOffsetsButton");
-    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(
+        write(dialog, "Ошибка", "Смещение не записано: в базу данных не удалось ничего записать ("),
+        QString());
     QVERIFY(QDir().rmdir(desk.path("docs.db-journal")));
     QCOMPARE(desk.stored(), QPoint(5, -3));
 }
@@ -311,11 +302,7 @@ void tst_CalibrationDialog::noDatabaseIsMade()
     dialog.show();
     type(dialog, "2", "-1,5");
     QVERIFY(QFile::remove(desk.path("docs.db")));
-    ModalDriver driver;
-    driver.expectMessage("Zelvora", question, "Да");
-    driver.expectMessageStarting("Ошибка", "Смещение не записано: ");
-    clickButton(dialog, "writeOffsetsButton");
-    QVERIFY2(driver.finished(), driver.failures());
+    QCOMPARE(write(dialog, "Ошибка", "Смещение не записано: "), QString());
     QVERIFY(!QFileInfo::exists(desk.path("docs.db")));
 }
 
